@@ -1,0 +1,103 @@
+#include "app/UIUtil.h"
+
+#include "platform/Diagnostics.h"
+
+#include <QApplication>
+#include <QDateTimeEdit>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStringEncoder>
+
+using namespace Qt::StringLiterals;
+
+QPointer<SoundPlayer> player;
+
+UIUtil &util()
+{
+    static UIUtil instance;
+    return instance;
+}
+
+void UIUtil::prepareSound() const
+{
+    const QFileInfo sound(u"bundle:ding.mp3"_s);
+    if (!sound.exists())
+        return;
+    auto *candidate = new SoundPlayer(sound.filePath());
+    candidate->setParent(qApp);
+    QObject::connect(candidate, &SoundPlayer::failed, qApp, [candidate](const QString &reason) {
+        diagnostics::line("Sound player not available:", reason);
+        candidate->deleteLater();
+    });
+    QObject::connect(candidate, &SoundPlayer::prepared, qApp, [candidate] {
+        if (player)
+            player->deleteLater();
+        player = candidate;
+    });
+    candidate->prepareToPlay();
+}
+
+bool UIUtil::askYesNo(const QString &question, const QString &informativeText) const
+{
+    QMessageBox alert(QMessageBox::Warning, QApplication::applicationDisplayName(), question,
+                      QMessageBox::NoButton, QApplication::activeWindow());
+    alert.setTextFormat(Qt::PlainText);
+    alert.setInformativeText(informativeText);
+    const QPushButton *yes = alert.addButton(u"Yes"_s, QMessageBox::YesRole);
+    alert.setEscapeButton(alert.addButton(u"No"_s, QMessageBox::NoRole));
+    alert.exec();
+    return alert.clickedButton() == yes;
+}
+
+QString UIUtil::truncateAtLineBreak(const QString &text) const
+{
+    qsizetype feed = text.indexOf(u'\n');
+    while (feed > 0 && text[feed - 1] == u'\r')
+        feed = text.indexOf(u'\n', feed + 1);
+    const bool found = feed >= 0;
+    const QStringView line = found ? QStringView(text).first(feed) : QStringView(text);
+    diagnostics::line("Index Truncate:", line.toUtf8().size(), "End Index:", text.toUtf8().size());
+    const QString result = found ? line.toString() + u"..."_s : text;
+    diagnostics::line(result);
+    return result;
+}
+
+int UIUtil::getHour(const QDateTimeEdit &picker) const
+{
+    return picker.time().hour();
+}
+
+int UIUtil::getMinute(const QDateTimeEdit &picker) const
+{
+    return picker.time().minute();
+}
+
+void UIUtil::setTime(QDateTimeEdit &picker, qint64 hour, qint64 minute) const
+{
+    constexpr int minutesOfDay = 24 * 60;
+    const int minutes = int((hour % 24) * 60 + minute % minutesOfDay);
+    picker.setDateTime(QDateTime(picker.minimumDate(), QTime(0, 0).addSecs(minutes * 60)));
+}
+
+int UIUtil::compareDays(Instant a, Instant b) const
+{
+    const QDate dayA = calendar::dayOf(a);
+    const QDate dayB = calendar::dayOf(b);
+    return int(dayA < dayB) - int(dayB < dayA);
+}
+
+bool UIUtil::isSameDayOrEarlier(Instant a, Instant b) const
+{
+    const int order = compareDays(a, b);
+    diagnostics::line(order > 0 ? "ASCENDING" : order == 0 ? "SAME" : "DESCENDING");
+    return order >= 0;
+}
+
+QString UIUtil::formatTime(qint64 hour, qint64 minute) const
+{
+    diagnostics::line("Hour:", hour, " Min:", minute);
+    const qint64 shown = hour > 12 ? hour - 12 : hour == 0 ? 12 : hour;
+    return QString::asprintf("%02lld:%02lld", qlonglong{shown}, qlonglong{minute}) +
+           (hour < 12 ? "AM"_L1 : "PM"_L1);
+}

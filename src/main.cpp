@@ -1,0 +1,65 @@
+#include "app/AppDelegate.h"
+#include "app/Palettes.h"
+#include "mainwindow/ViewController.h"
+#include "model/Appearance.h"
+#include "model/TaskManager.h"
+#include "platform/DesktopAppearance.h"
+#include "platform/Diagnostics.h"
+#include "platform/Folders.h"
+#include "platform/NotificationCenter.h"
+#include "platform/Preferences.h"
+#include "platform/SingleInstance.h"
+
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QDir>
+#include <QIcon>
+#include <QStyleFactory>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+
+static void setUpApplication(QApplication &application)
+{
+    QApplication::setApplicationName(u"quorvane"_s);
+    QApplication::setApplicationDisplayName(u"Quorvane"_s);
+    QApplication::setApplicationVersion(QStringLiteral(QUORVANE_VERSION));
+    QApplication::setDesktopFileName(u"example.quorvane.Quorvane"_s);
+    QApplication::setWindowIcon(QIcon(u":/quorvane.svg"_s));
+    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::addLibraryPath(QApplication::applicationDirPath() + u"/../" QUORVANE_MODULE_DIR ""_s);
+    QDir::setSearchPaths(u"bundle"_s, {u":/bundle"_s});
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &application,
+                     &diagnostics::flush);
+}
+
+int main(int argc, char **argv)
+{
+    std::signal(SIGPIPE, SIG_IGN); // whoever reads the diagnostic lines may go away
+    QApplication application(argc, argv);
+    setUpApplication(application);
+
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    SingleInstance instance(folders::state(), bus);
+    if (!instance.acquire())
+        return EXIT_SUCCESS;
+
+    AppDelegate delegate;
+    QObject::connect(&application, &QApplication::aboutToQuit, &delegate, &AppDelegate::applicationWillTerminate);
+
+    NotificationCenter notices;
+    NotificationCenter systemNotices;
+    const auto followPalette = [] { QApplication::setPalette(isDarkMode() ? palettes::dark() : palettes::light()); };
+    systemNotices.observe(notice::appearanceChanged, &application, followPalette);
+    DesktopAppearance appearance(Preferences::standard(), systemNotices, bus);
+    appearance.follow();
+    followPalette();
+
+    ViewController window(TaskManager::shared(), notices, systemNotices, folders::documents(), folders::state());
+    QObject::connect(&instance, &SingleInstance::activated, &window, &ViewController::bringToFront);
+    window.show();
+    delegate.applicationDidFinishLaunching();
+    return QApplication::exec();
+}

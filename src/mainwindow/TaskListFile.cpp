@@ -1,0 +1,137 @@
+#include "mainwindow/TaskListFile.h"
+
+#include "mainwindow/TaskRowReader.h"
+#include "mainwindow/TaskRowWriter.h"
+#include "model/Appearance.h"
+#include "model/TaskManager.h"
+#include "platform/Diagnostics.h"
+
+using namespace Qt::StringLiterals;
+
+TaskListFile::TaskListFile(TaskManager &taskManager, const QString &documentsFolder, const QString &stateFolder)
+    : manager(taskManager)
+{
+    if (!documentsFolder.isEmpty())
+        file.emplace(documentsFolder + u"/zandulist.txt"_s, stateFolder);
+}
+
+bool TaskListFile::writeFile()
+{
+    constexpr qsizetype usualRow = 240;
+    const QList<task> &tasks = manager.isSearching ? manager.backupTasks : manager.tasks;
+    TaskRowWriter writer(separatorFieldsFile, separatorRowsFile);
+    QByteArray text;
+    text.reserve(tasks.size() * usualRow);
+    for (const task &entry : tasks) {
+        color = storedOrHeld(entry.color, invertedColors);
+        if (invertedColors)
+            diagnostics::line("Inverted -> Switch to original");
+        writer.append(text, entry, color);
+    }
+    if (file) {
+        lastWriteFailed = !file->write(text);
+        if (lastWriteFailed) {
+            diagnostics::line("Error");
+            return false;
+        }
+        diagnostics::line("Write File", text);
+    }
+    invertedColors = isDarkMode();
+    return true;
+}
+
+QString TaskListFile::readFile()
+{
+    return read().value_or(QString());
+}
+
+std::optional<QString> TaskListFile::read()
+{
+    if (!file)
+        return std::nullopt;
+    const std::optional<QString> text = file->read();
+    if (text)
+        diagnostics::line("Read File", *text);
+    else
+        diagnostics::line("Error");
+    return text;
+}
+
+void TaskListFile::parseFile(const QString &text)
+{
+    const QChar rowEnd(separatorRowsFile);
+    const bool isDark = isDarkMode();
+    const qsizetype rows = text.count(rowEnd);
+    diagnostics::line("No of Rows:", rows + 1);
+    manager.tasks.reserve(manager.tasks.size() + rows);
+    TaskRowReader reader(separatorFieldsFile, separatorRowsFile);
+    const QStringView whole(text);
+    qsizetype start = 0;
+    for (qsizetype number = 1; number <= rows; ++number) {
+        const qsizetype end = whole.indexOf(rowEnd, start);
+        parseRow(number, whole.sliced(start, end - start), reader, isDark);
+        start = end + 1;
+    }
+    if (file && !whole.sliced(start).trimmed().isEmpty())
+        file->keepCopy(); // what follows the last row end is part of a row
+    manager.backupTasks = manager.tasks;
+    invertedColors = isDark;
+}
+
+void TaskListFile::parseRow(qsizetype number, QStringView row, TaskRowReader &reader, bool isDark)
+{
+    const task times{.startHour = manager.defaultStartHour,
+                     .startMin = manager.defaultStartMin,
+                     .endHour = manager.defaultEndHour,
+                     .endMin = manager.defaultEndMin};
+    const std::optional<task> entry = reader.read(row, times);
+    if (file && (!entry || reader.leavesFieldsOut()))
+        file->keepCopy();
+    if (!entry) {
+        diagnostics::line("Row skipped:", number, reader.problem(), row);
+        return;
+    }
+    if (isDark)
+        diagnostics::line("In dark mode -> Invert");
+    diagnostics::line("No of Fields:", reader.fields().size());
+    manager.addTask(entry->key, entry->date, entry->name, entry->desc, storedOrHeld(entry->color, isDark),
+                    entry->due, entry->status, entry->priority, entry->statusName, entry->priorityName,
+                    entry->hidden, entry->startHour, entry->startMin, entry->endHour, entry->endMin, entry->client,
+                    entry->teamMember);
+    if (reader.fields().size() == TaskRowReader::fullRow)
+        diagnostics::line("20 fields");
+    diagnostics::line("Row:", row);
+    diagnostics::line("Fields:", reader.fields());
+}
+
+void TaskListFile::followAppearance()
+{
+    const std::optional<QString> text = read();
+    if (text && !lastWriteFailed)
+        replaceList(*text);
+    else
+        invertInPlace();
+}
+
+void TaskListFile::replaceList(const QString &text)
+{
+    const QString selectedKey = manager.selectedTask().key;
+    const bool wasSearching = std::exchange(manager.isSearching, false);
+    manager.tasks.clear();
+    parseFile(text);
+    manager.isSearching = wasSearching;
+    manager.refreshSearch();
+    if (manager.selected >= 0)
+        manager.selectTaskByKey(selectedKey);
+}
+
+void TaskListFile::invertInPlace()
+{
+    const bool isDark = isDarkMode();
+    if (isDark == invertedColors)
+        return;
+    for (QList<task> *list : {&manager.tasks, &manager.backupTasks})
+        for (task &entry : *list)
+            entry.color = entry.color.inverted();
+    invertedColors = isDark;
+}

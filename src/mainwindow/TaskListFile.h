@@ -1,0 +1,50 @@
+#pragma once
+
+#include "platform/Color.h"
+#include "platform/TextFile.h"
+
+#include <QString>
+#include <QStringView>
+
+#include <optional>
+
+class TaskManager;
+class TaskRowReader;
+
+/// The file "zandulist.txt" in the documents folder, which holds the whole task list.
+///
+/// The file always holds the colours of the light appearance, whatever appearance the list in memory is held for.
+/// A file with rows that cannot be taken is copied aside before it is overwritten.
+class TaskListFile
+{
+public:
+    /// \param documentsFolder  empty when the desktop names none: then nothing is read or written
+    /// \param stateFolder      where an unfinished write is kept
+    TaskListFile(TaskManager &manager, const QString &documentsFolder, const QString &stateFolder);
+
+    /// Writes the whole list; false when that failed, and then the list that was in the file is still there.
+    bool writeFile();
+    /// The file's whole text; empty when it cannot be read.
+    QString readFile();
+    /// Adds one task to the manager for each row of the text.
+    void parseFile(const QString &text);
+
+    /// Makes the list hold the colours of the present appearance: by reading the file again or, when that cannot be
+    /// or the last write failed, in place. An active search is applied again and the same task stays selected.
+    void followAppearance();
+
+private:
+    std::optional<QString> read();
+    void parseRow(qsizetype number, QStringView row, TaskRowReader &reader, bool isDark);
+    void replaceList(const QString &text);
+    void invertInPlace();
+
+    char16_t separatorFieldsFile = u'|';
+    char16_t separatorRowsFile = u'^';
+    bool invertedColors = false; ///< the colours in memory are those of the dark appearance
+    Color color;                 ///< the last colour that was written
+
+    TaskManager &manager;
+    std::optional<TextFile> file;
+    bool lastWriteFailed = false;
+};

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "model/TaskColumn.h"
+
+#include <QAbstractTableModel>
+#include <QColor>
+
+class TaskManager;
+
+/// The rows of the task table: one for each task of the chosen view, painted in the task's colour.
+class TaskTable : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    explicit TaskTable(TaskManager &manager, QObject *parent = nullptr);
+
+    /// Builds the view anew and shows it.
+    /// \param view  the position chosen in the view chooser
+    void reloadData(int view);
+
+    /// The text of one cell.
+    QString cellText(qsizetype row, TaskColumn column) const;
+    QString keyOfRow(qsizetype row) const { return cellText(row, TaskColumn::Key); }
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+private:
+    void numberOfRows(int view);
+    QColor rowColor(int row) const;
+
+    TaskManager &manager;
+};
+
+/// Black or white, whichever reads better on the colour.
+/// \param behind  what shows through a colour that is not opaque
+QColor readableTextColor(const QColor &color, const QColor &behind);

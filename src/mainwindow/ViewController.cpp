@@ -1,0 +1,320 @@
+#include "mainwindow/ViewController.h"
+
+#include "app/MessageAlert.h"
+#include "app/UIUtil.h"
+#include "mainwindow/TaskRowDelegate.h"
+#include "model/Appearance.h"
+#include "model/TaskManager.h"
+#include "model/TaskView.h"
+#include "platform/Diagnostics.h"
+#include "platform/NotificationCenter.h"
+#include "ui_ViewController.h"
+
+#include <QActionGroup>
+#include <QCloseEvent>
+
+using namespace Qt::StringLiterals;
+
+ViewController::ViewController(TaskManager &taskManager, NotificationCenter &applicationNotices,
+                               NotificationCenter &desktopNotices, const QString &documentsFolder,
+                               const QString &stateFolder)
+    : ui(std::make_unique<Ui::ViewController>())
+    , manager(taskManager)
+    , notices(applicationNotices)
+    , systemNotices(desktopNotices)
+    , taskListFile(taskManager, documentsFolder, stateFolder)
+    , table(taskManager)
+    , keptState(stateFolder)
+{
+    ui->setupUi(this);
+    ui->viewSelection->addItems(taskViewTitles());
+    ui->tblView->setModel(&table);
+    ui->tblView->setItemDelegate(new TaskRowDelegate(ui->tblView));
+    bindButtons();
+    addViewActions();
+    viewDidLoad();
+    connectActions();
+    keptState.restore(*this, *ui->tblView->horizontalHeader());
+}
+
+ViewController::~ViewController() = default;
+
+void ViewController::bindButtons()
+{
+    ui->editButton->setDefaultAction(ui->actionEdit);
+    ui->deleteButton->setDefaultAction(ui->actionDelete);
+    ui->hideButton->setDefaultAction(ui->actionHide);
+    ui->upperButton->setDefaultAction(ui->actionUp);
+    ui->downerButton->setDefaultAction(ui->actionDown);
+    ui->cloneButton->setDefaultAction(ui->actionClone);
+    ui->closeButton->setDefaultAction(ui->actionClose);
+    ui->actionAdd->setShortcuts(QKeySequence::New);
+    ui->actionDelete->setShortcuts(QKeySequence::Delete);
+    ui->actionFind->setShortcuts(QKeySequence::Find);
+}
+
+void ViewController::addViewActions()
+{
+    auto *group = new QActionGroup(this);
+    const QStringList &titles = taskViewTitles();
+    for (int position = 0; position < titles.size(); ++position) {
+        QAction *action = ui->menuView->addAction(titles[position]);
+        action->setShortcut(QKeySequence(Qt::CTRL | Qt::Key((position + 1) % 10 + Qt::Key_0)));
+        action->setCheckable(true);
+        group->addAction(action);
+        connect(action, &QAction::triggered, this, [this, position] { chooseView(position); });
+    }
+}
+
+void ViewController::connectActions()
+{
+    const auto onTrigger = [this](QAction *action, void (ViewController::*command)(QObject *)) {
+        connect(action, &QAction::triggered, this, [this, action, command] { (this->*command)(action); });
+    };
+    onTrigger(ui->actionHide, &ViewController::hideClicked);
+    onTrigger(ui->actionUp, &ViewController::upper);
+    onTrigger(ui->actionDown, &ViewController::downer);
+    onTrigger(ui->actionClone, &ViewController::cloneTask);
+    onTrigger(ui->actionClose, &ViewController::closeTask);
+    onTrigger(ui->actionGuide, &ViewController::addEnhancement);
+    connect(ui->actionQuit, &QAction::triggered, this, &ViewController::close);
+    connect(ui->actionFind, &QAction::triggered, ui->searchField, qOverload<>(&QLineEdit::setFocus));
+    connect(ui->viewSelection, &QComboBox::activated, this, [this] { ChangeView(ui->viewSelection); });
+    connect(ui->searchField, &QLineEdit::textChanged, this, [this] { search(ui->searchField); });
+    connect(ui->tblView->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &ViewController::tableViewSelectionDidChange);
+    connect(ui->tblView->horizontalHeader(), &QHeaderView::sortIndicatorChanged, this,
+            &ViewController::sortDescriptorsDidChange);
+}
+
+void ViewController::viewDidLoad()
+{
+    util().prepareSound();
+    taskListFile.parseFile(taskListFile.readFile());
+    ui->viewSelection->setCurrentIndex(int(TaskView::All));
+    ui->tblView->horizontalHeader()->setSortIndicator(int(TaskColumn::Date), Qt::AscendingOrder);
+    manager.sortByColumn({.key = taskColumns()[size_t(TaskColumn::Date)].sortKey, .ascending = true});
+    reloadTable();
+    disableTaskButtons();
+    diagnostics::line("Dark Mode:", isDarkMode());
+    notices.observe(notice::reload, this, [this] { reloadTableData(); });
+    notices.observe(notice::update, this, [this] { updateComplete(); });
+    systemNotices.observe(notice::appearanceChanged, this, [this] { interfaceModeChanged(); });
+}
+
+void ViewController::viewWillAppear()
+{
+    constexpr int largeRow = 30;
+    ui->tblView->verticalHeader()->setDefaultSectionSize(largeRow);
+    ui->tblView->setShowGrid(false); // the delegate draws the vertical lines, and there are no others
+    reloadTable();
+    disableTaskButtons();
+    setMinimumSize(1040, 430);
+}
+
+void ViewController::showEvent(QShowEvent *event)
+{
+    if (!event->spontaneous())
+        viewWillAppear();
+    QMainWindow::showEvent(event);
+}
+
+void ViewController::closeEvent(QCloseEvent *event)
+{
+    windowShouldClose();
+    event->accept();
+}
+
+void ViewController::windowShouldClose()
+{
+    diagnostics::line("Close");
+    keptState.save(*this, *ui->tblView->horizontalHeader());
+    // Queued: the other windows are to be closed after this one, not in the middle of it.
+    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+}
+
+void ViewController::bringToFront()
+{
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+}
+
+void ViewController::tableViewSelectionDidChange()
+{
+    diagnostics::line("Selection changed");
+    const QModelIndexList rows = ui->tblView->selectionModel()->selectedRows();
+    const int row = rows.isEmpty() ? -1 : rows.constFirst().row();
+    diagnostics::line("Selected Row:", row);
+    if (row < 0) {
+        manager.selected = -1;
+        disableTaskButtons();
+        return;
+    }
+    const QString key = table.keyOfRow(row);
+    diagnostics::line(key);
+    const qint64 index = manager.selectTaskByKey(key);
+    diagnostics::line("Index:", index);
+    const bool hidden = manager.isSelectedTaskHidden();
+    diagnostics::line("Hidden:", hidden);
+    showHideState(hidden);
+    if (index < 0)
+        disableTaskButtons();
+    else
+        enableTaskButtons();
+    diagnostics::line("Row:", row);
+}
+
+void ViewController::sortDescriptorsDidChange()
+{
+    const QHeaderView *header = ui->tblView->horizontalHeader();
+    const int section = header->sortIndicatorSection();
+    if (section < 0 || section >= table.columnCount())
+        return;
+    const SortDescriptor descriptor{.key = taskColumns()[size_t(section)].sortKey,
+                                    .ascending = header->sortIndicatorOrder() == Qt::AscendingOrder};
+    diagnostics::line("Sorting:", descriptor);
+    manager.sortByColumn(descriptor);
+    reloadTable();
+}
+
+void ViewController::ChangeView(QObject *)
+{
+    const int position = ui->viewSelection->currentIndex();
+    diagnostics::line("Change View", position);
+    disableTaskButtons();
+    manager.refreshSearch();
+    reloadTable();
+}
+
+void ViewController::chooseView(int position)
+{
+    ui->viewSelection->setCurrentIndex(position);
+    ChangeView(ui->viewSelection);
+}
+
+void ViewController::search(QObject *)
+{
+    const QString text = ui->searchField->text();
+    if (text.isEmpty())
+        manager.endSearch();
+    else
+        manager.startSearch(text);
+    reloadTable();
+}
+
+void ViewController::hideClicked(QObject *)
+{
+    if (manager.selected < 0) {
+        diagnostics::line(manager.selected);
+        return;
+    }
+    diagnostics::line("Hide Pressed!");
+    const bool hide = !manager.isSelectedTaskHidden();
+    showHideState(hide);
+    if (hide)
+        manager.hideSelectedTask();
+    else
+        manager.unhideSelectedTask();
+    reloadTableData();
+    diagnostics::line(manager.selected);
+}
+
+void ViewController::upper(QObject *)
+{
+    moveTask(true, u"Change to Global-All View to order Tasks."_s);
+}
+
+void ViewController::downer(QObject *)
+{
+    moveTask(false, u"Change to the Global-All View to order Tasks."_s);
+}
+
+void ViewController::moveTask(bool up, const QString &wrongViewMessage)
+{
+    const QString key = manager.selectedTask().key;
+    const bool inGlobalView = ui->viewSelection->currentIndex() == int(TaskView::GlobalAll);
+    if (manager.selected < 0 || !inGlobalView) {
+        alertMessage(this, inGlobalView ? u"Select a Task."_s : wrongViewMessage);
+        return;
+    }
+    manager.moveSelectedTask(up);
+    reloadTable();
+    disableTaskButtons();
+    manager.selectTaskByKey(key);
+    ui->tblView->selectRow(int(manager.selected));
+    taskListFile.writeFile();
+}
+
+void ViewController::cloneTask(QObject *)
+{
+    manager.cloneSelectedTask();
+    reloadTable();
+    disableTaskButtons();
+    taskListFile.writeFile();
+}
+
+void ViewController::closeTask(QObject *)
+{
+    if (manager.selectedTask().status != taskStatus::open) {
+        alertMessage(this, u"Task already closed"_s);
+        return;
+    }
+    if (player)
+        player->play();
+    diagnostics::line("Close Task");
+    manager.closeSelectedTask();
+    reloadTable();
+    disableTaskButtons();
+    taskListFile.writeFile();
+}
+
+void ViewController::addEnhancement(QObject *) {}
+
+void ViewController::reloadTableData()
+{
+    manager.refreshSearch();
+    reloadTable();
+    disableTaskButtons();
+    taskListFile.writeFile();
+}
+
+void ViewController::updateComplete()
+{
+    ui->statusMessageLabel->setText(manager.lastMessage);
+}
+
+void ViewController::interfaceModeChanged()
+{
+    diagnostics::line("Dark mode change");
+    taskListFile.followAppearance();
+    disableTaskButtons();
+    reloadTable();
+}
+
+void ViewController::reloadTable()
+{
+    const int view = ui->viewSelection->currentIndex();
+    table.reloadData(view);
+    ui->menuView->actions().at(view)->setChecked(true);
+}
+
+void ViewController::disableTaskButtons()
+{
+    for (QAction *action : {ui->actionHide, ui->actionClose, ui->actionClone})
+        action->setEnabled(false);
+}
+
+void ViewController::enableTaskButtons()
+{
+    for (QAction *action : {ui->actionHide, ui->actionUp, ui->actionDown, ui->actionClose, ui->actionClone})
+        action->setEnabled(true);
+}
+
+void ViewController::showHideState(bool hidden)
+{
+    ui->actionHide->setText(hidden ? tr("Unhide") : tr("Hide"));
+    ui->actionHide->setToolTip(hidden ? u"UNHIDE"_s : u"HIDE"_s);
+    ui->actionHide->setIcon(QIcon(hidden ? u":/icons/AppHideIcon.svg"_s : u":/icons/AppShowIcon.svg"_s));
+}

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "mainwindow/TaskListFile.h"
+#include "mainwindow/TaskTable.h"
+#include "mainwindow/WindowState.h"
+
+#include <QMainWindow>
+
+#include <memory>
+
+class NotificationCenter;
+class QAction;
+class TaskManager;
+
+namespace Ui {
+class ViewController;
+}
+
+/// The main window: the task table with its views, search and sorting, and the commands on the selected task.
+///
+/// Every command works on the task manager, then shows the table anew and, where the list changed, writes the task
+/// list file.
+class ViewController : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    /// \param notices          the application's own notification centre
+    /// \param systemNotices    the system-wide one
+    /// \param documentsFolder  where the task list file is; empty when there is no such folder
+    /// \param stateFolder      where window state and unfinished writes are kept
+    ViewController(TaskManager &manager, NotificationCenter &notices, NotificationCenter &systemNotices,
+                   const QString &documentsFolder, const QString &stateFolder);
+    ~ViewController() override;
+
+    /// Brings the window to the user, also from the task bar.
+    void bringToFront();
+
+public slots:
+    void ChangeView(QObject *sender);
+    void search(QObject *sender);
+    void hideClicked(QObject *sender);
+    void upper(QObject *sender);
+    void downer(QObject *sender);
+    void cloneTask(QObject *sender);
+    void closeTask(QObject *sender);
+    void addEnhancement(QObject *sender);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void connectActions();
+    void addViewActions();
+    void bindButtons();
+    void viewDidLoad();
+    void viewWillAppear();
+    void windowShouldClose();
+
+    void tableViewSelectionDidChange();
+    void sortDescriptorsDidChange();
+    void reloadTableData();
+    void updateComplete();
+    void interfaceModeChanged();
+
+    void chooseView(int position);
+    void moveTask(bool up, const QString &wrongViewMessage);
+    void reloadTable();
+    void disableTaskButtons();
+    void enableTaskButtons();
+    void showHideState(bool hidden);
+
+    std::unique_ptr<Ui::ViewController> ui;
+    TaskManager &manager;
+    NotificationCenter &notices;
+    NotificationCenter &systemNotices;
+    TaskListFile taskListFile;
+    TaskTable table;
+    WindowState keptState;
+};

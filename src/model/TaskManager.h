@@ -1,0 +1,81 @@
+#pragma once
+
+#include "model/TaskColumn.h"
+#include "model/task.h"
+
+class Preferences;
+
+/// Owns the user's tasks while the program runs: the list, the view that is shown, the search and the selection.
+///
+/// The operations on the selected task work on the working list: `backupTasks` during a search, else `tasks`. They
+/// do nothing when `selected` addresses no entry. Used on the main thread only.
+class TaskManager
+{
+public:
+    explicit TaskManager(Preferences &preferences);
+    TaskManager(const TaskManager &) = delete;
+    TaskManager &operator=(const TaskManager &) = delete;
+
+    /// The one manager of the running program, made on the first call.
+    static TaskManager &shared();
+
+    QList<task> tasks;       ///< the master list in the user's order; during a search its matching tasks
+    QList<task> tasksInView; ///< what the chosen view shows of `tasks`
+    QList<task> backupTasks; ///< during a search the master list; otherwise a stale copy of it
+    qint64 selected = -1;    ///< index in the working list, or −1
+    qint64 defaultStartHour = 8;
+    qint64 defaultStartMin = 0;
+    qint64 defaultEndHour = 17;
+    qint64 defaultEndMin = 0;
+    QString lastMessage; ///< the cloud's last outcome, for the status line
+    bool isSearching = false;
+    QString searchTerm; ///< the text of the active or last search
+    Preferences &defaults;
+
+    /// Appends a task to the working list. An empty key is replaced by a new one. Returns the task's key. The default
+    /// times follow the task's.
+    QString addTask(const QString &key, Instant date, const QString &name, const QString &desc, const Color &color,
+                    Instant due, qint64 status, qint64 priority, const QString &statusName,
+                    const QString &priorityName, bool hidden, qint64 startHour, qint64 startMin, qint64 endHour,
+                    qint64 endMin, const QString &client, const QString &teamMember);
+
+    /// Replaces everything but key and hidden flag of the selected task. The default times follow in any case.
+    void editSelectedTask(Instant date, const QString &name, const QString &desc, const Color &color, Instant due,
+                          qint64 status, qint64 priority, const QString &statusName, const QString &priorityName,
+                          qint64 startHour, qint64 startMin, qint64 endHour, qint64 endMin, const QString &client,
+                          const QString &teamMember);
+
+    /// Selects the last task of the working list with this key and returns its index, or −1.
+    qint64 selectTaskByKey(const QString &key);
+    /// A copy of the selected task, or a blank one.
+    task selectedTask() const;
+    void deleteSelectedTask();
+    void hideSelectedTask();
+    void unhideSelectedTask();
+    bool isSelectedTaskHidden() const;
+    void closeSelectedTask();
+    /// Adds a copy of the selected task under a new key.
+    void cloneSelectedTask();
+    /// Exchanges the selected task of `tasks` with the one above or below it; `selected` keeps its value.
+    void moveSelectedTask(bool up);
+
+    /// Fills `tasksInView` with what the view at this position of the view chooser shows.
+    void buildTasksInView(int view);
+
+    /// Narrows `tasks` to those of the master list that hold the text.
+    void startSearch(const QString &text);
+    /// Brings the master list back to `tasks`.
+    void endSearch();
+    /// Applies an active search again, after a change of the master list.
+    void refreshSearch();
+
+    /// Sorts `tasks` by the descriptor's column; a key that names no column changes nothing.
+    void sortByColumn(const SortDescriptor &descriptor);
+
+private:
+    QList<task> &workingList() { return isSearching ? backupTasks : tasks; }
+    const QList<task> &workingList() const { return isSearching ? backupTasks : tasks; }
+    bool isSelectedIn(const QList<task> &list) const { return selected >= 0 && selected < list.size(); }
+    void setSelectedHidden(bool hidden);
+    void followDefaultTimes(qint64 startHour, qint64 startMin, qint64 endHour, qint64 endMin);
+};

@@ -1,0 +1,150 @@
+#include "model/TaskSort.h"
+
+#include <QHash>
+
+#include <algorithm>
+#include <limits>
+#include <vector>
+
+namespace {
+
+/// What one task is sorted by. Most comparisons are settled by the rank alone; equal ranks fall back on the texts.
+struct SortEntry
+{
+    quint64 rank;
+    qsizetype index;
+};
+
+struct SortKeys
+{
+    std::vector<SortEntry> entries;
+    std::vector<QString> texts; ///< by index; empty when the ranks say everything
+};
+
+/// Makes surrogates compare above the rest of the basic plane, so that units compare as code points do.
+constexpr quint16 codePointOrder(char16_t unit)
+{
+    if (unit < 0xd800)
+        return unit;
+    return quint16(unit >= 0xe000 ? unit - 0x800 : unit + 0x2000);
+}
+
+quint64 textRank(QStringView text)
+{
+    constexpr qsizetype units = sizeof(quint64) / sizeof(char16_t);
+    quint64 rank = 0;
+    for (qsizetype i = 0; i < units; ++i)
+        rank = rank << 16 | (i < text.size() ? codePointOrder(text[i].unicode()) : 0U);
+    return rank;
+}
+
+bool textLess(QStringView a, QStringView b)
+{
+    return std::ranges::lexicographical_compare(
+        a, b, {}, [](QChar unit) { return codePointOrder(unit.unicode()); },
+        [](QChar unit) { return codePointOrder(unit.unicode()); });
+}
+
+constexpr quint64 numberRank(qint64 number)
+{
+    return quint64(number) + (quint64{1} << 63);
+}
+
+template <typename NumberOf>
+SortKeys numberKeys(const QList<task> &tasks, NumberOf numberOf)
+{
+    SortKeys keys;
+    keys.entries.reserve(size_t(tasks.size()));
+    for (qsizetype i = 0; i < tasks.size(); ++i)
+        keys.entries.push_back({numberRank(numberOf(tasks[i])), i});
+    return keys;
+}
+
+template <typename TextOf>
+SortKeys textKeys(const QList<task> &tasks, TextOf textOf)
+{
+    SortKeys keys;
+    keys.entries.reserve(size_t(tasks.size()));
+    keys.texts.reserve(size_t(tasks.size()));
+    for (qsizetype i = 0; i < tasks.size(); ++i) {
+        const QString &text = keys.texts.emplace_back(textOf(tasks[i]));
+        keys.entries.push_back({textRank(text), i});
+    }
+    return keys;
+}
+
+SortKeys fieldKeys(const QList<task> &tasks, QString task::*field)
+{
+    return textKeys(tasks,
+                    [field](const task &entry) { return (entry.*field).normalized(QString::NormalizationForm_C); });
+}
+
+SortKeys timeKeys(const QList<task> &tasks, qint64 task::*hour, qint64 task::*minute)
+{
+    QHash<std::pair<qint64, qint64>, QString> made;
+    return textKeys(tasks, [&](const task &entry) -> QString {
+        QString &text = made[{entry.*hour, entry.*minute}];
+        if (text.isNull())
+            text = QString::number(entry.*hour) + u':' + QString::number(entry.*minute);
+        return text;
+    });
+}
+
+SortKeys keysOf(const QList<task> &tasks, TaskColumn column)
+{
+    switch (column) {
+    case TaskColumn::Date:
+        return numberKeys(tasks, [](const task &entry) { return entry.date.time_since_epoch().count(); });
+    case TaskColumn::StartTime:
+        return timeKeys(tasks, &task::startHour, &task::startMin);
+    case TaskColumn::EndTime:
+        return timeKeys(tasks, &task::endHour, &task::endMin);
+    case TaskColumn::Name:
+        return fieldKeys(tasks, &task::name);
+    case TaskColumn::Client:
+        return fieldKeys(tasks, &task::client);
+    case TaskColumn::TeamMember:
+        return fieldKeys(tasks, &task::teamMember);
+    case TaskColumn::Description:
+        return fieldKeys(tasks, &task::desc);
+    case TaskColumn::Status:
+        return numberKeys(tasks, [](const task &entry) { return entry.status; });
+    case TaskColumn::Priority:
+        return numberKeys(tasks, [](const task &entry) { return entry.priority; });
+    case TaskColumn::Due:
+        return numberKeys(tasks, [](const task &entry) { return entry.due.time_since_epoch().count(); });
+    case TaskColumn::Key:
+        return fieldKeys(tasks, &task::key);
+    }
+    return {};
+}
+
+bool isIdentity(const std::vector<SortEntry> &entries)
+{
+    for (qsizetype i = 0; i < std::ssize(entries); ++i)
+        if (entries[size_t(i)].index != i)
+            return false;
+    return true;
+}
+
+} // namespace
+
+void sortTasks(QList<task> &tasks, TaskColumn column, bool ascending)
+{
+    SortKeys keys = keysOf(tasks, column);
+    const auto less = [&texts = keys.texts](const SortEntry &a, const SortEntry &b) {
+        if (a.rank != b.rank || texts.empty())
+            return a.rank < b.rank;
+        return textLess(texts[size_t(a.index)], texts[size_t(b.index)]);
+    };
+    if (ascending)
+        std::ranges::stable_sort(keys.entries, less);
+    else
+        std::ranges::stable_sort(keys.entries, [&less](const auto &a, const auto &b) { return less(b, a); });
+    if (isIdentity(keys.entries))
+        return;
+    const QList<task> unsorted = std::exchange(tasks, {});
+    tasks.reserve(unsorted.size());
+    for (const SortEntry &entry : keys.entries)
+        tasks.append(unsorted[entry.index]);
+}

@@ -1,0 +1,199 @@
+#include "platform/Diagnostics.h"
+
+#include <QStringEncoder>
+
+#include <cerrno>
+#include <chrono>
+#include <condition_variable>
+#include <cstdlib>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <unistd.h>
+
+namespace diagnostics {
+
+namespace {
+
+constexpr qsizetype chunkSize = 1 << 20;
+/// What may wait for a reader that has stopped reading; later lines are dropped and counted.
+constexpr qsizetype backlogLimit = 256 << 20;
+
+/// The queue of finished lines and the thread that writes them.
+class Output
+{
+public:
+    /// The output lives until the process is gone; its thread then simply ends with it.
+    static Output &instance()
+    {
+        static Output &only = *std::make_unique<Output>().release();
+        return only;
+    }
+
+    Output()
+    {
+        std::thread([this] { run(); }).detach();
+        // Whoever reads the lines may have stopped reading; the program ends all the same.
+        std::atexit([] { instance().drain(std::chrono::seconds(2)); });
+    }
+
+    void add(const QByteArray &line)
+    {
+        bool full = false;
+        {
+            const std::lock_guard lock(mutex);
+            if (backlog + line.size() > backlogLimit) {
+                ++dropped;
+                return;
+            }
+            if (chunks.isEmpty() || chunks.last().size() + line.size() > chunkSize)
+                startChunk(line.size());
+            chunks.last() += line;
+            backlog += line.size();
+            full = chunks.size() > 1;
+        }
+        if (full)
+            wake.notify_one();
+    }
+
+    void flush()
+    {
+        {
+            const std::lock_guard lock(mutex);
+            flushing = true;
+        }
+        wake.notify_one();
+    }
+
+    void drain(std::chrono::seconds limit)
+    {
+        std::unique_lock lock(mutex);
+        flushing = true;
+        wake.notify_one();
+        drained.wait_for(lock, limit, [this] { return chunks.isEmpty() && !writing; });
+    }
+
+private:
+    void startChunk(qsizetype firstLine)
+    {
+        QByteArray chunk;
+        chunk.reserve(qMax(chunkSize, firstLine));
+        if (dropped > 0)
+            chunk += "Diagnostics dropped: " + QByteArray::number(dropped) + '\n';
+        dropped = 0;
+        chunks.append(chunk);
+    }
+
+    [[noreturn]] void run()
+    {
+        std::unique_lock lock(mutex);
+        for (;;) {
+            wake.wait(lock, [this] { return chunks.size() > 1 || flushing; });
+            while (!chunks.isEmpty() && (chunks.size() > 1 || flushing))
+                writeFirstChunk(lock);
+            flushing = false;
+            drained.notify_all();
+        }
+    }
+
+    void writeFirstChunk(std::unique_lock<std::mutex> &lock)
+    {
+        writing = true;
+        {
+            const QByteArray chunk = chunks.takeFirst();
+            lock.unlock();
+            writeAll(chunk);
+            lock.lock();
+            backlog -= qMin(backlog, chunk.size());
+        }
+        writing = false;
+    }
+
+    /// A reader that has gone away ends the writing of this chunk, never the program.
+    static void writeAll(QByteArrayView bytes)
+    {
+        while (!bytes.isEmpty()) {
+            const ssize_t count = ::write(STDOUT_FILENO, bytes.data(), size_t(bytes.size()));
+            if (count < 0 && errno == EINTR)
+                continue;
+            if (count <= 0)
+                return;
+            bytes = bytes.sliced(count);
+        }
+    }
+
+    std::mutex mutex;
+    std::condition_variable wake;
+    std::condition_variable drained;
+    QList<QByteArray> chunks;
+    qsizetype backlog = 0;
+    qint64 dropped = 0;
+    bool flushing = false;
+    bool writing = false;
+};
+
+} // namespace
+
+void appendItem(QByteArray &line, QStringView text)
+{
+    QStringEncoder utf8(QStringEncoder::Utf8);
+    const qsizetype start = line.size();
+    line.resize(start + utf8.requiredSpace(text.size()));
+    const char *end = utf8.appendToBuffer(line.data() + start, text);
+    line.truncate(end - line.constData());
+}
+
+void appendItem(QByteArray &line, const char *text)
+{
+    line += text;
+}
+
+void appendItem(QByteArray &line, const QByteArray &utf8)
+{
+    line += utf8;
+}
+
+void appendItem(QByteArray &line, bool value)
+{
+    line += value ? "true" : "false";
+}
+
+void appendItem(QByteArray &line, const QList<QStringView> &texts)
+{
+    line += '[';
+    for (qsizetype i = 0; i < texts.size(); ++i) {
+        if (i > 0)
+            line += ", ";
+        appendItem(line, texts[i]);
+    }
+    line += ']';
+}
+
+QByteArray &scratch()
+{
+    thread_local QByteArray text;
+    return text;
+}
+
+void commit(QByteArray &line)
+{
+    constexpr qsizetype keptCapacity = 1 << 16;
+    line += '\n';
+    Output::instance().add(line);
+    if (line.capacity() > keptCapacity)
+        line = QByteArray();
+    else
+        line.resize(0);
+}
+
+void flush()
+{
+    Output::instance().flush();
+}
+
+void drain()
+{
+    Output::instance().drain(std::chrono::minutes(1));
+}
+
+} // namespace diagnostics

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QStringList>
+#include <QStringView>
+
+#include <concepts>
+
+/// Plain lines for whoever watches the program's standard output. Nothing reads them back.
+///
+/// A line is only copied into memory by the caller; a thread of its own writes it out, so that a slow terminal or
+/// pipe never holds up a command. Safe to call from any thread.
+namespace diagnostics {
+
+/// Appends one item's text; items that are not listed here may bring an overload of their own, found by their type.
+void appendItem(QByteArray &line, QStringView text);
+void appendItem(QByteArray &line, const char *text);
+/// A text that is UTF-8 already.
+void appendItem(QByteArray &line, const QByteArray &utf8);
+void appendItem(QByteArray &line, bool value);
+void appendItem(QByteArray &line, const QList<QStringView> &texts);
+template <std::signed_integral Number>
+void appendItem(QByteArray &line, Number value)
+{
+    line += QByteArray::number(qlonglong{value});
+}
+
+/// The calling thread's scratch text for the line being made.
+QByteArray &scratch();
+/// Queues the scratch text as one line.
+void commit(QByteArray &line);
+
+/// Writes the items as one line, separated by one blank. UTF-8; numbers in decimal, booleans as true and false,
+/// lists in brackets.
+template <typename First, typename... Rest>
+void line(const First &first, const Rest &...rest)
+{
+    QByteArray &text = scratch();
+    appendItem(text, first);
+    ((text += ' ', appendItem(text, rest)), ...);
+    commit(text);
+}
+
+/// Lets the writer start on what is queued, without waiting for it.
+void flush();
+/// Waits until everything queued so far has been handed to the operating system.
+void drain();
+
+} // namespace diagnostics

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QString>
+
+#include <sys/types.h>
+
+/// An open file of the operating system, for what QFile does not promise: every step tells whether it took effect.
+class FileDescriptor
+{
+public:
+    /// Opens the path with the flags and mode of open(2).
+    FileDescriptor(const QString &path, int flags, mode_t mode = 0);
+    ~FileDescriptor();
+    FileDescriptor(const FileDescriptor &) = delete;
+    FileDescriptor &operator=(const FileDescriptor &) = delete;
+
+    bool isOpen() const { return descriptor >= 0; }
+    /// Takes room on the disk for a content of this many bytes, without changing the file. True also where the file
+    /// system has no such operation.
+    bool reserve(qsizetype size);
+    /// Writes all of the bytes at the current position.
+    bool write(QByteArrayView bytes);
+    bool truncate(qsizetype size);
+    /// Waits until the content is on the disk.
+    bool sync() const;
+    bool close();
+
+private:
+    int descriptor;
+};

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QHash>
+#include <QMutex>
+#include <QSettings>
+#include <QString>
+
+#include <optional>
+
+/// The user's preferences by key: an ini file of the user's own, behind it the desktop's global settings.
+///
+/// A key the file lacks is asked of the global settings, which live in memory and are fed by the desktop.
+/// Safe to use from any thread.
+class Preferences
+{
+public:
+    explicit Preferences(const QString &filePath);
+
+    /// The store of the running program: `preferences.ini` in the config folder.
+    static Preferences &standard();
+
+    /// The text under the key, or nothing when there is none or it is not a text.
+    std::optional<QString> text(const QString &key) const;
+
+    /// Sets one of the desktop's global settings; nothing removes it.
+    void setGlobalText(const QString &key, const std::optional<QString> &text);
+
+private:
+    mutable QMutex mutex;
+    QSettings settings;
+    QHash<QString, QString> globalTexts;
+};

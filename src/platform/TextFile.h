@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/ProtectedFile.h"
+
+/// A whole text kept in one UTF-8 file without byte-order mark.
+class TextFile
+{
+public:
+    /// See ProtectedFile.
+    TextFile(const QString &path, const QString &stateFolder)
+        : file(path, stateFolder)
+    {
+    }
+
+    /// The whole text; nothing when the file is missing, cannot be read or is not UTF-8. A file of which the text
+    /// could not be had is copied aside before it is overwritten.
+    std::optional<QString> read();
+
+    bool write(const QByteArray &utf8) { return file.write(utf8); }
+    void keepCopy() { file.keepCopy(); }
+
+private:
+    ProtectedFile file;
+};
