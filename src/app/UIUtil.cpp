@@ -82,8 +82,9 @@ void UIUtil::setTime(QDateTimeEdit &picker, qint64 hour, qint64 minute) const
 
 int UIUtil::compareDays(Instant a, Instant b) const
 {
-    const QDate dayA = calendar::dayOf(a);
-    const QDate dayB = calendar::dayOf(b);
+    const Calendar calendar;
+    const QDate dayA = calendar.dayOf(a);
+    const QDate dayB = calendar.dayOf(b);
     return int(dayA < dayB) - int(dayB < dayA);
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Instant.h"
+#include "platform/Calendar.h"
 #include "platform/SoundPlayer.h"
 
 #include <QPointer>

@@ -18,15 +18,15 @@ TaskListFile::TaskListFile(TaskManager &taskManager, const QString &documentsFol
 bool TaskListFile::writeFile()
 {
     constexpr qsizetype usualRow = 240;
-    const QList<task> &tasks = manager.isSearching ? manager.backupTasks : manager.tasks;
+    const TaskList &tasks = manager.isSearching ? manager.backupTasks : manager.tasks;
     TaskRowWriter writer(separatorFieldsFile, separatorRowsFile);
     QByteArray text;
     text.reserve(tasks.size() * usualRow);
-    for (const task &entry : tasks) {
-        color = storedOrHeld(entry.color, invertedColors);
+    for (const SharedTask &entry : tasks) {
+        color = storedOrHeld(entry->color, invertedColors);
         if (invertedColors)
             diagnostics::line("Inverted -> Switch to original");
-        writer.append(text, entry, color);
+        writer.append(text, *entry, color);
     }
     if (file) {
         lastWriteFailed = !file->write(text);
@@ -130,8 +130,8 @@ void TaskListFile::invertInPlace()
     const bool isDark = isDarkMode();
     if (isDark == invertedColors)
         return;
-    for (QList<task> *list : {&manager.tasks, &manager.backupTasks})
-        for (task &entry : *list)
-            entry.color = entry.color.inverted();
+    for (TaskList *list : {&manager.tasks, &manager.backupTasks})
+        for (SharedTask &entry : *list)
+            entry.edit().color = entry->color.inverted();
     invertedColors = isDark;
 }

@@ -2,20 +2,38 @@
 
 #include <QPainter>
 
-void TaskRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
-{
-    QStyledItemDelegate::paint(painter, option, index);
-    painter->save();
-    painter->setPen(option.palette.color(QPalette::Mid));
-    painter->drawLine(option.rect.topRight(), option.rect.bottomRight());
-    painter->restore();
-}
+namespace {
 
-void TaskRowDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
+/// The text as it fits on one line of that many pixels.
+QString oneLine(QString text, const QFontMetrics &metrics, int width)
 {
     // No column is wide enough for more, and laying out a text takes time in proportion to its length.
     constexpr qsizetype mostShown = 500;
-    QStyledItemDelegate::initStyleOption(option, index);
-    option->text.truncate(mostShown);
-    option->text.replace(QChar::LineSeparator, u' ');
+    text.truncate(mostShown);
+    for (QChar &unit : text)
+        if (unit == u'\n' || unit == u'\r' || unit == u'\t')
+            unit = u' ';
+    return metrics.horizontalAdvance(text) <= width ? text : metrics.elidedText(text, Qt::ElideRight, width);
+}
+
+} // namespace
+
+void TaskRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    constexpr int margin = 4;
+    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+    const QColor background = isSelected ? option.palette.color(QPalette::Highlight)
+                                         : index.data(Qt::BackgroundRole).value<QColor>();
+    const QColor foreground = isSelected ? option.palette.color(QPalette::HighlightedText)
+                                         : index.data(Qt::ForegroundRole).value<QColor>();
+    const QFontMetrics &metrics = option.fontMetrics;
+    const int width = option.rect.width() - 2 * margin;
+    const int baseline = option.rect.center().y() + (metrics.ascent() - metrics.descent()) / 2 + 1;
+
+    painter->fillRect(option.rect, background);
+    painter->setPen(foreground);
+    painter->drawText(option.rect.left() + margin, baseline,
+                      oneLine(index.data(Qt::DisplayRole).toString(), metrics, width));
+    painter->setPen(option.palette.color(QPalette::Mid));
+    painter->drawLine(option.rect.topRight(), option.rect.bottomRight());
 }

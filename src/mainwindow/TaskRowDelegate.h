@@ -2,7 +2,10 @@
 
 #include <QStyledItemDelegate>
 
-/// Paints the cells of the task table: one line of text each, and a vertical grid line at the right.
+/// Paints the cells of the task table: the row's colour, one line of text and a vertical grid line at the right.
+///
+/// The style's own item painting lays every text out several times over; a table full of text is painted at every
+/// letter of a search.
 class TaskRowDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -11,7 +14,4 @@ public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
-
-protected:
-    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
 };

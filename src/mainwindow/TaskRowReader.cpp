@@ -1,6 +1,5 @@
 #include "mainwindow/TaskRowReader.h"
 
-#include "mainwindow/RowDate.h"
 #include "mainwindow/TaskRowWriter.h"
 
 #include <charconv>
@@ -67,7 +66,7 @@ std::optional<task> TaskRowReader::read(QStringView row, const task &times)
     task entry = times;
     if (count <= PriorityName || (count > StartHour && count <= EndMin))
         reason = "no known number of fields";
-    else if (!readDate(rowFields[Date], entry.date) || !readDate(rowFields[Due], entry.due))
+    else if (!readDates(entry))
         reason = "not a date";
     else if (!readReal(rowFields[Red], entry.color.red) || !readReal(rowFields[Green], entry.color.green) ||
              !readReal(rowFields[Blue], entry.color.blue) || !readReal(rowFields[Alpha], entry.color.alpha))
@@ -90,16 +89,13 @@ void TaskRowReader::split(QStringView row)
     rowFields.append(row.sliced(start));
 }
 
-bool TaskRowReader::readDate(QStringView field, Instant &instant)
+bool TaskRowReader::readDates(task &entry)
 {
-    const std::optional<QDate> day = rowdate::fromText(field);
-    if (!day)
-        return false;
-    const auto known = daysBegin.constFind(day->toJulianDay());
-    instant = known != daysBegin.cend()
-                  ? *known
-                  : *daysBegin.insert(day->toJulianDay(), calendar::startOfDay(*day));
-    return true;
+    const std::optional<Instant> date = dates.fromText(rowFields[Date]);
+    const std::optional<Instant> due = dates.fromText(rowFields[Due]);
+    entry.date = date.value_or(Instant());
+    entry.due = due.value_or(Instant());
+    return date && due;
 }
 
 bool TaskRowReader::readNumbers(task &entry)

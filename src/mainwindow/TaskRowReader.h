@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mainwindow/RowDates.h"
 #include "model/task.h"
 
 #include <QHash>
@@ -31,7 +32,7 @@ public:
 
 private:
     void split(QStringView row);
-    bool readDate(QStringView field, Instant &instant);
+    bool readDates(task &entry);
     bool readNumbers(task &entry);
     void readTexts(task &entry);
     QString textOf(QStringView field) const;
@@ -41,6 +42,6 @@ private:
     char16_t rowSeparator;
     QList<QStringView> rowFields;
     const char *reason = nullptr;
-    QHash<qint64, Instant> daysBegin;         ///< by Julian day
+    RowDates dates;
     QHash<QStringView, QString> commonTexts; ///< texts that many tasks share; the views show the values' own data
 };

@@ -1,7 +1,5 @@
 #include "mainwindow/TaskRowWriter.h"
 
-#include "mainwindow/RowDate.h"
-
 #include <charconv>
 #include <cmath>
 
@@ -49,14 +47,18 @@ void TaskRowWriter::append(QByteArray &text, const task &entry, const Color &col
         appendNumber(text, number);
         text += fieldSeparator;
     };
-    appendDate(text, entry.date);
+    const auto addDate = [&](Instant instant) {
+        text += dates.toText(instant);
+        text += fieldSeparator;
+    };
+    addDate(entry.date);
     addText(entry.name);
     addText(entry.desc);
     for (const double component : {color.red, color.green, color.blue, color.alpha}) {
         appendReal(text, component);
         text += fieldSeparator;
     }
-    appendDate(text, entry.due);
+    addDate(entry.due);
     addNumber(entry.status);
     addNumber(entry.priority);
     addText(entry.statusName);
@@ -71,15 +73,6 @@ void TaskRowWriter::append(QByteArray &text, const task &entry, const Color &col
     addText(entry.client);
     appendText(text, entry.teamMember);
     text += rowSeparator;
-}
-
-void TaskRowWriter::appendDate(QByteArray &text, Instant instant)
-{
-    QByteArray &dateText = dateTexts[instant.time_since_epoch().count()];
-    if (dateText.isNull())
-        dateText = rowdate::toText(calendar::dayOf(instant));
-    text += dateText;
-    text += fieldSeparator;
 }
 
 void TaskRowWriter::appendText(QByteArray &text, const QString &field)

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "mainwindow/RowDates.h"
 #include "model/task.h"
 
 #include <QByteArray>
-#include <QHash>
 #include <QStringEncoder>
 
 /// Marks that stand in a row of the task list file for a text's own separator characters. A text's own marks are
@@ -25,11 +25,10 @@ public:
     void append(QByteArray &text, const task &entry, const Color &color);
 
 private:
-    void appendDate(QByteArray &text, Instant instant);
     void appendText(QByteArray &text, const QString &field);
 
     char fieldSeparator;
     char rowSeparator;
     QStringEncoder utf8;
-    QHash<qint64, QByteArray> dateTexts; ///< by milliseconds of the instant
+    RowDates dates;
 };

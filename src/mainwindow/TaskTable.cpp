@@ -15,7 +15,7 @@ namespace {
 
 QString shortDate(Instant instant)
 {
-    return QLocale().toString(calendar::dayOf(instant), QLocale::ShortFormat);
+    return QLocale().toString(Calendar::localTime(instant).date(), QLocale::ShortFormat);
 }
 
 QString timeText(qint64 hour, qint64 minute)
@@ -66,7 +66,7 @@ int TaskTable::columnCount(const QModelIndex &parent) const
 
 QString TaskTable::cellText(qsizetype row, TaskColumn column) const
 {
-    const task &entry = manager.tasksInView[row];
+    const task &entry = *manager.tasksInView[row];
     switch (column) {
     case TaskColumn::Date:
         return shortDate(entry.date);
@@ -115,7 +115,7 @@ QVariant TaskTable::data(const QModelIndex &index, int role) const
         return readableTextColor(rowColor(index.row()), QGuiApplication::palette().color(QPalette::Base));
     case Qt::ToolTipRole:
         if (TaskColumn(index.column()) == TaskColumn::Description)
-            return manager.tasksInView[index.row()].desc;
+            return manager.tasksInView[index.row()]->desc;
         return {};
     default:
         return {};
@@ -131,7 +131,7 @@ QVariant TaskTable::headerData(int section, Qt::Orientation orientation, int rol
 
 QColor TaskTable::rowColor(int row) const
 {
-    const Color &color = manager.tasksInView[row].color;
+    const Color &color = manager.tasksInView[row]->color;
     const auto component = [](double value) { return float(std::clamp(value, 0.0, 1.0)); };
     return QColor::fromRgbF(component(color.red), component(color.green), component(color.blue),
                             component(color.alpha));

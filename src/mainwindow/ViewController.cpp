@@ -15,6 +15,11 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+/// The columns' widths on the first start, in pixels, in the order of the columns.
+constexpr std::array columnWidths = {90, 56, 56, 220, 130, 120, 230, 70, 70, 90, 290};
+} // namespace
+
 ViewController::ViewController(TaskManager &taskManager, NotificationCenter &applicationNotices,
                                NotificationCenter &desktopNotices, const QString &documentsFolder,
                                const QString &stateFolder)
@@ -30,6 +35,8 @@ ViewController::ViewController(TaskManager &taskManager, NotificationCenter &app
     ui->viewSelection->addItems(taskViewTitles());
     ui->tblView->setModel(&table);
     ui->tblView->setItemDelegate(new TaskRowDelegate(ui->tblView));
+    for (size_t column = 0; column < columnWidths.size(); ++column)
+        ui->tblView->setColumnWidth(int(column), columnWidths[column]);
     bindButtons();
     addViewActions();
     viewDidLoad();

@@ -56,8 +56,8 @@ void TaskManager::editSelectedTask(Instant date, const QString &name, const QStr
                                    const QString &priorityName, qint64 startHour, qint64 startMin, qint64 endHour,
                                    qint64 endMin, const QString &client, const QString &teamMember)
 {
-    if (QList<task> &list = workingList(); isSelectedIn(list)) {
-        task &entry = list[selected];
+    if (TaskList &list = workingList(); isSelectedIn(list)) {
+        task &entry = list[selected].edit();
         entry = task{.key = entry.key,
                      .date = date,
                      .name = name,
@@ -90,19 +90,19 @@ void TaskManager::followDefaultTimes(qint64 startHour, qint64 startMin, qint64 e
 
 qint64 TaskManager::selectTaskByKey(const QString &key)
 {
-    const QList<task> &list = workingList();
+    const TaskList &list = workingList();
     selected = list.size() - 1;
-    while (selected >= 0 && list[selected].key != key)
+    while (selected >= 0 && list[selected]->key != key)
         --selected;
     return selected;
 }
 
 task TaskManager::selectedTask() const
 {
-    if (const QList<task> &list = workingList(); isSelectedIn(list))
-        return list[selected];
+    if (const TaskList &list = workingList(); isSelectedIn(list))
+        return *list[selected];
     task blank;
-    blank.date = blank.due = calendar::now();
+    blank.date = blank.due = Calendar::now();
     blank.client = blank.teamMember = u"UnAssigned"_s;
     blank.startHour = defaultStartHour;
     blank.startMin = defaultStartMin;
@@ -113,7 +113,7 @@ task TaskManager::selectedTask() const
 
 void TaskManager::deleteSelectedTask()
 {
-    if (QList<task> &list = workingList(); isSelectedIn(list))
+    if (TaskList &list = workingList(); isSelectedIn(list))
         list.removeAt(selected);
 }
 
@@ -129,24 +129,24 @@ void TaskManager::unhideSelectedTask()
 
 void TaskManager::setSelectedHidden(bool hidden)
 {
-    if (QList<task> &list = workingList(); isSelectedIn(list))
-        list[selected].hidden = hidden;
+    if (TaskList &list = workingList(); isSelectedIn(list))
+        list[selected].edit().hidden = hidden;
 }
 
 bool TaskManager::isSelectedTaskHidden() const
 {
     if (!isSearching)
         diagnostics::line("Selected:", selected);
-    const QList<task> &list = workingList();
-    return isSelectedIn(list) && list[selected].hidden;
+    const TaskList &list = workingList();
+    return isSelectedIn(list) && list[selected]->hidden;
 }
 
 void TaskManager::closeSelectedTask()
 {
-    for (QList<task> *list : {&tasks, &backupTasks}) {
+    for (TaskList *list : {&tasks, &backupTasks}) {
         if (!isSelectedIn(*list))
             continue;
-        task &entry = (*list)[selected];
+        task &entry = (*list)[selected].edit();
         entry.status = taskStatus::closed;
         entry.statusName = taskStatus::closedName;
     }
@@ -169,12 +169,13 @@ void TaskManager::moveSelectedTask(bool up)
 
 void TaskManager::buildTasksInView(int view)
 {
-    const calendar::Day today(calendar::dayOf(calendar::now()));
+    const Calendar calendar;
+    const Calendar::Day today = calendar.day(calendar.dayOf(Calendar::now()));
     tasksInView.clear();
-    for (const task &entry : std::as_const(tasks)) {
-        if (isShownUnhidden(entry, view))
+    for (const SharedTask &entry : std::as_const(tasks)) {
+        if (isShownUnhidden(*entry, view))
             tasksInView.append(entry);
-        if (isShownBesides(entry, view, today))
+        if (isShownBesides(*entry, view, today))
             tasksInView.append(entry);
     }
     diagnostics::line("Number if tasks in view:", tasksInView.size());

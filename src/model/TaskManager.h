@@ -19,9 +19,9 @@ public:
     /// The one manager of the running program, made on the first call.
     static TaskManager &shared();
 
-    QList<task> tasks;       ///< the master list in the user's order; during a search its matching tasks
-    QList<task> tasksInView; ///< what the chosen view shows of `tasks`
-    QList<task> backupTasks; ///< during a search the master list; otherwise a stale copy of it
+    TaskList tasks;       ///< the master list in the user's order; during a search its matching tasks
+    TaskList tasksInView; ///< what the chosen view shows of `tasks`
+    TaskList backupTasks; ///< during a search the master list; otherwise a stale copy of it
     qint64 selected = -1;    ///< index in the working list, or −1
     qint64 defaultStartHour = 8;
     qint64 defaultStartMin = 0;
@@ -73,9 +73,9 @@ public:
     void sortByColumn(const SortDescriptor &descriptor);
 
 private:
-    QList<task> &workingList() { return isSearching ? backupTasks : tasks; }
-    const QList<task> &workingList() const { return isSearching ? backupTasks : tasks; }
-    bool isSelectedIn(const QList<task> &list) const { return selected >= 0 && selected < list.size(); }
+    TaskList &workingList() { return isSearching ? backupTasks : tasks; }
+    const TaskList &workingList() const { return isSearching ? backupTasks : tasks; }
+    bool isSelectedIn(const TaskList &list) const { return selected >= 0 && selected < list.size(); }
     void setSelectedHidden(bool hidden);
     void followDefaultTimes(qint64 startHour, qint64 startMin, qint64 endHour, qint64 endMin);
 };

@@ -44,11 +44,11 @@ bool TaskSearch::matches(const task &entry)
     return isIn(entry.name) || isIn(entry.desc) || isIn(entry.client) || isIn(entry.teamMember);
 }
 
-QList<task> TaskSearch::matchesIn(const QList<task> &tasks)
+TaskList TaskSearch::matchesIn(const TaskList &tasks)
 {
-    QList<task> found;
-    for (const task &entry : tasks)
-        if (matches(entry))
+    TaskList found;
+    for (const SharedTask &entry : tasks)
+        if (matches(*entry))
             found.append(entry);
     return found;
 }

@@ -11,7 +11,7 @@ public:
     /// True when name, description, client or team member holds the text.
     bool matches(const task &entry);
     /// The matching tasks in their order.
-    QList<task> matchesIn(const QList<task> &tasks);
+    TaskList matchesIn(const TaskList &tasks);
 
 private:
     bool isIn(const QString &field);

@@ -18,7 +18,8 @@ struct SortEntry
 struct SortKeys
 {
     std::vector<SortEntry> entries;
-    std::vector<QString> texts; ///< by index; empty when the ranks say everything
+    std::vector<QString> texts;     ///< by index; empty when the ranks say everything
+    bool inUnitOrder = true;        ///< comparing the texts' UTF-16 units compares their code points
 };
 
 /// Makes surrogates compare above the rest of the basic plane, so that units compare as code points do.
@@ -38,6 +39,15 @@ quint64 textRank(QStringView text)
     return rank;
 }
 
+/// True when the text has no unit whose place among the units differs from its code point's.
+bool isInUnitOrder(QStringView text)
+{
+    char16_t highest = 0;
+    for (const QChar unit : text)
+        highest = std::max(highest, unit.unicode());
+    return highest < 0xd800;
+}
+
 bool textLess(QStringView a, QStringView b)
 {
     return std::ranges::lexicographical_compare(
@@ -51,35 +61,36 @@ constexpr quint64 numberRank(qint64 number)
 }
 
 template <typename NumberOf>
-SortKeys numberKeys(const QList<task> &tasks, NumberOf numberOf)
+SortKeys numberKeys(const TaskList &tasks, NumberOf numberOf)
 {
     SortKeys keys;
     keys.entries.reserve(size_t(tasks.size()));
     for (qsizetype i = 0; i < tasks.size(); ++i)
-        keys.entries.push_back({numberRank(numberOf(tasks[i])), i});
+        keys.entries.push_back({numberRank(numberOf(*tasks[i])), i});
     return keys;
 }
 
 template <typename TextOf>
-SortKeys textKeys(const QList<task> &tasks, TextOf textOf)
+SortKeys textKeys(const TaskList &tasks, TextOf textOf)
 {
     SortKeys keys;
     keys.entries.reserve(size_t(tasks.size()));
     keys.texts.reserve(size_t(tasks.size()));
     for (qsizetype i = 0; i < tasks.size(); ++i) {
-        const QString &text = keys.texts.emplace_back(textOf(tasks[i]));
+        const QString &text = keys.texts.emplace_back(textOf(*tasks[i]));
         keys.entries.push_back({textRank(text), i});
+        keys.inUnitOrder = keys.inUnitOrder && isInUnitOrder(text);
     }
     return keys;
 }
 
-SortKeys fieldKeys(const QList<task> &tasks, QString task::*field)
+SortKeys fieldKeys(const TaskList &tasks, QString task::*field)
 {
     return textKeys(tasks,
                     [field](const task &entry) { return (entry.*field).normalized(QString::NormalizationForm_C); });
 }
 
-SortKeys timeKeys(const QList<task> &tasks, qint64 task::*hour, qint64 task::*minute)
+SortKeys timeKeys(const TaskList &tasks, qint64 task::*hour, qint64 task::*minute)
 {
     QHash<std::pair<qint64, qint64>, QString> made;
     return textKeys(tasks, [&](const task &entry) -> QString {
@@ -90,7 +101,7 @@ SortKeys timeKeys(const QList<task> &tasks, qint64 task::*hour, qint64 task::*mi
     });
 }
 
-SortKeys keysOf(const QList<task> &tasks, TaskColumn column)
+SortKeys keysOf(const TaskList &tasks, TaskColumn column)
 {
     switch (column) {
     case TaskColumn::Date:
@@ -129,13 +140,15 @@ bool isIdentity(const std::vector<SortEntry> &entries)
 
 } // namespace
 
-void sortTasks(QList<task> &tasks, TaskColumn column, bool ascending)
+void sortTasks(TaskList &tasks, TaskColumn column, bool ascending)
 {
     SortKeys keys = keysOf(tasks, column);
-    const auto less = [&texts = keys.texts](const SortEntry &a, const SortEntry &b) {
-        if (a.rank != b.rank || texts.empty())
+    const auto less = [&keys](const SortEntry &a, const SortEntry &b) {
+        if (a.rank != b.rank || keys.texts.empty())
             return a.rank < b.rank;
-        return textLess(texts[size_t(a.index)], texts[size_t(b.index)]);
+        const QString &textA = keys.texts[size_t(a.index)];
+        const QString &textB = keys.texts[size_t(b.index)];
+        return keys.inUnitOrder ? textA < textB : textLess(textA, textB);
     };
     if (ascending)
         std::ranges::stable_sort(keys.entries, less);
@@ -143,8 +156,9 @@ void sortTasks(QList<task> &tasks, TaskColumn column, bool ascending)
         std::ranges::stable_sort(keys.entries, [&less](const auto &a, const auto &b) { return less(b, a); });
     if (isIdentity(keys.entries))
         return;
-    const QList<task> unsorted = std::exchange(tasks, {});
+    TaskList unsorted = std::exchange(tasks, {});
+    const bool isOwn = unsorted.isDetached();
     tasks.reserve(unsorted.size());
     for (const SortEntry &entry : keys.entries)
-        tasks.append(unsorted[entry.index]);
+        tasks.append(isOwn ? std::move(unsorted[entry.index]) : unsorted.at(entry.index));
 }

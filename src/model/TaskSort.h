@@ -7,4 +7,4 @@
 ///
 /// Texts compare by Unicode code points after canonical composition, case-sensitive; times of day as unpadded texts,
 /// so that 10:0 comes before 8:30.
-void sortTasks(QList<task> &tasks, TaskColumn column, bool ascending);
+void sortTasks(TaskList &tasks, TaskColumn column, bool ascending);

@@ -14,7 +14,7 @@ const QStringList &taskViewTitles()
     return titles;
 }
 
-static bool isDueToday(const task &entry, const calendar::Day &today)
+static bool isDueToday(const task &entry, const Calendar::Day &today)
 {
     const bool isToday = today.contains(entry.due);
     diagnostics::line(isToday ? "SAME" : entry.due < today.begin ? "DESCENDING" : "ASCENDING");
@@ -26,7 +26,7 @@ bool isShownUnhidden(const task &entry, int view)
     return !entry.hidden && (view == int(TaskView::All) || entry.status == qint64{view} - 1);
 }
 
-bool isShownBesides(const task &entry, int view, const calendar::Day &today)
+bool isShownBesides(const task &entry, int view, const Calendar::Day &today)
 {
     switch (TaskView(view)) {
     case TaskView::Hidden:

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Instant.h"
+#include "platform/Calendar.h"
 
 #include <QStringList>
 
@@ -28,4 +28,4 @@ bool isShownUnhidden(const task &entry, int view);
 
 /// True when the rule of the views beyond the first three takes the task, hidden or not.
 /// \param today  the day on which the view is built
-bool isShownBesides(const task &entry, int view, const calendar::Day &today);
+bool isShownBesides(const task &entry, int view, const Calendar::Day &today);

@@ -1,10 +1,11 @@
 #pragma once
 
 #include "platform/Color.h"
-#include "platform/Instant.h"
+#include "platform/Calendar.h"
 
 #include <QByteArray>
 #include <QList>
+#include <QSharedData>
 #include <QString>
 
 /// One piece of work. A plain value; two tasks are the same task when their keys are equal.
@@ -28,7 +29,35 @@ struct task
     qint64 endHour = 0;    ///< 0…23
     qint64 endMin = 0;     ///< 0…59
 };
-Q_DECLARE_TYPEINFO(task, Q_RELOCATABLE_TYPE);
+
+/// A task as the lists hold it. The lists are copied, filtered and sorted all the time and tasks seldom change, so
+/// copies share one value until one of them is edited.
+class SharedTask
+{
+public:
+    explicit(false) SharedTask(task value)
+        : data(new Data(std::move(value)))
+    {
+    }
+
+    const task &operator*() const { return *data; }
+    const task *operator->() const { return data.constData(); }
+    /// The value for changing; from then on it is this copy's own.
+    task &edit() { return *data; }
+
+private:
+    struct Data : QSharedData, task
+    {
+        explicit Data(task &&value)
+            : task(std::move(value))
+        {
+        }
+    };
+    QSharedDataPointer<Data> data;
+};
+Q_DECLARE_TYPEINFO(SharedTask, Q_RELOCATABLE_TYPE);
+
+using TaskList = QList<SharedTask>;
 
 /// A status that the program itself relies on.
 namespace taskStatus {
@@ -38,4 +67,4 @@ inline const QString closedName = QStringLiteral("Closed");
 } // namespace taskStatus
 
 /// In a diagnostic line, a list of tasks is written as the tasks' keys in brackets.
-void appendItem(QByteArray &line, const QList<task> &tasks);
+void appendItem(QByteArray &line, const TaskList &tasks);

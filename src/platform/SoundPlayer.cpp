@@ -3,6 +3,7 @@
 #include "platform/SoundModule.h"
 
 #include <QPluginLoader>
+#include <QTimer>
 
 namespace {
 
@@ -58,8 +59,10 @@ SoundPlayer::~SoundPlayer()
 
 void SoundPlayer::prepareToPlay()
 {
+    // Loading keeps the disk and a core busy; the first window is painted before that.
+    constexpr std::chrono::seconds startFirst(1);
     auto *worker = static_cast<Backend *>(backend);
-    QMetaObject::invokeMethod(worker, [worker, file = path] { worker->load(file); });
+    QTimer::singleShot(startFirst, worker, [worker, file = path] { worker->load(file); });
 }
 
 void SoundPlayer::play()

@@ -17,7 +17,7 @@ public:
     explicit SoundPlayer(const QString &filePath);
     ~SoundPlayer() override;
 
-    /// Loads the sound; answered by `prepared` or `failed`.
+    /// Loads the sound, a moment later; answered by `prepared` or `failed`.
     void prepareToPlay();
     /// Plays the sound from its start; silent until it is prepared.
     void play();

@@ -1,16 +1,8 @@
-#include "mainwindow/RowDate.h"
+#include "mainwindow/RowDates.h"
 
 #include <cstdlib>
 
-namespace rowdate {
-
 namespace {
-
-/// The first of the hundred years that two digits can tell apart.
-int firstShortYear()
-{
-    return QDate::currentDate().year() - 80;
-}
 
 /// Takes the leading digits off the text; −1 when there are fewer or more than asked for.
 int takeNumber(QStringView &text, qsizetype fewest, qsizetype most)
@@ -36,7 +28,29 @@ bool takeSlash(QStringView &text)
 
 } // namespace
 
-std::optional<QDate> fromText(QStringView text)
+RowDates::RowDates()
+    : firstShortYear(calendar.dayOf(Calendar::now()).year() - 80)
+{
+}
+
+std::optional<Instant> RowDates::fromText(QStringView text)
+{
+    const std::optional<QDate> day = dayFromText(text);
+    if (!day)
+        return std::nullopt;
+    const auto known = starts.constFind(*day);
+    return known != starts.cend() ? *known : *starts.insert(*day, calendar.startOfDay(*day));
+}
+
+const QByteArray &RowDates::toText(Instant instant)
+{
+    QByteArray &text = texts[instant.time_since_epoch().count()];
+    if (text.isNull())
+        text = dayToText(calendar.dayOf(instant));
+    return text;
+}
+
+std::optional<QDate> RowDates::dayFromText(QStringView text) const
 {
     const int month = takeNumber(text, 1, 2);
     if (month < 0 || !takeSlash(text))
@@ -52,25 +66,21 @@ std::optional<QDate> fromText(QStringView text)
     if (year < 0 || !text.isEmpty() || yearDigits == 3)
         return std::nullopt;
     if (yearDigits == 2) {
-        const int first = firstShortYear();
-        year += first - first % 100;
-        if (year < first)
+        year += firstShortYear - firstShortYear % 100;
+        if (year < firstShortYear)
             year += 100;
     }
     const QDate date(beforeChrist ? -year : year, month, day);
     return date.isValid() ? std::optional(date) : std::nullopt;
 }
 
-QByteArray toText(QDate date)
+QByteArray RowDates::dayToText(QDate day) const
 {
-    const int year = date.year();
-    const int first = firstShortYear();
-    QByteArray text = QByteArray::number(date.month()) + '/' + QByteArray::number(date.day()) + '/';
-    if (year >= first && year < first + 100)
+    const int year = day.year();
+    QByteArray text = QByteArray::number(day.month()) + '/' + QByteArray::number(day.day()) + '/';
+    if (year >= firstShortYear && year < firstShortYear + 100)
         return text + QByteArray::number(year % 100).rightJustified(2, '0');
     if (year < 0)
         text += '-';
     return text + QByteArray::number(std::abs(year)).rightJustified(4, '0');
 }
-
-} // namespace rowdate

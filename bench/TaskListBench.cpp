@@ -1,0 +1,262 @@
+#include "SampleTasks.h"
+
+#include "mainwindow/TaskListFile.h"
+#include "mainwindow/ViewController.h"
+#include "model/TaskManager.h"
+#include "platform/Diagnostics.h"
+#include "platform/FileDescriptor.h"
+#include "platform/NotificationCenter.h"
+#include "platform/Preferences.h"
+#include "platform/TextFile.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QStyleFactory>
+#include <QTableView>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <fcntl.h>
+#include <iostream>
+#include <numeric>
+#include <sstream>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+// Each measurement stands beside its yardstick of the same name with "Yardstick" appended; bench/README.md tells how
+// to read them. The program's diagnostic lines go to a file, as standard output is redirected at the start.
+
+namespace {
+
+constexpr int fewest = 100;
+constexpr int most = 100'000;
+constexpr int sortColumns = 11;
+
+Preferences &preferences()
+{
+    static Preferences store(u"/nonexistent/preferences.ini"_s);
+    return store;
+}
+
+void parseFile(benchmark::State &state)
+{
+    const QString text = QString::fromUtf8(sampleText(state.range(0)));
+    for (auto _ : state) {
+        TaskManager manager(preferences());
+        TaskListFile file(manager, QString(), QString());
+        file.parseFile(text);
+        benchmark::DoNotOptimize(manager.tasks.size());
+        state.PauseTiming();
+        diagnostics::drain();
+        manager.tasks.clear();
+        manager.backupTasks.clear();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(parseFile)->RangeMultiplier(10)->Range(fewest, most)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+void splitYardstick(benchmark::State &state)
+{
+    const QString text = QString::fromUtf8(sampleText(state.range(0)));
+    for (auto _ : state) {
+        QList<QStringList> rows;
+        for (const QString &row : text.split(u'^'))
+            rows.append(row.split(u'|'));
+        benchmark::DoNotOptimize(rows.size());
+        state.PauseTiming();
+        rows.clear();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(splitYardstick)->RangeMultiplier(10)->Range(fewest, most)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+void writeText(benchmark::State &state)
+{
+    TaskManager manager(preferences());
+    manager.tasks = sampleTasks(state.range(0));
+    TaskListFile file(manager, QString(), QString()); // without a documents folder the text is made and not written
+    for (auto _ : state)
+        benchmark::DoNotOptimize(file.writeFile());
+}
+BENCHMARK(writeText)->RangeMultiplier(10)->Range(fewest, most)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+void durableWrite(benchmark::State &state)
+{
+    const QTemporaryDir folder(QDir::currentPath() + u"/bench-XXXXXX"_s);
+    const QByteArray text = sampleText(state.range(0));
+    TextFile file(folder.filePath(u"list.txt"_s), folder.filePath(u"state"_s));
+    for (auto _ : state)
+        if (!file.write(text))
+            state.SkipWithError("the file cannot be written");
+}
+BENCHMARK(durableWrite)->RangeMultiplier(10)->Range(fewest, most)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+void durableWriteYardstick(benchmark::State &state)
+{
+    const QTemporaryDir folder(QDir::currentPath() + u"/bench-XXXXXX"_s);
+    const QByteArray text = sampleText(state.range(0));
+    for (auto _ : state) {
+        FileDescriptor file(folder.filePath(u"plain.txt"_s), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        if (!file.write(text) || !file.sync())
+            state.SkipWithError("the file cannot be written");
+    }
+}
+BENCHMARK(durableWriteYardstick)
+    ->RangeMultiplier(10)
+    ->Range(fewest, most)
+    ->Unit(benchmark::kMicrosecond)
+    ->UseRealTime();
+
+/// One more letter in the search field of the real window, until the table is painted.
+void searchKeystroke(benchmark::State &state)
+{
+    const QTemporaryDir folder;
+    NotificationCenter notices;
+    NotificationCenter systemNotices;
+    TaskManager manager(preferences());
+    manager.tasks = sampleTasks(state.range(0));
+    ViewController window(manager, notices, systemNotices, QString(), folder.path());
+    window.show();
+    auto *field = window.findChild<QLineEdit *>(u"searchField"_s);
+    auto *table = window.findChild<QTableView *>(u"tblView"_s);
+    QApplication::processEvents();
+    bool longer = false;
+    for (auto _ : state) {
+        longer = !longer;
+        field->setText(longer ? u"roof"_s : u"roo"_s);
+        table->viewport()->repaint();
+        diagnostics::flush();
+    }
+    diagnostics::drain();
+}
+BENCHMARK(searchKeystroke)->RangeMultiplier(10)->Range(fewest, most)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+void searchYardstick(benchmark::State &state)
+{
+    const TaskList tasks = sampleTasks(state.range(0));
+    const QString text = u"Roof"_s;
+    for (auto _ : state) {
+        qsizetype found = 0;
+        const QString lowered = text.toLower();
+        for (const SharedTask &entry : tasks) {
+            const QString name = entry->name.toLower();
+            const QString desc = entry->desc.toLower();
+            const QString client = entry->client.toLower();
+            const QString teamMember = entry->teamMember.toLower();
+            found += name.contains(lowered) || desc.contains(lowered) || client.contains(lowered) ||
+                     teamMember.contains(lowered);
+        }
+        benchmark::DoNotOptimize(found);
+    }
+}
+BENCHMARK(searchYardstick)->RangeMultiplier(10)->Range(fewest, most)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+/// Arguments: the number of tasks and the column.
+void sortByColumn(benchmark::State &state)
+{
+    TaskManager manager(preferences());
+    const TaskList unsorted = sampleTasks(state.range(0));
+    const SortDescriptor descriptor{.key = taskColumns()[size_t(state.range(1))].sortKey, .ascending = true};
+    state.SetLabel(taskColumns()[size_t(state.range(1))].title.toStdString());
+    for (auto _ : state) {
+        state.PauseTiming();
+        manager.tasks = unsorted;
+        manager.tasks.detach();
+        state.ResumeTiming();
+        manager.sortByColumn(descriptor);
+    }
+}
+
+template <typename Key>
+void sortIndex(benchmark::State &state, const std::vector<Key> &keys)
+{
+    for (auto _ : state) {
+        std::vector<quint32> index(keys.size());
+        std::iota(index.begin(), index.end(), 0U);
+        std::stable_sort(index.begin(), index.end(), [&keys](quint32 a, quint32 b) { return keys[a] < keys[b]; });
+        benchmark::DoNotOptimize(index.data());
+    }
+}
+
+template <typename KeyOf>
+auto keysOf(const TaskList &tasks, KeyOf keyOf)
+{
+    std::vector<decltype(keyOf(*tasks.first()))> keys;
+    for (const SharedTask &entry : tasks)
+        keys.push_back(keyOf(*entry));
+    return keys;
+}
+
+void sortYardstick(benchmark::State &state)
+{
+    const TaskList tasks = sampleTasks(state.range(0));
+    state.SetLabel(taskColumns()[size_t(state.range(1))].title.toStdString());
+    const auto time = [](qint64 hour, qint64 minute) {
+        return QString::number(hour) + u':' + QString::number(minute);
+    };
+    switch (TaskColumn(state.range(1))) {
+    case TaskColumn::Date:
+        return sortIndex(state, keysOf(tasks, [](const task &t) { return t.date; }));
+    case TaskColumn::Due:
+        return sortIndex(state, keysOf(tasks, [](const task &t) { return t.due; }));
+    case TaskColumn::Status:
+        return sortIndex(state, keysOf(tasks, [](const task &t) { return t.status; }));
+    case TaskColumn::Priority:
+        return sortIndex(state, keysOf(tasks, [](const task &t) { return t.priority; }));
+    case TaskColumn::StartTime:
+        return sortIndex(state, keysOf(tasks, [&time](const task &t) { return time(t.startHour, t.startMin); }));
+    case TaskColumn::EndTime:
+        return sortIndex(state, keysOf(tasks, [&time](const task &t) { return time(t.endHour, t.endMin); }));
+    case TaskColumn::Name:
+        return sortIndex(state, keysOf(tasks, [](const task &t) { return t.name; }));
+    case TaskColumn::Client:
+        return sortIndex(state, keysOf(tasks, [](const task &t) { return t.client; }));
+    case TaskColumn::TeamMember:
+        return sortIndex(state, keysOf(tasks, [](const task &t) { return t.teamMember; }));
+    case TaskColumn::Description:
+        return sortIndex(state, keysOf(tasks, [](const task &t) { return t.desc; }));
+    case TaskColumn::Key:
+        return sortIndex(state, keysOf(tasks, [](const task &t) { return t.key; }));
+    }
+}
+
+void everyColumn(benchmark::internal::Benchmark *sort)
+{
+    for (int count = fewest; count <= most; count *= count == fewest ? 100 : 10)
+        for (int column = 0; column < sortColumns; ++column)
+            sort->Args({count, column});
+    sort->Unit(benchmark::kMicrosecond)->UseRealTime();
+}
+BENCHMARK(sortByColumn)->Apply(everyColumn);
+BENCHMARK(sortYardstick)->Apply(everyColumn);
+
+/// Sends the diagnostic lines to a file and gives the results the standard output the bench was started with.
+int redirectDiagnostics(const QString &path)
+{
+    const int results = ::dup(STDOUT_FILENO);
+    const int lines = ::open(QFile::encodeName(path), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    ::dup2(lines, STDOUT_FILENO);
+    ::close(lines);
+    return results;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    benchmark::Initialize(&argc, argv);
+    QApplication application(argc, argv);
+    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+    const QTemporaryDir folder;
+    const int results = redirectDiagnostics(folder.filePath(u"diagnostics.txt"_s));
+    std::ostringstream table;
+    benchmark::ConsoleReporter reporter(benchmark::ConsoleReporter::OO_Tabular);
+    reporter.SetOutputStream(&table);
+    reporter.SetErrorStream(&std::cerr);
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    const std::string text = table.str();
+    return ::write(results, text.data(), text.size()) == ssize_t(text.size()) ? EXIT_SUCCESS : EXIT_FAILURE;
+}

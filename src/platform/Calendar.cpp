@@ -1,0 +1,31 @@
+#include "platform/Calendar.h"
+
+Calendar::Calendar()
+    : zone(QTimeZone::systemTimeZone())
+{
+}
+
+Instant Calendar::now()
+{
+    return instantOf(QDateTime::currentDateTimeUtc());
+}
+
+Instant Calendar::instantOf(const QDateTime &dateTime)
+{
+    return Instant(std::chrono::milliseconds(dateTime.toMSecsSinceEpoch()));
+}
+
+QDateTime Calendar::localTime(Instant instant)
+{
+    return QDateTime::fromMSecsSinceEpoch(instant.time_since_epoch().count());
+}
+
+QDate Calendar::dayOf(Instant instant) const
+{
+    return QDateTime::fromMSecsSinceEpoch(instant.time_since_epoch().count(), zone).date();
+}
+
+Instant Calendar::startOfDay(QDate day) const
+{
+    return instantOf(day.startOfDay(zone));
+}
