@@ -39,8 +39,8 @@ void DesktopAppearance::follow()
 {
     if (!bus.isConnected())
         return;
-    bus.connect(service, path, interface, u"SettingChanged"_s, this,
-                SLOT(settingChanged(QString, QString, QDBusVariant)));
+    bus.connect(service, path, interface, u"SettingChanged"_s, this, SLOT(settingChanged(QString,QString,QDBusVariant)));
+    bus.connect(QString(), path, interface, u"SettingChanged"_s, this, SLOT(settingChanged(QString,QString,QDBusVariant)));
     const QDBusMessage answer = bus.call(readCall(), QDBus::Block, firstAnswerMilliseconds);
     if (answer.type() == QDBusMessage::ReplyMessage && !answer.arguments().isEmpty())
         apply(answer.arguments().constFirst());

@@ -113,10 +113,15 @@ bool ProtectedFile::write(QByteArrayView content)
 
 bool ProtectedFile::copyAside() const
 {
-    const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-    const QString copyPath = filePath + QLatin1StringView(".damaged-") + stamp;
-    return (QFile::exists(copyPath) || QFile::copy(filePath, copyPath)) &&
-           FileDescriptor(copyPath, O_RDONLY).sync() && syncFolder(QFileInfo(copyPath).path());
+    // A second copy within one second takes the next free second.
+    QDateTime time = QDateTime::currentDateTime();
+    QString copyPath;
+    do {
+        copyPath = filePath + QLatin1StringView(".damaged-") + time.toString(QStringLiteral("yyyyMMdd-HHmmss"));
+        time = time.addSecs(1);
+    } while (QFileInfo::exists(copyPath));
+    return QFile::copy(filePath, copyPath) && FileDescriptor(copyPath, O_RDONLY).sync() &&
+           syncFolder(QFileInfo(copyPath).path());
 }
 
 bool ProtectedFile::writeRedo(QByteArrayView content) const

@@ -1,0 +1,136 @@
+#include "Hand.h"
+
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QHeaderView>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTableView>
+#include <QTest>
+#include <QTimer>
+
+#include <exception>
+
+using namespace Qt::StringLiterals;
+
+namespace hand {
+
+namespace {
+
+QString withoutMnemonic(QString text)
+{
+    return text.remove(u'&');
+}
+
+QAction &actionOf(const QWidget &menu, const QString &text)
+{
+    for (QAction *action : menu.actions())
+        if (withoutMnemonic(action->text()) == text && action->isEnabled())
+            return *action;
+    throw TourFailure(text + u": not in the menu, or disabled"_s);
+}
+
+} // namespace
+
+void settle()
+{
+    while (QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents)) {
+    }
+}
+
+void activate(QWidget &window)
+{
+    settle();
+    window.activateWindow();
+    require(QTest::qWaitForWindowActive(&window), u"the window does not become the active one"_s);
+}
+
+void click(QWidget &widget)
+{
+    settle();
+    require(widget.isVisible() && widget.isEnabled(), widget.objectName() + u": cannot be clicked"_s);
+    QTest::mouseClick(&widget, Qt::LeftButton);
+}
+
+void clickCell(QTableView &table, const QModelIndex &cell)
+{
+    require(cell.isValid(), u"no such cell"_s);
+    settle();
+    table.scrollTo(cell);
+    QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, table.visualRect(cell).center());
+}
+
+void clickHeader(QTableView &table, int column)
+{
+    settle();
+    const QHeaderView *header = table.horizontalHeader();
+    const QPoint middle(header->sectionViewportPosition(column) + header->sectionSize(column) / 2,
+                        header->height() / 2);
+    require(header->viewport()->rect().contains(middle), u"the header is not in sight"_s);
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, middle);
+}
+
+void press(QWidget &widget, Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    activate(*widget.window());
+    widget.setFocus();
+    require(widget.hasFocus(), widget.objectName() + u": does not take the focus"_s);
+    QTest::keyClick(&widget, key, modifiers);
+}
+
+void shortcut(QWidget &window, Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    activate(window);
+    QWidget *focused = window.focusWidget();
+    QTest::keyClick(focused ? focused : &window, key, modifiers);
+}
+
+void type(QWidget &widget, QChar character)
+{
+    require(widget.hasFocus(), widget.objectName() + u": does not have the focus"_s);
+    QTest::sendKeyEvent(QTest::Click, &widget, Qt::Key_unknown, QString(character), Qt::NoModifier);
+}
+
+QMenu &openMenu(const QMainWindow &window, const QString &title)
+{
+    QMenuBar *bar = window.menuBar();
+    QAction &entry = actionOf(*bar, title);
+    QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(&entry).center());
+    require(entry.menu() && entry.menu()->isVisible(), title + u": the menu does not open"_s);
+    return *entry.menu();
+}
+
+void choose(QMenu &menu, const QString &text)
+{
+    QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(&actionOf(menu, text)).center());
+    require(!menu.isVisible(), text + u": the menu does not close"_s);
+}
+
+void throughDialog(const std::function<void()> &open, const std::function<void(QDialog &)> &answer)
+{
+    bool opened = false;
+    std::exception_ptr failure;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        if (!dialog)
+            return;
+        timer.stop();
+        opened = true;
+        try {
+            answer(*dialog);
+        } catch (const TourFailure &) {
+            // It must not go through the dialog's event loop.
+            failure = std::current_exception();
+            dialog->reject();
+        }
+    });
+    timer.start(1);
+    open();
+    if (failure)
+        std::rethrow_exception(failure);
+    require(opened, u"no dialog opens"_s);
+}
+
+} // namespace hand

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "TourFailure.h"
+
+#include <QAction>
+#include <QDialog>
+#include <QModelIndex>
+
+#include <functional>
+
+class QMainWindow;
+class QMenu;
+class QTableView;
+
+/// Does with the program's widgets what a user's hand would do, by mouse and key events.
+///
+/// What a user could not do, such as clicking a disabled button, ends the tour.
+namespace hand {
+
+/// The widget or action of this object name.
+template <typename Child>
+Child &child(const QObject &parent, const QString &objectName = {})
+{
+    auto *found = parent.findChild<Child *>(objectName);
+    require(found != nullptr, objectName + QLatin1StringView(": not in the window"));
+    return *found;
+}
+
+/// Lets the program do all that it has to do at once, such as laying out the rows of a changed table.
+void settle();
+/// Waits until key strokes reach the window.
+void activate(QWidget &window);
+
+void click(QWidget &widget);
+/// Clicks the cell, which is brought into sight first.
+void clickCell(QTableView &table, const QModelIndex &cell);
+void clickHeader(QTableView &table, int column);
+
+/// Puts the keyboard focus on the widget, then strikes the key.
+void press(QWidget &widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+/// Strikes the key wherever the focus is in the window.
+void shortcut(QWidget &window, Qt::Key key, Qt::KeyboardModifiers modifiers);
+/// Types one character.
+void type(QWidget &widget, QChar character);
+
+/// Opens the menu of the menu bar that has this title.
+QMenu &openMenu(const QMainWindow &window, const QString &title);
+/// Clicks the open menu's entry of this text.
+void choose(QMenu &menu, const QString &text);
+
+/// Does what opens a modal dialog and returns when it is closed.
+/// \param answer  is given the dialog as soon as it is open, and has to close it
+void throughDialog(const std::function<void()> &open, const std::function<void(QDialog &)> &answer);
+
+} // namespace hand

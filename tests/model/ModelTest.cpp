@@ -1,0 +1,360 @@
+#include "model/Appearance.h"
+#include "model/TaskManager.h"
+#include "model/TaskView.h"
+#include "platform/Preferences.h"
+#include "support/CapturedOutput.h"
+#include "support/TestProgram.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+task named(const QString &name)
+{
+    task entry;
+    entry.key = name;
+    entry.name = name;
+    return entry;
+}
+
+QStringList keys(const TaskList &tasks)
+{
+    QStringList names;
+    for (const SharedTask &entry : tasks)
+        names.append(entry->key);
+    return names;
+}
+
+} // namespace
+
+class ModelTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    Preferences preferences{u"/nonexistent/preferences.ini"_s};
+    std::unique_ptr<TaskManager> manager;
+
+    QString add(const QString &key, const QString &name)
+    {
+        return manager->addTask(key, {}, name, {}, {}, {}, 0, 0, {}, {}, false, 9, 30, 11, 15, {}, {});
+    }
+    void fill(std::initializer_list<task> entries)
+    {
+        manager->tasks.clear();
+        for (const task &entry : entries)
+            manager->tasks.append(entry);
+    }
+
+private slots:
+    void init() { manager = std::make_unique<TaskManager>(preferences); }
+
+    void addedTasksGetKeysAndMoveTheDefaultTimes()
+    {
+        CapturedOutput output;
+        const QString key = add({}, u"a"_s);
+        QVERIFY(QRegularExpression(u"^[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}$"_s)
+                    .match(key)
+                    .hasMatch());
+        QVERIFY(add({}, u"a"_s) != key);
+        QCOMPARE(add(u"own"_s, u"b"_s), u"own"_s);
+        QCOMPARE(manager->tasks[0]->key, key);
+        QCOMPARE(output.takeLines().first(), u"Add Task, hidden: false"_s);
+        const task blank = manager->selectedTask();
+        QCOMPARE(blank.key, QString());
+        QCOMPARE(blank.client, u"UnAssigned"_s);
+        QCOMPARE(blank.teamMember, u"UnAssigned"_s);
+        QCOMPARE(QString::asprintf("%lld %lld %lld %lld", blank.startHour, blank.startMin, blank.endHour, blank.endMin),
+                 u"9 30 11 15"_s);
+    }
+
+    void editingKeepsKeyAndHiddenFlag()
+    {
+        fill({named(u"a"_s), named(u"b"_s)});
+        manager->selectTaskByKey(u"b"_s);
+        manager->hideSelectedTask();
+        manager->editSelectedTask({}, u"new"_s, u"desc"_s, {0.1, 0.2, 0.3, 0.4}, {}, 1, 2, u"Closed"_s, u"High"_s, 1, 2,
+                                  3, 4, u"client"_s, u"member"_s);
+        const task edited = manager->selectedTask();
+        QCOMPARE(edited.key, u"b"_s);
+        QVERIFY(edited.hidden);
+        QCOMPARE(edited.name, u"new"_s);
+        QCOMPARE(edited.teamMember, u"member"_s);
+        QVERIFY(edited.color == Color(0.1, 0.2, 0.3, 0.4));
+        QCOMPARE(manager->tasks[0]->name, u"a"_s);
+
+        manager->selectTaskByKey(u"unknown"_s);
+        manager->editSelectedTask({}, {}, {}, {}, {}, 0, 0, {}, {}, 5, 6, 7, 8, {}, {});
+        QCOMPARE(manager->tasks[1]->name, u"new"_s);
+        QCOMPARE(manager->defaultEndMin, 8);
+    }
+
+    void selectionTakesTheLastOfEqualKeys()
+    {
+        fill({named(u"x"_s), named(u"y"_s), named(u"k"_s), named(u"z"_s), named(u"Y"_s), named(u"k"_s)});
+        QCOMPARE(manager->selectTaskByKey(u"k"_s), 5);
+        QCOMPARE(manager->selectTaskByKey(u"y"_s), 1);
+        QCOMPARE(manager->selectTaskByKey(u""_s), -1);
+    }
+
+    void commandsOnNoTaskChangeNothing()
+    {
+        for (const qint64 nowhere : {-1, 1, 2}) {
+            fill({named(u"a"_s)});
+            manager->selected = nowhere;
+            manager->deleteSelectedTask();
+            manager->hideSelectedTask();
+            manager->unhideSelectedTask();
+            manager->closeSelectedTask();
+            manager->moveSelectedTask(true);
+            manager->moveSelectedTask(false);
+            QVERIFY(!manager->isSelectedTaskHidden());
+            QCOMPARE(manager->selectedTask().key, QString());
+            QCOMPARE(keys(manager->tasks), QStringList(u"a"_s));
+            QCOMPARE(manager->tasks[0]->status, 0);
+        }
+    }
+
+    void movingKeepsThePosition()
+    {
+        fill({named(u"a"_s), named(u"b"_s), named(u"c"_s)});
+        manager->selected = 0;
+        manager->moveSelectedTask(true);
+        QCOMPARE(keys(manager->tasks).join(u""_s), u"abc"_s);
+        manager->moveSelectedTask(false);
+        QCOMPARE(keys(manager->tasks).join(u""_s), u"bac"_s);
+        QCOMPARE(manager->selected, 0);
+        manager->selected = 2;
+        manager->moveSelectedTask(false);
+        manager->moveSelectedTask(true);
+        QCOMPARE(keys(manager->tasks).join(u""_s), u"bca"_s);
+    }
+
+    void closingChangesBothLists()
+    {
+        fill({named(u"a"_s)});
+        manager->backupTasks = manager->tasks;
+        add(u"b"_s, u"b"_s);
+        manager->selected = 1; // the stale copy is shorter
+        manager->closeSelectedTask();
+        QCOMPARE(manager->tasks[1]->status, taskStatus::closed);
+        QCOMPARE(manager->tasks[1]->statusName, u"Closed"_s);
+        QCOMPARE(manager->backupTasks.size(), 1);
+        QCOMPARE(manager->backupTasks[0]->status, taskStatus::open);
+        QCOMPARE(manager->tasks[0]->status, taskStatus::open);
+    }
+
+    void clonesGoToTheEnd()
+    {
+        task original = named(u"a"_s);
+        original.hidden = true;
+        original.client = u"Smith"_s;
+        fill({original, named(u"b"_s)});
+        manager->selected = 0;
+        manager->cloneSelectedTask();
+        QCOMPARE(manager->tasks.size(), 3);
+        QCOMPARE(manager->tasks[2]->client, u"Smith"_s);
+        QVERIFY(manager->tasks[2]->hidden);
+        QCOMPARE(manager->tasks[2]->key.size(), 36);
+        QCOMPARE(manager->selected, 0);
+    }
+
+    void views_data()
+    {
+        QTest::addColumn<int>("view");
+        QTest::addColumn<QString>("shown");
+        // o open, c closed, n status −1, s status 5; capitals are hidden
+        QTest::newRow("All") << 0 << u"o c n s"_s;
+        QTest::newRow("Open") << 1 << u"o"_s;
+        QTest::newRow("Closed") << 2 << u"c"_s;
+        QTest::newRow("Hidden") << 3 << u"O C N S"_s;
+        QTest::newRow("Hidden Open") << 4 << u"O"_s;
+        QTest::newRow("Hidden Closed") << 5 << u"C"_s;
+        QTest::newRow("Global-All") << 6 << u"o c n s s O C N S"_s; // status 5 is also this view's own
+        QTest::newRow("Global-Open") << 7 << u"o O"_s;
+        QTest::newRow("Global-Closed") << 8 << u"c C"_s;
+        QTest::newRow("Due Today") << 9 << u"o O"_s;
+        QTest::newRow("beyond") << 10 << QString();
+        QTest::newRow("before") << -1 << QString();
+    }
+    void views()
+    {
+        QFETCH(const int, view);
+        QFETCH(const QString, shown);
+        const Calendar calendar;
+        const Calendar::Day today = calendar.day(calendar.dayOf(Calendar::now()));
+        for (const QString &key : {u"o"_s, u"c"_s, u"n"_s, u"s"_s, u"O"_s, u"C"_s, u"N"_s, u"S"_s}) {
+            task entry = named(key);
+            const QString kind = key.toLower();
+            entry.status = kind == u"o" ? 0 : kind == u"c" ? 1 : kind == u"n" ? -1 : 5;
+            entry.hidden = kind != key;
+            entry.due = kind == u"c" ? today.begin - std::chrono::milliseconds(1)
+                        : kind == u"n" ? today.end
+                        : kind == u"s" ? today.end + std::chrono::days(30)
+                        : key == u"o"  ? today.begin
+                                       : today.end - std::chrono::milliseconds(1);
+            manager->tasks.append(entry);
+        }
+        CapturedOutput output;
+        manager->buildTasksInView(view);
+        QCOMPARE(keys(manager->tasksInView).join(u' '), shown);
+        QStringList lines = output.takeLines();
+        QCOMPARE(lines.takeLast(), u"Number if tasks in view: %1"_s.arg(manager->tasksInView.size()));
+        QCOMPARE(lines.join(u' '), view == int(TaskView::DueToday)
+                                       ? u"SAME DESCENDING ASCENDING ASCENDING SAME DESCENDING ASCENDING ASCENDING"_s
+                                       : QString());
+    }
+
+    void searchLooksInFourFields()
+    {
+        task byName = named(u"Roof repair"_s), byDesc = named(u"2"_s), byClient = named(u"3"_s), byMember = named(u"4"_s),
+             byStatus = named(u"5"_s);
+        byDesc.desc = u"new ROOF"_s;
+        byClient.client = u"Roofing Ltd"_s;
+        byMember.teamMember = u"Proofer"_s;
+        byStatus.statusName = u"roof"_s;
+        fill({byName, byDesc, byClient, byMember, byStatus});
+        manager->startSearch(u"rOOf"_s);
+        QCOMPARE(keys(manager->tasks), QStringList({u"Roof repair"_s, u"2"_s, u"3"_s, u"4"_s}));
+        manager->startSearch(u"roof r"_s);
+        QCOMPARE(keys(manager->tasks), QStringList(u"Roof repair"_s));
+        manager->startSearch(u"roofi"_s); // refines the whole list, not the last hits
+        QCOMPARE(keys(manager->tasks), QStringList(u"3"_s));
+        manager->endSearch();
+        QCOMPARE(manager->tasks.size(), 5);
+        QCOMPARE(manager->searchTerm, u"roofi"_s);
+    }
+
+    void searchIgnoresCase_data()
+    {
+        QTest::addColumn<QString>("field");
+        QTest::addColumn<QString>("term");
+        QTest::addColumn<bool>("found");
+        QTest::newRow("umlaut") << u"GRÜNER Garten"_s << u"grün"_s << true;
+        QTest::newRow("umlaut term") << u"grüner Garten"_s << u"ÜNER"_s << true;
+        QTest::newRow("other letter") << u"gruner"_s << u"ü"_s << false;
+        QTest::newRow("sharp s is its own") << u"STRASSE"_s << u"straße"_s << false;
+        QTest::newRow("Greek") << u"ΑΘΗΝΑ"_s << u"αθηνα"_s << true;
+        QTest::newRow("beyond the basic plane") << u"𐐀 x"_s << u"𐐨"_s << true;
+        QTest::newRow("Kelvin sign") << u"20 \u212A"_s << u"20 k"_s << true;
+        QTest::newRow("ASCII neighbours of letters") << u"[@`{"_s << u"{"_s << true;
+        QTest::newRow("not letters") << u"@[`{"_s << u"`[" "@"_s << false;
+        QTest::newRow("longer than the field") << u"ab"_s << u"abc"_s << false;
+    }
+    void searchIgnoresCase()
+    {
+        QFETCH(const QString, field);
+        QFETCH(const QString, term);
+        QFETCH(const bool, found);
+        fill({named(field)});
+        manager->startSearch(term);
+        QCOMPARE(manager->tasks.size(), found ? 1 : 0);
+    }
+
+    void changesDuringASearchReachTheMasterList()
+    {
+        fill({named(u"ab"_s), named(u"b"_s), named(u"abc"_s)});
+        CapturedOutput output;
+        manager->startSearch(u"A"_s);
+        QCOMPARE(output.takeLines(),
+                 QStringList({u"A"_s, u"Tasks: [ab, b, abc]"_s, u"Backup Tasks: [ab, b, abc]"_s}));
+        add(u"new"_s, u"a new one"_s);
+        QCOMPARE(manager->tasks.size(), 2);
+        manager->refreshSearch();
+        QCOMPARE(keys(manager->tasks), QStringList({u"ab"_s, u"abc"_s, u"new"_s}));
+
+        QCOMPARE(manager->selectTaskByKey(u"abc"_s), 2); // its place in the master list
+        manager->hideSelectedTask();
+        QVERIFY(manager->isSelectedTaskHidden());
+        manager->closeSelectedTask();
+        manager->selectTaskByKey(u"ab"_s);
+        manager->deleteSelectedTask();
+        QCOMPARE(manager->selected, 0);
+        manager->endSearch();
+        QCOMPARE(keys(manager->tasks), QStringList({u"b"_s, u"abc"_s, u"new"_s}));
+        QVERIFY(manager->tasks[1]->hidden);
+        QCOMPARE(manager->tasks[1]->status, taskStatus::closed);
+        manager->tasks.clear();
+        manager->endSearch(); // not searching: nothing comes back
+        QVERIFY(manager->tasks.isEmpty());
+    }
+
+    void sortsTexts()
+    {
+        // Composed and decomposed é are one text; the emoji's code point is above the private use character's.
+        fill({named(u"🌱"_s), named(u"adam"_s), named(u"\ue000"_s), named(u"Zoe"_s), named(u"e\u0301b"_s),
+              named(u"Zoe "_s), named(u"\u00e9a"_s), named(u"fig"_s), named(QString())});
+        manager->sortByColumn({u"NameCellID"_s, true});
+        const QStringList ascending = {QString(), u"Zoe"_s,      u"Zoe "_s,   u"adam"_s, u"fig"_s,
+                                       u"\u00e9a"_s, u"e\u0301b"_s, u"\ue000"_s, u"🌱"_s};
+        QCOMPARE(keys(manager->tasks), ascending);
+        manager->sortByColumn({u"NameCellID"_s, false});
+        QCOMPARE(keys(manager->tasks), QStringList(ascending.crbegin(), ascending.crend()));
+        manager->sortByColumn({u"UnknownID"_s, true});
+        QCOMPARE(keys(manager->tasks), QStringList(ascending.crbegin(), ascending.crend()));
+    }
+
+    void sortsTimesAsUnpaddedTexts()
+    {
+        for (const auto &[hour, minute] : {std::pair(8, 5), {9, 0}, {8, 30}, {12, 15}, {10, 0}, {-1, 0}}) {
+            task entry = named(QString::asprintf("%d:%d", hour, minute));
+            entry.startHour = hour;
+            entry.startMin = minute;
+            manager->tasks.append(entry);
+        }
+        manager->sortByColumn({u"StartTimeID"_s, true});
+        QCOMPARE(keys(manager->tasks).join(u' '), u"-1:0 10:0 12:15 8:30 8:5 9:0"_s);
+    }
+
+    void sortsEveryColumnStably()
+    {
+        constexpr int count = 400;
+        for (int i = 0; i < count; ++i) {
+            task entry = named(QString::number(i));
+            const int value = (i * 7919) % 5 - 2;
+            entry.date = entry.due = Instant(std::chrono::hours(value * 1000));
+            entry.name = entry.desc = entry.client = entry.teamMember = u"a longer text "_s + QChar(u'c' + value);
+            entry.status = entry.priority = entry.startHour = entry.endHour = value;
+            manager->tasks.append(entry);
+        }
+        manager->backupTasks = manager->tasks;
+        for (const TaskColumnInfo &column : taskColumns()) {
+            if (column.column == TaskColumn::Key)
+                continue;
+            for (const bool ascending : {true, false}) {
+                manager->tasks = manager->backupTasks;
+                manager->sortByColumn({column.sortKey, ascending});
+                const auto valueOf = [](const SharedTask &entry) { return entry->status; };
+                // Negative numbers as text: "-1" before "-2".
+                const bool asText = column.column == TaskColumn::StartTime || column.column == TaskColumn::EndTime;
+                const QList<qint64> order = asText ? QList<qint64>{-1, -2, 0, 1, 2} : QList<qint64>{-2, -1, 0, 1, 2};
+                for (int i = 1; i < count; ++i) {
+                    const qsizetype before = order.indexOf(valueOf(manager->tasks[i - 1]));
+                    const qsizetype after = order.indexOf(valueOf(manager->tasks[i]));
+                    QVERIFY2(ascending ? before <= after : before >= after, qPrintable(column.title));
+                    if (before == after)
+                        QVERIFY(manager->tasks[i - 1]->key.toInt() < manager->tasks[i]->key.toInt());
+                }
+            }
+        }
+        QCOMPARE(manager->backupTasks[0]->key, u"0"_s);
+    }
+
+    void onlyTheTextDarkIsDark()
+    {
+        const QString key = u"AppleInterfaceStyle"_s;
+        for (const auto &[text, dark] : {std::pair(u"Dark"_s, true), {u"dark"_s, false}, {u"Light"_s, false}}) {
+            Preferences::standard().setGlobalText(key, text);
+            QCOMPARE(isDarkMode(), dark);
+        }
+        Preferences::standard().setGlobalText(key, std::nullopt);
+        QVERIFY(!isDarkMode());
+    }
+};
+
+int main(int argc, char **argv)
+{
+    return runTests<ModelTest>(argc, argv);
+}
+
+#include "ModelTest.moc"

@@ -1,0 +1,25 @@
+#include "support/Dialogs.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMessageBox>
+#include <QTest>
+#include <QTimer>
+
+AlertAnswer::AlertAnswer(const QString &button)
+{
+    QTimer::singleShot(0, qApp, [this, button] {
+        const auto *alert = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        if (!alert)
+            return;
+        shown = true;
+        text = alert->text();
+        informativeText = alert->informativeText();
+        isWarning = alert->icon() == QMessageBox::Warning;
+        for (QAbstractButton *choice : alert->buttons()) {
+            buttons.append(choice->text().remove(u'&'));
+            if (buttons.last() == button)
+                QTest::mouseClick(choice, Qt::LeftButton);
+        }
+    });
+}
