@@ -3,9 +3,9 @@
 #include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
 
-#include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusVariant>
 
 using namespace Qt::StringLiterals;
 
@@ -39,8 +39,7 @@ void DesktopAppearance::follow()
 {
     if (!bus.isConnected())
         return;
-    bus.connect(service, path, interface, u"SettingChanged"_s, this, SLOT(settingChanged(QString,QString,QDBusVariant)));
-    bus.connect(QString(), path, interface, u"SettingChanged"_s, this, SLOT(settingChanged(QString,QString,QDBusVariant)));
+    bus.connect(service, path, interface, u"SettingChanged"_s, this, SLOT(settingChanged(QDBusMessage)));
     const QDBusMessage answer = bus.call(readCall(), QDBus::Block, firstAnswerMilliseconds);
     if (answer.type() == QDBusMessage::ReplyMessage && !answer.arguments().isEmpty())
         apply(answer.arguments().constFirst());
@@ -59,11 +58,11 @@ void DesktopAppearance::askLater()
     });
 }
 
-void DesktopAppearance::settingChanged(const QString &changedGroup, const QString &changedKey,
-                                       const QDBusVariant &value)
+void DesktopAppearance::settingChanged(const QDBusMessage &signal)
 {
-    if (changedGroup == group && changedKey == key)
-        apply(QVariant::fromValue(value));
+    const QVariantList arguments = signal.arguments();
+    if (arguments.size() == 3 && arguments[0] == group && arguments[1] == key)
+        apply(arguments[2]);
 }
 
 void DesktopAppearance::apply(const QVariant &colorScheme)

@@ -42,7 +42,7 @@ void PlatformTest::diagnosticsFromManyThreads()
     int next[threads] = {};
     for (const QString &line : output.takeLines()) {
         const QStringList words = line.split(u' ');
-        QCOMPARE(words.size(), 14);
+        QCOMPARE(words.size(), 15);
         QCOMPARE(words[3].toInt(), next[words[1].toInt()]++);
     }
     for (const int count : next)
