@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QIcon>
+#include <QPixmapCache>
 #include <QStyleFactory>
 
 #include <csignal>
@@ -51,7 +52,10 @@ int main(int argc, char **argv)
 
     NotificationCenter notices;
     NotificationCenter systemNotices;
-    const auto followPalette = [] { QApplication::setPalette(isDarkMode() ? palettes::dark() : palettes::light()); };
+    const auto followPalette = [] {
+        QPixmapCache::clear(); // it holds disabled icons in the shades of the palette they were made for
+        QApplication::setPalette(isDarkMode() ? palettes::dark() : palettes::light());
+    };
     systemNotices.observe(notice::appearanceChanged, &application, followPalette);
     DesktopAppearance appearance(Preferences::standard(), systemNotices, bus);
     appearance.follow();

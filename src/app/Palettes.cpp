@@ -45,8 +45,8 @@ QPalette light()
 
 QPalette dark()
 {
-    return fromShades({.window = 0x2b2d30,
-                       .base = 0x1e1f22,
+    return fromShades({.window = 0x323438,
+                       .base = 0x1b1c1f,
                        .alternateBase = 0x26282b,
                        .button = 0x393c40,
                        .text = 0xe6e8ea,

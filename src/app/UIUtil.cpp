@@ -1,11 +1,11 @@
 #include "app/UIUtil.h"
 
+#include "app/Alert.h"
 #include "platform/Diagnostics.h"
 
 #include <QApplication>
 #include <QDateTimeEdit>
 #include <QFileInfo>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QStringEncoder>
 
@@ -40,10 +40,7 @@ void UIUtil::prepareSound() const
 
 bool UIUtil::askYesNo(const QString &question, const QString &informativeText) const
 {
-    QMessageBox alert(QMessageBox::Warning, QApplication::applicationDisplayName(), question,
-                      QMessageBox::NoButton, QApplication::activeWindow());
-    alert.setTextFormat(Qt::PlainText);
-    alert.setInformativeText(informativeText);
+    Alert alert(QApplication::activeWindow(), question, informativeText);
     const QPushButton *yes = alert.addButton(u"Yes"_s, QMessageBox::YesRole);
     alert.setEscapeButton(alert.addButton(u"No"_s, QMessageBox::NoRole));
     alert.exec();

@@ -54,6 +54,14 @@ void TaskTable::numberOfRows(int view)
     diagnostics::line("Number of Rows:", manager.tasksInView.size());
 }
 
+int TaskTable::rowOfKey(const QString &key) const
+{
+    int row = rowCount() - 1;
+    while (row >= 0 && manager.tasksInView[row]->key != key)
+        --row;
+    return row;
+}
+
 int TaskTable::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : int(manager.tasksInView.size());

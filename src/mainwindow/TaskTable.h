@@ -22,6 +22,8 @@ public:
     /// The text of one cell.
     QString cellText(qsizetype row, TaskColumn column) const;
     QString keyOfRow(qsizetype row) const { return cellText(row, TaskColumn::Key); }
+    /// The last row that shows this key, or −1.
+    int rowOfKey(const QString &key) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;

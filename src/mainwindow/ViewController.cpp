@@ -1,6 +1,6 @@
 #include "mainwindow/ViewController.h"
 
-#include "app/MessageAlert.h"
+#include "app/Alert.h"
 #include "app/UIUtil.h"
 #include "mainwindow/TaskRowDelegate.h"
 #include "model/Appearance.h"
@@ -12,12 +12,13 @@
 
 #include <QActionGroup>
 #include <QCloseEvent>
+#include <QShortcut>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 /// The columns' widths on the first start, in pixels, in the order of the columns.
-constexpr std::array columnWidths = {90, 56, 56, 220, 130, 120, 230, 70, 70, 90, 290};
+constexpr std::array columnWidths = {90, 52, 52, 190, 115, 105, 190, 64, 64, 90, 228};
 } // namespace
 
 ViewController::ViewController(TaskManager &taskManager, NotificationCenter &applicationNotices,
@@ -86,6 +87,8 @@ void ViewController::connectActions()
     onTrigger(ui->actionGuide, &ViewController::addEnhancement);
     connect(ui->actionQuit, &QAction::triggered, this, &ViewController::close);
     connect(ui->actionFind, &QAction::triggered, ui->searchField, qOverload<>(&QLineEdit::setFocus));
+    connect(new QShortcut(Qt::Key_Escape, ui->searchField, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated,
+            ui->searchField, &QLineEdit::clear);
     connect(ui->viewSelection, &QComboBox::activated, this, [this] { ChangeView(ui->viewSelection); });
     connect(ui->searchField, &QLineEdit::textChanged, this, [this] { search(ui->searchField); });
     connect(ui->tblView->selectionModel(), &QItemSelectionModel::selectionChanged, this,
@@ -151,8 +154,7 @@ void ViewController::bringToFront()
 void ViewController::tableViewSelectionDidChange()
 {
     diagnostics::line("Selection changed");
-    const QModelIndexList rows = ui->tblView->selectionModel()->selectedRows();
-    const int row = rows.isEmpty() ? -1 : rows.constFirst().row();
+    const int row = highlightedRow();
     diagnostics::line("Selected Row:", row);
     if (row < 0) {
         manager.selected = -1;
@@ -182,8 +184,13 @@ void ViewController::sortDescriptorsDidChange()
     const SortDescriptor descriptor{.key = taskColumns()[size_t(section)].sortKey,
                                     .ascending = header->sortIndicatorOrder() == Qt::AscendingOrder};
     diagnostics::line("Sorting:", descriptor);
+    const QString selectedKey = manager.selectedTask().key;
+    const QString highlightedKey = keyOfHighlightedRow();
     manager.sortByColumn(descriptor);
+    if (manager.selected >= 0)
+        manager.selectTaskByKey(selectedKey); // the same task, at its new place
     reloadTable();
+    highlightRow(highlightedKey);
 }
 
 void ViewController::ChangeView(QObject *)
@@ -204,11 +211,13 @@ void ViewController::chooseView(int position)
 void ViewController::search(QObject *)
 {
     const QString text = ui->searchField->text();
+    const QString highlightedKey = keyOfHighlightedRow();
     if (text.isEmpty())
         manager.endSearch();
     else
         manager.startSearch(text);
     reloadTable();
+    highlightRow(highlightedKey);
 }
 
 void ViewController::hideClicked(QObject *)
@@ -303,8 +312,31 @@ void ViewController::interfaceModeChanged()
 void ViewController::reloadTable()
 {
     const int view = ui->viewSelection->currentIndex();
+    const QModelIndex current = ui->tblView->currentIndex();
     table.reloadData(view);
     ui->menuView->actions().at(view)->setChecked(true);
+    // No row is selected now, but the arrow keys go on from where they were.
+    const int row = qMin(current.row(), table.rowCount() - 1);
+    ui->tblView->selectionModel()->setCurrentIndex(table.index(row, qMax(current.column(), 0)),
+                                                   QItemSelectionModel::NoUpdate);
+}
+
+int ViewController::highlightedRow() const
+{
+    const QModelIndexList rows = ui->tblView->selectionModel()->selectedRows();
+    return rows.isEmpty() ? -1 : rows.constFirst().row();
+}
+
+QString ViewController::keyOfHighlightedRow() const
+{
+    const int row = highlightedRow();
+    return row < 0 ? QString() : table.keyOfRow(row);
+}
+
+void ViewController::highlightRow(const QString &key)
+{
+    if (const int row = key.isEmpty() ? -1 : table.rowOfKey(key); row >= 0)
+        ui->tblView->selectRow(row);
 }
 
 void ViewController::disableTaskButtons()
@@ -321,7 +353,7 @@ void ViewController::enableTaskButtons()
 
 void ViewController::showHideState(bool hidden)
 {
-    ui->actionHide->setText(hidden ? tr("Unhide") : tr("Hide"));
+    ui->actionHide->setText(hidden ? u"Un&hide"_s : u"&Hide"_s);
     ui->actionHide->setToolTip(hidden ? u"UNHIDE"_s : u"HIDE"_s);
     ui->actionHide->setIcon(QIcon(hidden ? u":/icons/AppHideIcon.svg"_s : u":/icons/AppShowIcon.svg"_s));
 }

@@ -67,6 +67,9 @@ private:
     void chooseView(int position);
     void moveTask(bool up, const QString &wrongViewMessage);
     void reloadTable();
+    int highlightedRow() const;
+    QString keyOfHighlightedRow() const;
+    void highlightRow(const QString &key);
     void disableTaskButtons();
     void enableTaskButtons();
     void showHideState(bool hidden);

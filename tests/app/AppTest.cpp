@@ -1,4 +1,4 @@
-#include "app/MessageAlert.h"
+#include "app/Alert.h"
 #include "app/UIUtil.h"
 #include "support/CapturedOutput.h"
 #include "support/Dialogs.h"
