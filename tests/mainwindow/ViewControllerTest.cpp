@@ -1,0 +1,303 @@
+#include "ViewControllerTest.h"
+
+#include "support/Dialogs.h"
+#include "support/ScratchHome.h"
+
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QTableView>
+#include <QTest>
+#include <QToolButton>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A row of the file, by its letter: key and name, start day, status, hidden.
+QByteArray row(const char *key, int day, int status = 0, bool hidden = false)
+{
+    return "3/" + QByteArray::number(day) + "/24|task " + key + "||1.0|1.0|0.8|1.0|3/9/24|" + QByteArray::number(status) +
+           "|0|" + (status == 1 ? "Closed" : "Open") + "|None|" + key + '|' + (hidden ? "true" : "false") +
+           "|8|0|17|0|Smith|Anna^";
+}
+
+} // namespace
+
+void ViewControllerTest::init()
+{
+    home = std::make_unique<QTemporaryDir>();
+    writeTo(home->filePath(u"zandulist.txt"_s), row("c", 3) + row("a", 1) + row("H", 2, 0, true) + row("b", 2, 1));
+    output = std::make_unique<CapturedOutput>();
+    open();
+}
+
+void ViewControllerTest::open()
+{
+    window.reset();
+    notices = std::make_unique<NotificationCenter>();
+    systemNotices = std::make_unique<NotificationCenter>();
+    manager = std::make_unique<TaskManager>(preferences);
+    window = std::make_unique<ViewController>(*manager, *notices, *systemNotices, home->path(),
+                                              home->filePath(u"state"_s));
+    window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    table = window->findChild<QTableView *>(u"tblView"_s);
+}
+
+void ViewControllerTest::cleanup()
+{
+    window.reset();
+    output.reset();
+    Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, std::nullopt);
+}
+
+QToolButton *ViewControllerTest::button(const char *name) const
+{
+    return window->findChild<QToolButton *>(QString::fromLatin1(name) + u"Button"_s);
+}
+
+QString ViewControllerTest::enabledButtons() const
+{
+    QStringList enabled;
+    for (const char *name : {"hide", "close", "clone", "upper", "downer"})
+        if (button(name)->isEnabled())
+            enabled.append(QString::fromLatin1(name));
+    return enabled.join(u' ');
+}
+
+QString ViewControllerTest::rows() const
+{
+    QString keys;
+    for (int shown = 0; shown < table->model()->rowCount(); ++shown)
+        keys += table->model()->index(shown, int(TaskColumn::Key)).data().toString().at(0);
+    return keys;
+}
+
+void ViewControllerTest::selectRow(int shown)
+{
+    const QRect cell = table->visualRect(table->model()->index(shown, 3));
+    QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, cell.center());
+}
+
+void ViewControllerTest::chooseView(int view)
+{
+    auto *chooser = window->findChild<QComboBox *>(u"viewSelection"_s);
+    chooser->setFocus();
+    QTest::keyClick(chooser, Qt::Key_Home);
+    for (int step = 0; step < view; ++step)
+        QTest::keyClick(chooser, Qt::Key_Down);
+}
+
+QByteArray ViewControllerTest::fileContent() const
+{
+    return contentOf(home->filePath(u"zandulist.txt"_s));
+}
+
+void ViewControllerTest::startsSortedByDate()
+{
+    QCOMPARE(rows(), u"abc"_s);
+    QCOMPARE(enabledButtons(), QString());
+    QCOMPARE(window->minimumSize(), QSize(1040, 430));
+    QVERIFY(output->takeLines().contains(u"Dark Mode: false"_s));
+    QCOMPARE(fileContent().at(2), '3'); // sorting does not write
+    chooseView(6);
+    QCOMPARE(rows(), u"aHbc"_s);
+    chooseView(3);
+    QCOMPARE(rows(), u"H"_s);
+    QTest::keyClick(window.get(), Qt::Key_3, Qt::ControlModifier);
+    QCOMPARE(rows(), u"b"_s);
+    QVERIFY(output->takeLines().contains(u"Change View 2"_s));
+}
+
+void ViewControllerTest::buttonsFollowTheSelection()
+{
+    output->takeLines();
+    selectRow(1);
+    QCOMPARE(manager->selectedTask().key, u"b"_s);
+    QCOMPARE(enabledButtons(), u"hide close clone upper downer"_s);
+    QCOMPARE(output->takeLines().filter(QRegularExpression(u"^(Sel|Ind|Hid|b$|Row: 1$)"_s)).first(7),
+             QStringList({u"Selection changed"_s, u"Selected Row: 1"_s, u"b"_s, u"Index: 2"_s, u"Selected: 2"_s,
+                          u"Hidden: false"_s, u"Row: 1"_s}));
+    QCOMPARE(button("hide")->toolTip(), u"HIDE"_s);
+    const QRect cell = table->visualRect(table->model()->index(1, 3));
+    QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::ControlModifier, cell.center());
+    QCOMPARE(manager->selected, -1);
+    QCOMPARE(enabledButtons(), u"upper downer"_s);
+}
+
+void ViewControllerTest::hidesAndUnhides()
+{
+    selectRow(0);
+    QTest::mouseClick(button("hide"), Qt::LeftButton);
+    QCOMPARE(rows(), u"bc"_s);
+    QCOMPARE(enabledButtons(), u"upper downer"_s);
+    QCOMPARE(button("hide")->toolTip(), u"UNHIDE"_s);
+    QCOMPARE(fileContent().count("|true|"), 2);
+    chooseView(3);
+    QCOMPARE(rows(), u"aH"_s);
+    selectRow(0);
+    QTest::mouseClick(button("hide"), Qt::LeftButton);
+    QCOMPARE(rows(), u"H"_s);
+    QCOMPARE(button("hide")->toolTip(), u"HIDE"_s);
+    QCOMPARE(fileContent().count("|true|"), 1);
+
+    manager->selected = -1;
+    output->takeLines();
+    window->hideClicked(nullptr);
+    QCOMPARE(output->takeLines(), QStringList(u"-1"_s));
+}
+
+void ViewControllerTest::movesOnlyInTheGlobalView()
+{
+    const QByteArray before = fileContent();
+    selectRow(0);
+    const auto press = [this](const char *name) {
+        const AlertAnswer alert(u"OK"_s);
+        QTest::mouseClick(button(name), Qt::LeftButton);
+        return alert.informativeText;
+    };
+    QCOMPARE(press("upper"), u"Change to Global-All View to order Tasks."_s);
+    QCOMPARE(press("downer"), u"Change to the Global-All View to order Tasks."_s);
+    manager->selected = -1;
+    QCOMPARE(press("upper"), u"Change to Global-All View to order Tasks."_s);
+    chooseView(6);
+    QCOMPARE(press("upper"), u"Select a Task."_s);
+    QCOMPARE(press("downer"), u"Select a Task."_s);
+    QCOMPARE(fileContent(), before);
+}
+
+void ViewControllerTest::movesAndKeepsTheSelection()
+{
+    chooseView(6);
+    selectRow(3);
+    QTest::mouseClick(button("upper"), Qt::LeftButton);
+    QCOMPARE(rows(), u"aHcb"_s);
+    QTest::keyClick(window.get(), Qt::Key_Up, Qt::AltModifier);
+    QCOMPARE(rows(), u"acHb"_s);
+    QCOMPARE(table->selectionModel()->selectedRows().value(0).row(), 1);
+    QCOMPARE(manager->selectedTask().key, u"c"_s);
+    QCOMPARE(enabledButtons(), u"hide close clone upper downer"_s);
+    for (int press = 0; press < 3; ++press)
+        QTest::mouseClick(button("downer"), Qt::LeftButton);
+    QCOMPARE(rows(), u"aHbc"_s); // at the bottom it stays
+    QCOMPARE(manager->selectedTask().key, u"c"_s);
+    QVERIFY(fileContent().startsWith("3/1/24|task a"));
+    QVERIFY(fileContent().endsWith(row("c", 3)));
+}
+
+void ViewControllerTest::clonesAndCloses()
+{
+    selectRow(0);
+    QTest::mouseClick(button("clone"), Qt::LeftButton);
+    QCOMPARE(manager->tasks.size(), 5);
+    QCOMPARE(manager->tasks[4]->name, u"task a"_s);
+    QCOMPARE(enabledButtons(), u"upper downer"_s);
+    QCOMPARE(fileContent().count("task a"), 2);
+
+    output->takeLines();
+    selectRow(0);
+    QTest::mouseClick(button("close"), Qt::LeftButton);
+    QVERIFY(output->takeLines().contains(u"Close Task"_s));
+    QCOMPARE(manager->tasks[0]->status, taskStatus::closed);
+    QVERIFY(fileContent().startsWith(row("a", 1, 1)));
+    const QByteArray written = fileContent();
+    QVERIFY(QFile::remove(home->filePath(u"zandulist.txt"_s)));
+    selectRow(0);
+    AlertAnswer alert(u"OK"_s);
+    QTest::mouseClick(button("close"), Qt::LeftButton);
+    QCOMPARE(alert.informativeText, u"Task already closed"_s);
+    QVERIFY(fileContent().isNull()); // nothing was written
+}
+
+void ViewControllerTest::sortingKeepsTheSelectedTask()
+{
+    QHeaderView *header = table->horizontalHeader();
+    const auto clickHeader = [header](TaskColumn column) {
+        const QPoint place(header->sectionViewportPosition(int(column)) + 20, header->height() / 2);
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, place);
+    };
+    selectRow(0);
+    output->takeLines();
+    clickHeader(TaskColumn::Name);
+    QVERIFY(output->takeLines().contains(u"Sorting: NameCellID ascending"_s));
+    clickHeader(TaskColumn::Name);
+    QCOMPARE(rows(), u"cba"_s);
+    QCOMPARE(manager->selectedTask().key, u"a"_s);
+    QCOMPARE(table->selectionModel()->selectedRows().value(0).row(), 2);
+    QTest::mouseClick(button("close"), Qt::LeftButton);
+    QVERIFY(fileContent().contains(row("a", 1, 1)));
+    // With no row highlighted the remembered task is still the same one.
+    clickHeader(TaskColumn::Name);
+    QCOMPARE(manager->selectedTask().key, u"a"_s);
+}
+
+void ViewControllerTest::searchesAsTheUserTypes()
+{
+    auto *field = window->findChild<QLineEdit *>(u"searchField"_s);
+    selectRow(0);
+    QTest::keyClick(window.get(), Qt::Key_F, Qt::ControlModifier);
+    QVERIFY(field->hasFocus());
+    QTest::keyClicks(field, u"TASK B"_s);
+    QCOMPARE(rows(), u"b"_s);
+    QCOMPARE(enabledButtons(), u"hide close clone upper downer"_s); // as they were
+    chooseView(1);
+    QCOMPARE(rows(), QString());
+    chooseView(0);
+    selectRow(0);
+    QTest::mouseClick(button("hide"), Qt::LeftButton);
+    QCOMPARE(rows(), QString());
+    QCOMPARE(fileContent().count('^'), 4);
+    field->setFocus();
+    QTest::keyClick(field, Qt::Key_Escape);
+    QCOMPARE(rows(), u"ac"_s);
+    QVERIFY(!manager->isSearching);
+    QVERIFY(fileContent().contains(row("b", 2, 1, true)));
+}
+
+void ViewControllerTest::noticesReloadAndWrite()
+{
+    selectRow(0);
+    manager->addTask(u"n"_s, {}, u"new"_s, {}, {}, {}, 0, 0, {}, {}, false, 0, 0, 0, 0, {}, {});
+    notices->post(notice::reload);
+    QCOMPARE(rows(), u"abcn"_s);
+    QCOMPARE(enabledButtons(), u"upper downer"_s);
+    QVERIFY(fileContent().contains("|new|"));
+    manager->lastMessage = u"----iCloud:Update Complete!----"_s;
+    notices->post(notice::update);
+    QCOMPARE(window->findChild<QLabel *>(u"statusMessageLabel"_s)->text(), manager->lastMessage);
+}
+
+void ViewControllerTest::appearanceReloadsTheList()
+{
+    const QByteArray before = fileContent();
+    selectRow(0);
+    output->takeLines();
+    Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, u"Dark"_s);
+    systemNotices->post(notice::appearanceChanged);
+    QCOMPARE(output->takeLines().constFirst(), u"Dark mode change"_s);
+    QCOMPARE(rows(), u"cab"_s); // the file's order
+    QCOMPARE(enabledButtons(), u"upper downer"_s);
+    QCOMPARE(manager->selectedTask().key, u"a"_s);
+    const QColor painted = table->grab().toImage().pixelColor(
+        table->viewport()->mapTo(table, table->visualRect(table->model()->index(0, 8)).topLeft() + QPoint(2, 2)));
+    QCOMPARE(painted, QColor(0, 0, 51));
+    QCOMPARE(fileContent(), before);
+}
+
+void ViewControllerTest::windowStateComesBack()
+{
+    window->resize(1111, 555);
+    table->setColumnWidth(3, 77);
+    table->horizontalHeader()->setSortIndicator(int(TaskColumn::Name), Qt::DescendingOrder);
+    window->close();
+    QVERIFY(output->takeLines().contains(u"Close"_s));
+    open();
+    QCOMPARE(window->size(), QSize(1111, 555));
+    QCOMPARE(table->columnWidth(3), 77);
+    QCOMPARE(rows(), u"cba"_s); // the list is as the indicator says
+    for (const QAction *menu : window->menuBar()->actions())
+        QVERIFY2(!menu->menu()->actions().isEmpty(), qPrintable(menu->text()));
+}

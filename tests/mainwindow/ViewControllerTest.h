@@ -1,0 +1,52 @@
+#pragma once
+
+#include "mainwindow/ViewController.h"
+#include "model/TaskManager.h"
+#include "platform/NotificationCenter.h"
+#include "platform/Preferences.h"
+#include "support/CapturedOutput.h"
+
+#include <QObject>
+#include <QTemporaryDir>
+
+class QTableView;
+class QToolButton;
+
+class ViewControllerTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void startsSortedByDate();
+    void buttonsFollowTheSelection();
+    void hidesAndUnhides();
+    void movesOnlyInTheGlobalView();
+    void movesAndKeepsTheSelection();
+    void clonesAndCloses();
+    void sortingKeepsTheSelectedTask();
+    void searchesAsTheUserTypes();
+    void noticesReloadAndWrite();
+    void appearanceReloadsTheList();
+    void windowStateComesBack();
+
+private:
+    void open();
+    QToolButton *button(const char *name) const;
+    QString enabledButtons() const;
+    QString rows() const;
+    void selectRow(int row);
+    void chooseView(int view);
+    QByteArray fileContent() const;
+
+    std::unique_ptr<QTemporaryDir> home;
+    Preferences preferences{QStringLiteral("/nonexistent/preferences.ini")};
+    std::unique_ptr<NotificationCenter> notices;
+    std::unique_ptr<NotificationCenter> systemNotices;
+    std::unique_ptr<TaskManager> manager;
+    std::unique_ptr<ViewController> window;
+    std::unique_ptr<CapturedOutput> output;
+    QTableView *table = nullptr;
+};
