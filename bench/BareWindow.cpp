@@ -4,7 +4,8 @@
 
 #include <unistd.h>
 
-/// The least a Qt program with a table does: it shows the table, empty, and says "painted" when that is on screen.
+/// The least a Qt program with a table does: it shows the table, empty, and says "painted" when that is on
+/// screen.
 class BareTable : public QTableView
 {
 protected:

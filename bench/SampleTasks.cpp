@@ -10,22 +10,27 @@ using namespace Qt::StringLiterals;
 
 TaskList sampleTasks(qsizetype count)
 {
-    static const QStringList works = {u"Mow lawn"_s, u"Trim hedge"_s, u"Repair roof garden"_s, u"Clean pond"_s,
-                                      u"Plant roses"_s, u"Write invoice"_s, u"Order mulch"_s, u"Prune pear"_s};
-    static const QStringList clients = {u"Okafor"_s, u"Hotel Bellevue"_s, u"M\u00fcller"_s, u"Lindqvist"_s,
-                                        u"St. Anne's School"_s, u"UnAssigned"_s};
+    static const QStringList works = {u"Mow lawn"_s,    u"Trim hedge"_s,  u"Repair roof garden"_s,
+                                      u"Clean pond"_s,  u"Plant roses"_s, u"Write invoice"_s,
+                                      u"Order mulch"_s, u"Prune pear"_s};
+    static const QStringList clients = {u"Okafor"_s,    u"Hotel Bellevue"_s,    u"M\u00fcller"_s,
+                                        u"Lindqvist"_s, u"St. Anne's School"_s, u"UnAssigned"_s};
     static const QStringList team = {u"Anna"_s, u"J\u00f6rg"_s, u"Tomasz"_s, u"UnAssigned"_s};
     static const QStringList priorities = {u"None"_s, u"Low"_s, u"Medium"_s, u"High"_s};
-    static const Color colors[] = {{1.0, 0.85, 0.6, 1.0}, {0.8, 0.92, 0.65, 1.0}, {0.65882352941176, 0.8, 0.95, 1.0}};
+    static const Color colors[] = {
+        {1.0, 0.85, 0.6, 1.0}, {0.8, 0.92, 0.65, 1.0}, {0.65882352941176, 0.8, 0.95, 1.0}};
 
     const Calendar calendar;
     std::mt19937 random(20240307);
-    const auto below = [&random](int limit) { return int(random() % unsigned(limit)); };
+    const auto below = [&random](int limit) {
+        return int(random() % unsigned(limit));
+    };
     TaskList tasks;
     tasks.reserve(count);
     for (qsizetype i = 0; i < count; ++i) {
         task entry;
-        entry.key = QUuid::createUuidV5(QUuid(), QByteArray::number(i)).toString(QUuid::WithoutBraces).toUpper();
+        entry.key =
+            QUuid::createUuidV5(QUuid(), QByteArray::number(i)).toString(QUuid::WithoutBraces).toUpper();
         entry.date = calendar.startOfDay(QDate(2025, 1, 1).addDays(below(700)));
         entry.due = entry.date + std::chrono::days(below(30));
         entry.name = works[below(8)] + u' ' + QString::number(below(100'000));

@@ -98,8 +98,8 @@ int main(int argc, char **argv)
         yardstick.push_back(Start(bare, startHome.path(), "painted").milliseconds);
         own.push_back(Start(program, startHome.path(), rowPainted).milliseconds);
     }
-    std::printf("start to first paint, %d tasks: %.1f ms; bare window: %.1f ms; ratio %.2f\n", int(tasksAtStart),
-                median(own), median(yardstick), median(own) / median(yardstick));
+    std::printf("start to first paint, %d tasks: %.1f ms; bare window: %.1f ms; ratio %.2f\n",
+                int(tasksAtStart), median(own), median(yardstick), median(own) / median(yardstick));
 
     const QTemporaryDir emptyHome;
     const QTemporaryDir fullHome;

@@ -26,8 +26,9 @@
 
 using namespace Qt::StringLiterals;
 
-// Each measurement stands beside its yardstick of the same name with "Yardstick" appended; bench/README.md tells how
-// to read them. The program's diagnostic lines go to a file, as standard output is redirected at the start.
+// Each measurement stands beside its yardstick of the same name with "Yardstick" appended; bench/README.md
+// tells how to read them. The program's diagnostic lines go to a file, as standard output is redirected at
+// the start.
 
 namespace {
 
@@ -71,13 +72,18 @@ void splitYardstick(benchmark::State &state)
         state.ResumeTiming();
     }
 }
-BENCHMARK(splitYardstick)->RangeMultiplier(10)->Range(fewest, most)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(splitYardstick)
+    ->RangeMultiplier(10)
+    ->Range(fewest, most)
+    ->Unit(benchmark::kMicrosecond)
+    ->UseRealTime();
 
 void writeText(benchmark::State &state)
 {
     TaskManager manager(preferences());
     manager.tasks = sampleTasks(state.range(0));
-    TaskListFile file(manager, QString(), QString()); // without a documents folder the text is made and not written
+    TaskListFile file(manager, QString(),
+                      QString()); // without a documents folder the text is made and not written
     for (auto _ : state)
         benchmark::DoNotOptimize(file.writeFile());
 }
@@ -92,7 +98,11 @@ void durableWrite(benchmark::State &state)
         if (!file.write(text))
             state.SkipWithError("the file cannot be written");
 }
-BENCHMARK(durableWrite)->RangeMultiplier(10)->Range(fewest, most)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(durableWrite)
+    ->RangeMultiplier(10)
+    ->Range(fewest, most)
+    ->Unit(benchmark::kMicrosecond)
+    ->UseRealTime();
 
 void durableWriteYardstick(benchmark::State &state)
 {
@@ -132,7 +142,11 @@ void searchKeystroke(benchmark::State &state)
     }
     diagnostics::drain();
 }
-BENCHMARK(searchKeystroke)->RangeMultiplier(10)->Range(fewest, most)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(searchKeystroke)
+    ->RangeMultiplier(10)
+    ->Range(fewest, most)
+    ->Unit(benchmark::kMicrosecond)
+    ->UseRealTime();
 
 void searchYardstick(benchmark::State &state)
 {
@@ -152,7 +166,11 @@ void searchYardstick(benchmark::State &state)
         benchmark::DoNotOptimize(found);
     }
 }
-BENCHMARK(searchYardstick)->RangeMultiplier(10)->Range(fewest, most)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(searchYardstick)
+    ->RangeMultiplier(10)
+    ->Range(fewest, most)
+    ->Unit(benchmark::kMicrosecond)
+    ->UseRealTime();
 
 /// Arguments: the number of tasks and the column.
 void sortByColumn(benchmark::State &state)
@@ -176,7 +194,8 @@ void sortIndex(benchmark::State &state, const std::vector<Key> &keys)
     for (auto _ : state) {
         std::vector<quint32> index(keys.size());
         std::iota(index.begin(), index.end(), 0U);
-        std::stable_sort(index.begin(), index.end(), [&keys](quint32 a, quint32 b) { return keys[a] < keys[b]; });
+        std::stable_sort(index.begin(), index.end(),
+                         [&keys](quint32 a, quint32 b) { return keys[a] < keys[b]; });
         benchmark::DoNotOptimize(index.data());
     }
 }
@@ -207,7 +226,8 @@ void sortYardstick(benchmark::State &state)
     case TaskColumn::Priority:
         return sortIndex(state, keysOf(tasks, [](const task &t) { return t.priority; }));
     case TaskColumn::StartTime:
-        return sortIndex(state, keysOf(tasks, [&time](const task &t) { return time(t.startHour, t.startMin); }));
+        return sortIndex(state,
+                         keysOf(tasks, [&time](const task &t) { return time(t.startHour, t.startMin); }));
     case TaskColumn::EndTime:
         return sortIndex(state, keysOf(tasks, [&time](const task &t) { return time(t.endHour, t.endMin); }));
     case TaskColumn::Name:

@@ -32,8 +32,8 @@ static void setUpApplication(QApplication &application)
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::addLibraryPath(QApplication::applicationDirPath() + u"/../" QUORVANE_MODULE_DIR ""_s);
     QDir::setSearchPaths(u"bundle"_s, {u":/bundle"_s});
-    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &application,
-                     &diagnostics::flush);
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
+                     &application, &diagnostics::flush);
 }
 
 int main(int argc, char **argv)
@@ -48,7 +48,8 @@ int main(int argc, char **argv)
         return EXIT_SUCCESS;
 
     AppDelegate delegate;
-    QObject::connect(&application, &QApplication::aboutToQuit, &delegate, &AppDelegate::applicationWillTerminate);
+    QObject::connect(&application, &QApplication::aboutToQuit, &delegate,
+                     &AppDelegate::applicationWillTerminate);
 
     NotificationCenter notices;
     NotificationCenter systemNotices;
@@ -61,7 +62,8 @@ int main(int argc, char **argv)
     appearance.follow();
     followPalette();
 
-    ViewController window(TaskManager::shared(), notices, systemNotices, folders::documents(), folders::state());
+    ViewController window(TaskManager::shared(), notices, systemNotices, folders::documents(),
+                          folders::state());
     QObject::connect(&instance, &SingleInstance::activated, &window, &ViewController::bringToFront);
     window.show();
     delegate.applicationDidFinishLaunching();

@@ -14,7 +14,8 @@ struct Shades
 QPalette fromShades(const Shades &shades)
 {
     QPalette palette(QColor(shades.button), QColor(shades.window));
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText})
+    for (const auto role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText})
         palette.setColor(role, QColor(shades.text));
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         palette.setColor(QPalette::Disabled, role, QColor(shades.faintText));

@@ -8,20 +8,20 @@
 
 class QDateTimeEdit;
 
-/// What the screens share: the notification sound, the yes/no question, the first-line cut and small operations on
-/// days and times of day. Days are those of the user's time zone.
+/// What the screens share: the notification sound, the yes/no question, the first-line cut and small
+/// operations on days and times of day. Days are those of the user's time zone.
 class UIUtil
 {
 public:
-    /// Fills `player` from the bundle's `ding.mp3`, in the background. Without such a file, or when it cannot be
-    /// played, `player` stays as it was.
+    /// Fills `player` from the bundle's `ding.mp3`, in the background. Without such a file, or when it cannot
+    /// be played, `player` stays as it was.
     void prepareSound() const;
 
     /// Asks with a modal alert; true when the answer is "Yes".
     bool askYesNo(const QString &question, const QString &informativeText) const;
 
-    /// The text before its first line feed followed by "...", or the whole text when it has none. A carriage return
-    /// and line feed together are no line feed.
+    /// The text before its first line feed followed by "...", or the whole text when it has none. A carriage
+    /// return and line feed together are no line feed.
     QString truncateAtLineBreak(const QString &text) const;
 
     /// Hour (0–23) and minute (0–59) that the picker shows.
@@ -41,5 +41,6 @@ public:
 /// The instance that every screen uses.
 UIUtil &util();
 
-/// The notification sound; null until `prepareSound` has found one that can be played. Belongs to the application.
+/// The notification sound; null until `prepareSound` has found one that can be played. Belongs to the
+/// application.
 extern QPointer<SoundPlayer> player;

@@ -8,7 +8,8 @@
 
 using namespace Qt::StringLiterals;
 
-TaskListFile::TaskListFile(TaskManager &taskManager, const QString &documentsFolder, const QString &stateFolder)
+TaskListFile::TaskListFile(TaskManager &taskManager, const QString &documentsFolder,
+                           const QString &stateFolder)
     : manager(taskManager)
 {
     if (!documentsFolder.isEmpty())
@@ -96,8 +97,8 @@ void TaskListFile::parseRow(qsizetype number, QStringView row, TaskRowReader &re
     diagnostics::line("No of Fields:", reader.fields().size());
     manager.addTask(entry->key, entry->date, entry->name, entry->desc, storedOrHeld(entry->color, isDark),
                     entry->due, entry->status, entry->priority, entry->statusName, entry->priorityName,
-                    entry->hidden, entry->startHour, entry->startMin, entry->endHour, entry->endMin, entry->client,
-                    entry->teamMember);
+                    entry->hidden, entry->startHour, entry->startMin, entry->endHour, entry->endMin,
+                    entry->client, entry->teamMember);
     if (reader.fields().size() == TaskRowReader::fullRow)
         diagnostics::line("20 fields");
     diagnostics::line("Row:", row);

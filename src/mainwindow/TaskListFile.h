@@ -13,8 +13,8 @@ class TaskRowReader;
 
 /// The file "zandulist.txt" in the documents folder, which holds the whole task list.
 ///
-/// The file always holds the colours of the light appearance, whatever appearance the list in memory is held for.
-/// A file with rows that cannot be taken is copied aside before it is overwritten.
+/// The file always holds the colours of the light appearance, whatever appearance the list in memory is held
+/// for. A file with rows that cannot be taken is copied aside before it is overwritten.
 class TaskListFile
 {
 public:
@@ -29,8 +29,9 @@ public:
     /// Adds one task to the manager for each row of the text.
     void parseFile(const QString &text);
 
-    /// Makes the list hold the colours of the present appearance: by reading the file again or, when that cannot be
-    /// or the last write failed, in place. An active search is applied again and the same task stays selected.
+    /// Makes the list hold the colours of the present appearance: by reading the file again or, when that
+    /// cannot be or the last write failed, in place. An active search is applied again and the same task
+    /// stays selected.
     void followAppearance();
 
 private:

@@ -18,7 +18,8 @@ QString oneLine(QString text, const QFontMetrics &metrics, int width)
 
 } // namespace
 
-void TaskRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
+void TaskRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                            const QModelIndex &index) const
 {
     constexpr int margin = 4;
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);

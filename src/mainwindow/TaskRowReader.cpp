@@ -38,7 +38,8 @@ bool readNumber(QStringView field, Number &number)
     char digits[400];
     if (field.startsWith(u'+'))
         field = field.sliced(1);
-    if (field.isEmpty() || field.size() > qsizetype(sizeof digits) || (field.startsWith(u'-') && field.size() == 1))
+    if (field.isEmpty() || field.size() > qsizetype(sizeof digits) ||
+        (field.startsWith(u'-') && field.size() == 1))
         return false;
     for (qsizetype i = 0; i < field.size(); ++i)
         digits[i] = field[i].toLatin1();
@@ -104,7 +105,8 @@ bool TaskRowReader::readNumbers(task &entry)
         return false;
     const bool hasTimes = rowFields.size() > EndMin && !leavesFieldsOut();
     return !hasTimes ||
-           (readNumber(rowFields[StartHour], entry.startHour) && readNumber(rowFields[StartMin], entry.startMin) &&
+           (readNumber(rowFields[StartHour], entry.startHour) &&
+            readNumber(rowFields[StartMin], entry.startMin) &&
             readNumber(rowFields[EndHour], entry.endHour) && readNumber(rowFields[EndMin], entry.endMin));
 }
 

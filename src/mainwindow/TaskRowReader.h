@@ -9,8 +9,8 @@
 
 #include <optional>
 
-/// Reads rows of the task list file, those of earlier versions included: they are told apart by their number of
-/// fields.
+/// Reads rows of the task list file, those of earlier versions included: they are told apart by their number
+/// of fields.
 class TaskRowReader
 {
 public:
@@ -20,7 +20,8 @@ public:
 
     /// The task of one row, its colour as stored.
     /// \param times  start and end time of day of a row that has none
-    /// \return nothing when the row cannot be taken; `problem` then says why. A row without a key gives an empty one.
+    /// \return nothing when the row cannot be taken; `problem` then says why. A row without a key gives an
+    /// empty one.
     std::optional<task> read(QStringView row, const task &times);
 
     /// The fields of the row last read.
@@ -43,5 +44,6 @@ private:
     QList<QStringView> rowFields;
     const char *reason = nullptr;
     RowDates dates;
-    QHash<QStringView, QString> commonTexts; ///< texts that many tasks share; the views show the values' own data
+    QHash<QStringView, QString>
+        commonTexts; ///< texts that many tasks share; the views show the values' own data
 };

@@ -12,8 +12,8 @@ void appendNumber(QByteArray &text, qint64 number)
     text.append(digits, result.ptr - digits);
 }
 
-/// The shortest digits that read back the same, with a point or an exponent; the exponent form only below 1e-4 and
-/// from 1e16 on. What is no number is written as 0.0, since a row must be readable.
+/// The shortest digits that read back the same, with a point or an exponent; the exponent form only below
+/// 1e-4 and from 1e16 on. What is no number is written as 0.0, since a row must be readable.
 void appendReal(QByteArray &text, double number)
 {
     char digits[40];

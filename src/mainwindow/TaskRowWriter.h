@@ -6,15 +6,15 @@
 #include <QByteArray>
 #include <QStringEncoder>
 
-/// Marks that stand in a row of the task list file for a text's own separator characters. A text's own marks are
-/// left out on writing.
+/// Marks that stand in a row of the task list file for a text's own separator characters. A text's own marks
+/// are left out on writing.
 namespace rowmark {
 inline constexpr char16_t fieldSeparator = u'\u001F';
 inline constexpr char16_t rowSeparator = u'\u001E';
 } // namespace rowmark
 
-/// Writes tasks as rows of the task list file, in UTF-8: twenty fields joined by the field separator, then the row
-/// separator.
+/// Writes tasks as rows of the task list file, in UTF-8: twenty fields joined by the field separator, then
+/// the row separator.
 class TaskRowWriter
 {
 public:

@@ -140,7 +140,9 @@ QVariant TaskTable::headerData(int section, Qt::Orientation orientation, int rol
 QColor TaskTable::rowColor(int row) const
 {
     const Color &color = manager.tasksInView[row]->color;
-    const auto component = [](double value) { return float(std::clamp(value, 0.0, 1.0)); };
+    const auto component = [](double value) {
+        return float(std::clamp(value, 0.0, 1.0));
+    };
     return QColor::fromRgbF(component(color.red), component(color.green), component(color.blue),
                             component(color.alpha));
 }

@@ -87,8 +87,8 @@ void ViewController::connectActions()
     onTrigger(ui->actionGuide, &ViewController::addEnhancement);
     connect(ui->actionQuit, &QAction::triggered, this, &ViewController::close);
     connect(ui->actionFind, &QAction::triggered, ui->searchField, qOverload<>(&QLineEdit::setFocus));
-    connect(new QShortcut(Qt::Key_Escape, ui->searchField, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated,
-            ui->searchField, &QLineEdit::clear);
+    connect(new QShortcut(Qt::Key_Escape, ui->searchField, nullptr, nullptr, Qt::WidgetShortcut),
+            &QShortcut::activated, ui->searchField, &QLineEdit::clear);
     connect(ui->viewSelection, &QComboBox::activated, this, [this] { ChangeView(ui->viewSelection); });
     connect(ui->searchField, &QLineEdit::textChanged, this, [this] { search(ui->searchField); });
     connect(ui->tblView->selectionModel(), &QItemSelectionModel::selectionChanged, this,

@@ -18,8 +18,8 @@ class ViewController;
 
 /// The main window: the task table with its views, search and sorting, and the commands on the selected task.
 ///
-/// Every command works on the task manager, then shows the table anew and, where the list changed, writes the task
-/// list file.
+/// Every command works on the task manager, then shows the table anew and, where the list changed, writes the
+/// task list file.
 class ViewController : public QMainWindow
 {
     Q_OBJECT

@@ -5,8 +5,8 @@
 class QHeaderView;
 class QMainWindow;
 
-/// Keeps the main window's size and the table's column widths and sort indicator from one start to the next, in a
-/// file of its own beside the program's other state.
+/// Keeps the main window's size and the table's column widths and sort indicator from one start to the next,
+/// in a file of its own beside the program's other state.
 class WindowState
 {
 public:

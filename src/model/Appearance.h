@@ -2,12 +2,12 @@
 
 #include "platform/Color.h"
 
-/// True while the desktop is in dark appearance: the preference "AppleInterfaceStyle" is the text "Dark". Read anew
-/// at every call, from any thread.
+/// True while the desktop is in dark appearance: the preference "AppleInterfaceStyle" is the text "Dark".
+/// Read anew at every call, from any thread.
 bool isDarkMode();
 
-/// Exchanges the stored form of a task colour, always the light one, and the form held in memory, which is inverted
-/// while the list is held for dark appearance.
+/// Exchanges the stored form of a task colour, always the light one, and the form held in memory, which is
+/// inverted while the list is held for dark appearance.
 inline Color storedOrHeld(const Color &color, bool inverted)
 {
     return inverted ? color.inverted() : color;

@@ -27,8 +27,7 @@ QString TaskManager::addTask(const QString &key, Instant date, const QString &na
                              qint64 startHour, qint64 startMin, qint64 endHour, qint64 endMin,
                              const QString &client, const QString &teamMember)
 {
-    const QString ownKey =
-        key.isEmpty() ? QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() : key;
+    const QString ownKey = key.isEmpty() ? QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() : key;
     workingList().append(task{.key = ownKey,
                               .date = date,
                               .name = name,
@@ -53,8 +52,9 @@ QString TaskManager::addTask(const QString &key, Instant date, const QString &na
 
 void TaskManager::editSelectedTask(Instant date, const QString &name, const QString &desc, const Color &color,
                                    Instant due, qint64 status, qint64 priority, const QString &statusName,
-                                   const QString &priorityName, qint64 startHour, qint64 startMin, qint64 endHour,
-                                   qint64 endMin, const QString &client, const QString &teamMember)
+                                   const QString &priorityName, qint64 startHour, qint64 startMin,
+                                   qint64 endHour, qint64 endMin, const QString &client,
+                                   const QString &teamMember)
 {
     if (TaskList &list = workingList(); isSelectedIn(list)) {
         task &entry = list[selected].edit();
@@ -155,9 +155,10 @@ void TaskManager::closeSelectedTask()
 void TaskManager::cloneSelectedTask()
 {
     const task original = selectedTask();
-    addTask(QString(), original.date, original.name, original.desc, original.color, original.due, original.status,
-            original.priority, original.statusName, original.priorityName, original.hidden, original.startHour,
-            original.startMin, original.endHour, original.endMin, original.client, original.teamMember);
+    addTask(QString(), original.date, original.name, original.desc, original.color, original.due,
+            original.status, original.priority, original.statusName, original.priorityName, original.hidden,
+            original.startHour, original.startMin, original.endHour, original.endMin, original.client,
+            original.teamMember);
 }
 
 void TaskManager::moveSelectedTask(bool up)

@@ -5,10 +5,11 @@
 
 class Preferences;
 
-/// Owns the user's tasks while the program runs: the list, the view that is shown, the search and the selection.
+/// Owns the user's tasks while the program runs: the list, the view that is shown, the search and the
+/// selection.
 ///
-/// The operations on the selected task work on the working list: `backupTasks` during a search, else `tasks`. They
-/// do nothing when `selected` addresses no entry. Used on the main thread only.
+/// The operations on the selected task work on the working list: `backupTasks` during a search, else `tasks`.
+/// They do nothing when `selected` addresses no entry. Used on the main thread only.
 class TaskManager
 {
 public:
@@ -22,7 +23,7 @@ public:
     TaskList tasks;       ///< the master list in the user's order; during a search its matching tasks
     TaskList tasksInView; ///< what the chosen view shows of `tasks`
     TaskList backupTasks; ///< during a search the master list; otherwise a stale copy of it
-    qint64 selected = -1;    ///< index in the working list, or −1
+    qint64 selected = -1; ///< index in the working list, or −1
     qint64 defaultStartHour = 8;
     qint64 defaultStartMin = 0;
     qint64 defaultEndHour = 17;
@@ -32,18 +33,20 @@ public:
     QString searchTerm; ///< the text of the active or last search
     Preferences &defaults;
 
-    /// Appends a task to the working list. An empty key is replaced by a new one. Returns the task's key. The default
-    /// times follow the task's.
-    QString addTask(const QString &key, Instant date, const QString &name, const QString &desc, const Color &color,
-                    Instant due, qint64 status, qint64 priority, const QString &statusName,
-                    const QString &priorityName, bool hidden, qint64 startHour, qint64 startMin, qint64 endHour,
-                    qint64 endMin, const QString &client, const QString &teamMember);
+    /// Appends a task to the working list. An empty key is replaced by a new one. Returns the task's key. The
+    /// default times follow the task's.
+    QString addTask(const QString &key, Instant date, const QString &name, const QString &desc,
+                    const Color &color, Instant due, qint64 status, qint64 priority,
+                    const QString &statusName, const QString &priorityName, bool hidden, qint64 startHour,
+                    qint64 startMin, qint64 endHour, qint64 endMin, const QString &client,
+                    const QString &teamMember);
 
-    /// Replaces everything but key and hidden flag of the selected task. The default times follow in any case.
-    void editSelectedTask(Instant date, const QString &name, const QString &desc, const Color &color, Instant due,
-                          qint64 status, qint64 priority, const QString &statusName, const QString &priorityName,
-                          qint64 startHour, qint64 startMin, qint64 endHour, qint64 endMin, const QString &client,
-                          const QString &teamMember);
+    /// Replaces everything but key and hidden flag of the selected task. The default times follow in any
+    /// case.
+    void editSelectedTask(Instant date, const QString &name, const QString &desc, const Color &color,
+                          Instant due, qint64 status, qint64 priority, const QString &statusName,
+                          const QString &priorityName, qint64 startHour, qint64 startMin, qint64 endHour,
+                          qint64 endMin, const QString &client, const QString &teamMember);
 
     /// Selects the last task of the working list with this key and returns its index, or −1.
     qint64 selectTaskByKey(const QString &key);

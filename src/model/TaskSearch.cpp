@@ -32,11 +32,12 @@ TaskSearch::TaskSearch(const QString &text)
 
 bool TaskSearch::isIn(const QString &field)
 {
-    // Nearly every field is plain ASCII, where lower-casing needs no tables and finding is a search for bytes.
+    // Nearly every field is plain ASCII, where lower-casing needs no tables and finding is a search for
+    // bytes.
     if (!lowerAscii(field, fieldAscii))
         return field.toLower().contains(lowered);
-    return !loweredAscii.isNull() && memmem(fieldAscii.constData(), size_t(fieldAscii.size()), loweredAscii.constData(),
-                                            size_t(loweredAscii.size())) != nullptr;
+    return !loweredAscii.isNull() && memmem(fieldAscii.constData(), size_t(fieldAscii.size()),
+                                            loweredAscii.constData(), size_t(loweredAscii.size())) != nullptr;
 }
 
 bool TaskSearch::matches(const task &entry)

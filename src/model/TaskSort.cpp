@@ -8,7 +8,8 @@
 
 namespace {
 
-/// What one task is sorted by. Most comparisons are settled by the rank alone; equal ranks fall back on the texts.
+/// What one task is sorted by. Most comparisons are settled by the rank alone; equal ranks fall back on the
+/// texts.
 struct SortEntry
 {
     quint64 rank;
@@ -18,8 +19,8 @@ struct SortEntry
 struct SortKeys
 {
     std::vector<SortEntry> entries;
-    std::vector<QString> texts;     ///< by index; empty when the ranks say everything
-    bool inUnitOrder = true;        ///< comparing the texts' UTF-16 units compares their code points
+    std::vector<QString> texts; ///< by index; empty when the ranks say everything
+    bool inUnitOrder = true;    ///< comparing the texts' UTF-16 units compares their code points
 };
 
 /// Makes surrogates compare above the rest of the basic plane, so that units compare as code points do.
@@ -86,8 +87,9 @@ SortKeys textKeys(const TaskList &tasks, TextOf textOf)
 
 SortKeys fieldKeys(const TaskList &tasks, QString task::*field)
 {
-    return textKeys(tasks,
-                    [field](const task &entry) { return (entry.*field).normalized(QString::NormalizationForm_C); });
+    return textKeys(tasks, [field](const task &entry) {
+        return (entry.*field).normalized(QString::NormalizationForm_C);
+    });
 }
 
 SortKeys timeKeys(const TaskList &tasks, qint64 task::*hour, qint64 task::*minute)

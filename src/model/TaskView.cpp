@@ -8,8 +8,8 @@ using namespace Qt::StringLiterals;
 const QStringList &taskViewTitles()
 {
     static const QStringList titles = {
-        u"All"_s,        u"Open"_s,        u"Closed"_s,        u"Hidden"_s,    u"Hidden Open"_s, u"Hidden Closed"_s,
-        u"Global-All"_s, u"Global-Open"_s, u"Global-Closed"_s, u"Due Today"_s,
+        u"All"_s,           u"Open"_s,       u"Closed"_s,      u"Hidden"_s,        u"Hidden Open"_s,
+        u"Hidden Closed"_s, u"Global-All"_s, u"Global-Open"_s, u"Global-Closed"_s, u"Due Today"_s,
     };
     return titles;
 }

@@ -23,7 +23,8 @@ enum class TaskView {
 /// The views' titles, by position.
 const QStringList &taskViewTitles();
 
-/// True when the view's ordinary rule takes the task: not hidden, and of the view's status if the view has one.
+/// True when the view's ordinary rule takes the task: not hidden, and of the view's status if the view has
+/// one.
 bool isShownUnhidden(const task &entry, int view);
 
 /// True when the rule of the views beyond the first three takes the task, hidden or not.

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Color.h"
 #include "platform/Calendar.h"
+#include "platform/Color.h"
 
 #include <QByteArray>
 #include <QList>
@@ -11,27 +11,27 @@
 /// One piece of work. A plain value; two tasks are the same task when their keys are equal.
 struct task
 {
-    QString key = {};           ///< random UUID (RFC 4122, version 4) in upper case, 36 characters
-    Instant date = {};          ///< start date; only its calendar day is shown and filed
-    QString name = {};          ///< short title
-    QString desc = {};          ///< free description, may hold line breaks
-    QString client = {};        ///< name of the client the task is for
-    QString teamMember = {};    ///< name of the team member who does it
-    Color color = {};           ///< as held in memory: inverted while the appearance is dark
-    Instant due = {};           ///< due date; only its calendar day is shown and filed
-    qint64 status = 0;     ///< position in the status list, 0 open, 1 closed, −1 none chosen
-    qint64 priority = 0;   ///< position in the priority list, −1 none chosen
-    QString statusName = {};    ///< the status as text
-    QString priorityName = {};  ///< the priority as text
-    bool hidden = false;   ///< left out of most views
-    qint64 startHour = 0;  ///< 0…23
-    qint64 startMin = 0;   ///< 0…59
-    qint64 endHour = 0;    ///< 0…23
-    qint64 endMin = 0;     ///< 0…59
+    QString key = {};          ///< random UUID (RFC 4122, version 4) in upper case, 36 characters
+    Instant date = {};         ///< start date; only its calendar day is shown and filed
+    QString name = {};         ///< short title
+    QString desc = {};         ///< free description, may hold line breaks
+    QString client = {};       ///< name of the client the task is for
+    QString teamMember = {};   ///< name of the team member who does it
+    Color color = {};          ///< as held in memory: inverted while the appearance is dark
+    Instant due = {};          ///< due date; only its calendar day is shown and filed
+    qint64 status = 0;         ///< position in the status list, 0 open, 1 closed, −1 none chosen
+    qint64 priority = 0;       ///< position in the priority list, −1 none chosen
+    QString statusName = {};   ///< the status as text
+    QString priorityName = {}; ///< the priority as text
+    bool hidden = false;       ///< left out of most views
+    qint64 startHour = 0;      ///< 0…23
+    qint64 startMin = 0;       ///< 0…59
+    qint64 endHour = 0;        ///< 0…23
+    qint64 endMin = 0;         ///< 0…59
 };
 
-/// A task as the lists hold it. The lists are copied, filtered and sorted all the time and tasks seldom change, so
-/// copies share one value until one of them is edited.
+/// A task as the lists hold it. The lists are copied, filtered and sorted all the time and tasks seldom
+/// change, so copies share one value until one of them is edited.
 class SharedTask
 {
 public:

@@ -10,8 +10,8 @@ using Instant = std::chrono::sys_time<std::chrono::milliseconds>;
 
 /// Calendar questions about instants, answered in the user's time zone.
 ///
-/// Takes the time zone when it is made, so it is made for one command and not kept. Qt's local time would look at the
-/// system's settings again for every single date.
+/// Takes the time zone when it is made, so it is made for one command and not kept. Qt's local time would
+/// look at the system's settings again for every single date.
 class Calendar
 {
 public:

@@ -28,7 +28,8 @@ QDBusMessage readCall()
 
 } // namespace
 
-DesktopAppearance::DesktopAppearance(Preferences &store, NotificationCenter &centre, const QDBusConnection &session)
+DesktopAppearance::DesktopAppearance(Preferences &store, NotificationCenter &centre,
+                                     const QDBusConnection &session)
     : preferences(store)
     , systemNotices(centre)
     , bus(session)

@@ -9,11 +9,12 @@
 
 /// Plain lines for whoever watches the program's standard output. Nothing reads them back.
 ///
-/// A line is only copied into memory by the caller; a thread of its own writes it out, so that a slow terminal or
-/// pipe never holds up a command. Safe to call from any thread.
+/// A line is only copied into memory by the caller; a thread of its own writes it out, so that a slow
+/// terminal or pipe never holds up a command. Safe to call from any thread.
 namespace diagnostics {
 
-/// Appends one item's text; items that are not listed here may bring an overload of their own, found by their type.
+/// Appends one item's text; items that are not listed here may bring an overload of their own, found by their
+/// type.
 void appendItem(QByteArray &line, QStringView text);
 void appendItem(QByteArray &line, const char *text);
 /// A text that is UTF-8 already.
@@ -31,8 +32,8 @@ QByteArray &scratch();
 /// Queues the scratch text as one line.
 void commit(QByteArray &line);
 
-/// Writes the items as one line, separated by one blank. UTF-8; numbers in decimal, booleans as true and false,
-/// lists in brackets.
+/// Writes the items as one line, separated by one blank. UTF-8; numbers in decimal, booleans as true and
+/// false, lists in brackets.
 template <typename First, typename... Rest>
 void line(const First &first, const Rest &...rest)
 {

@@ -5,7 +5,8 @@
 
 #include <sys/types.h>
 
-/// An open file of the operating system, for what QFile does not promise: every step tells whether it took effect.
+/// An open file of the operating system, for what QFile does not promise: every step tells whether it took
+/// effect.
 class FileDescriptor
 {
 public:
@@ -16,8 +17,8 @@ public:
     FileDescriptor &operator=(const FileDescriptor &) = delete;
 
     bool isOpen() const { return descriptor >= 0; }
-    /// Takes room on the disk for a content of this many bytes, without changing the file. True also where the file
-    /// system has no such operation.
+    /// Takes room on the disk for a content of this many bytes, without changing the file. True also where
+    /// the file system has no such operation.
     bool reserve(qsizetype size);
     /// Writes all of the bytes at the current position.
     bool write(QByteArrayView bytes);

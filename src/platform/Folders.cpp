@@ -22,7 +22,8 @@ QString config()
 QString state()
 {
     const QString home = qEnvironmentVariable("XDG_STATE_HOME");
-    return (QDir::isAbsolutePath(home) ? home : QDir::homePath() + QLatin1StringView("/.local/state")) + ownName;
+    return (QDir::isAbsolutePath(home) ? home : QDir::homePath() + QLatin1StringView("/.local/state")) +
+           ownName;
 }
 
 } // namespace folders

@@ -21,7 +21,8 @@ constexpr mode_t byUmask = 0666;
 /// The redo file's first line: its kind and version, the content's length in bytes and its CRC-32.
 QByteArray redoHeader(QByteArrayView content)
 {
-    const uLong checksum = crc32_z(0, reinterpret_cast<const Bytef *>(content.data()), size_t(content.size()));
+    const uLong checksum =
+        crc32_z(0, reinterpret_cast<const Bytef *>(content.data()), size_t(content.size()));
     return "quorvane-redo 1 " + QByteArray::number(content.size()) + ' ' + QByteArray::number(checksum, 16) +
            '\n';
 }
@@ -59,7 +60,8 @@ bool syncFolder(const QString &path)
 QString redoName(const QString &path)
 {
     const QByteArray absolute = QFileInfo(path).absoluteFilePath().toUtf8();
-    const uLong folderMark = crc32_z(0, reinterpret_cast<const Bytef *>(absolute.data()), size_t(absolute.size()));
+    const uLong folderMark =
+        crc32_z(0, reinterpret_cast<const Bytef *>(absolute.data()), size_t(absolute.size()));
     return QFileInfo(path).fileName() + u'.' + QString::number(folderMark, 16) + QLatin1StringView(".redo");
 }
 
@@ -117,7 +119,8 @@ bool ProtectedFile::copyAside() const
     QDateTime time = QDateTime::currentDateTime();
     QString copyPath;
     do {
-        copyPath = filePath + QLatin1StringView(".damaged-") + time.toString(QStringLiteral("yyyyMMdd-HHmmss"));
+        copyPath =
+            filePath + QLatin1StringView(".damaged-") + time.toString(QStringLiteral("yyyyMMdd-HHmmss"));
         time = time.addSecs(1);
     } while (QFileInfo::exists(copyPath));
     return QFile::copy(filePath, copyPath) && FileDescriptor(copyPath, O_RDONLY).sync() &&
@@ -131,8 +134,8 @@ bool ProtectedFile::writeRedo(QByteArrayView content) const
         return false;
     const QString newPath = redoPath + QLatin1StringView(".new");
     FileDescriptor file(newPath, O_WRONLY | O_CREAT | O_TRUNC, userOnly);
-    const bool whole = file.isOpen() && file.write(redoHeader(content)) && file.write(content) && file.sync() &&
-                       file.close() &&
+    const bool whole = file.isOpen() && file.write(redoHeader(content)) && file.write(content) &&
+                       file.sync() && file.close() &&
                        ::rename(QFile::encodeName(newPath), QFile::encodeName(redoPath)) == 0 &&
                        syncFolder(stateFolder);
     if (!whole)
@@ -149,5 +152,6 @@ bool ProtectedFile::writeInPlace(QByteArrayView content) const
     FileDescriptor file(filePath, O_WRONLY | O_CREAT, byUmask);
     // Room is taken before the first byte is overwritten, so that a full disk leaves the old content whole.
     return file.isOpen() && file.reserve(content.size()) && file.write(content) &&
-           file.truncate(content.size()) && file.sync() && file.close() && (!isNew || syncFolder(info.path()));
+           file.truncate(content.size()) && file.sync() && file.close() &&
+           (!isNew || syncFolder(info.path()));
 }

@@ -6,32 +6,33 @@
 
 #include <optional>
 
-/// A file that is written in place, so that it keeps its identity, links and mode, and that is never lost on the way.
+/// A file that is written in place, so that it keeps its identity, links and mode, and that is never lost on
+/// the way.
 ///
-/// The new content first goes, flushed, to a redo file in the state folder; then the file itself is rewritten and
-/// flushed; then the redo file is removed. Whatever stops the program in between, the redo file is complete and is
-/// replayed at the next start, or it is not and the file itself was not touched.
+/// The new content first goes, flushed, to a redo file in the state folder; then the file itself is rewritten
+/// and flushed; then the redo file is removed. Whatever stops the program in between, the redo file is
+/// complete and is replayed at the next start, or it is not and the file itself was not touched.
 class ProtectedFile
 {
 public:
-    /// Replays what an earlier run left unfinished for this path. If the file then differs from what is replayed,
-    /// it is copied aside first: somebody else may have written it since.
-    /// \param path         the file; its folder is made when the file is first written
-    /// \param stateFolder  where redo files are kept; made when needed
+    /// Replays what an earlier run left unfinished for this path. If the file then differs from what is
+    /// replayed, it is copied aside first: somebody else may have written it since. \param path         the
+    /// file; its folder is made when the file is first written \param stateFolder  where redo files are kept;
+    /// made when needed
     ProtectedFile(const QString &path, const QString &stateFolder);
 
     const QString &path() const { return filePath; }
 
-    /// The whole content, also where it could only be kept in the redo file; nothing when the file is missing or
-    /// cannot be read. An existing file that cannot be read is kept as by `keepCopy`.
+    /// The whole content, also where it could only be kept in the redo file; nothing when the file is missing
+    /// or cannot be read. An existing file that cannot be read is kept as by `keepCopy`.
     std::optional<QByteArray> read();
 
-    /// Replaces the whole content. On false the content on disk is still the old one, or the new one is complete in
-    /// the redo file.
+    /// Replaces the whole content. On false the content on disk is still the old one, or the new one is
+    /// complete in the redo file.
     bool write(QByteArrayView content);
 
-    /// Has the file copied beside itself, as `NAME.damaged-YYYYMMDD-HHMMSS`, before the next write overwrites it.
-    /// That write fails when the copy cannot be made.
+    /// Has the file copied beside itself, as `NAME.damaged-YYYYMMDD-HHMMSS`, before the next write overwrites
+    /// it. That write fails when the copy cannot be made.
     void keepCopy() { copyDue = true; }
 
 private:

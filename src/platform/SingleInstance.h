@@ -5,8 +5,8 @@
 #include <QObject>
 #include <QVariantMap>
 
-/// Lets one program run per user: a lock file always, and on the session bus a name under which a second start asks
-/// the first one to show itself.
+/// Lets one program run per user: a lock file always, and on the session bus a name under which a second
+/// start asks the first one to show itself.
 class SingleInstance : public QObject
 {
     Q_OBJECT
@@ -16,8 +16,8 @@ public:
     /// \param stateFolder  the folder of the lock file; made when missing
     SingleInstance(const QString &stateFolder, const QDBusConnection &bus);
 
-    /// True when this is the only running program. Otherwise the other one has been asked to show itself, where
-    /// there is a bus.
+    /// True when this is the only running program. Otherwise the other one has been asked to show itself,
+    /// where there is a bus.
     bool acquire();
 
 signals:

@@ -6,8 +6,8 @@
 
 /// Plays one short sound, again and again.
 ///
-/// The multimedia library costs more to load than the whole rest of the program's start; it sits in a module of its
-/// own that is loaded in the background. Nothing here ever waits for the sound system.
+/// The multimedia library costs more to load than the whole rest of the program's start; it sits in a module
+/// of its own that is loaded in the background. Nothing here ever waits for the sound system.
 class SoundPlayer : public QObject
 {
     Q_OBJECT

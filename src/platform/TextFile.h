@@ -12,8 +12,8 @@ public:
     {
     }
 
-    /// The whole text; nothing when the file is missing, cannot be read or is not UTF-8. A file of which the text
-    /// could not be had is copied aside before it is overwritten.
+    /// The whole text; nothing when the file is missing, cannot be read or is not UTF-8. A file of which the
+    /// text could not be had is copied aside before it is overwritten.
     std::optional<QString> read();
 
     bool write(const QByteArray &utf8) { return file.write(utf8); }

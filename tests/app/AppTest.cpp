@@ -24,8 +24,10 @@ private slots:
         QTest::newRow("two lines") << u"ä\nb\nc"_s << u"ä..."_s << u"Index Truncate: 2 End Index: 6"_s;
         QTest::newRow("ends in a line feed") << u"a\n"_s << u"a..."_s << u"Index Truncate: 1 End Index: 2"_s;
         QTest::newRow("only a line feed") << u"\n"_s << u"..."_s << u"Index Truncate: 0 End Index: 1"_s;
-        QTest::newRow("carriage return and line feed") << u"a\r\nb"_s << u"a\r\nb"_s << u"Index Truncate: 4 End Index: 4"_s;
-        QTest::newRow("both kinds") << u"a\r\nb\nc"_s << u"a\r\nb..."_s << u"Index Truncate: 4 End Index: 6"_s;
+        QTest::newRow("carriage return and line feed")
+            << u"a\r\nb"_s << u"a\r\nb"_s << u"Index Truncate: 4 End Index: 4"_s;
+        QTest::newRow("both kinds") << u"a\r\nb\nc"_s << u"a\r\nb..."_s
+                                    << u"Index Truncate: 4 End Index: 6"_s;
     }
     void firstLine()
     {
@@ -39,7 +41,9 @@ private slots:
 
     void twelveHourTimes()
     {
-        const auto time = [](qint64 hour, qint64 minute) { return util().formatTime(hour, minute); };
+        const auto time = [](qint64 hour, qint64 minute) {
+            return util().formatTime(hour, minute);
+        };
         CapturedOutput output;
         QCOMPARE(time(0, 5), u"12:05AM"_s);
         QCOMPARE(output.takeLines(), QStringList(u"Hour: 0  Min: 5"_s));
@@ -87,7 +91,8 @@ private slots:
             QCOMPARE(alert.buttons, QStringList({u"Yes"_s, u"No"_s}));
             QVERIFY(alert.isWarning);
         }
-        QTimer::singleShot(0, qApp, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
+        QTimer::singleShot(0, qApp,
+                           [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
         QVERIFY(!util().askYesNo(u"Really?"_s, QString()));
 
         AlertAnswer alert(u"OK"_s);
@@ -109,7 +114,8 @@ private slots:
         util().prepareSound();
         QStringList lines;
         QTRY_VERIFY(!(lines += output.takeLines()).isEmpty());
-        QVERIFY2(lines.constFirst().startsWith(u"Sound player not available: "), qPrintable(lines.constFirst()));
+        QVERIFY2(lines.constFirst().startsWith(u"Sound player not available: "),
+                 qPrintable(lines.constFirst()));
         QVERIFY(!player);
 
         QDir::setSearchPaths(u"bundle"_s, {u":/bundle"_s});

@@ -5,7 +5,7 @@
 using namespace Qt::StringLiterals;
 
 /// The folders of src/ from the roof to the ground: a folder includes only from folders further down.
-static const QStringList storeys = {u"mainwindow"_s, u"forms"_s,    u"cloud"_s, u"messaging"_s, u"tools"_s,
+static const QStringList storeys = {u"mainwindow"_s, u"forms"_s, u"cloud"_s, u"messaging"_s, u"tools"_s,
                                     u"contacts"_s,   u"model"_s, u"app"_s,   u"platform"_s};
 
 /// The includes of one source text that do not run down the house.
@@ -29,7 +29,8 @@ class HouseTest : public QObject
 private slots:
     void risingIncludesAreFound()
     {
-        const QString source = u"#include \"app/UIUtil.h\"\n #  include \"model/task.h\"\n#include \"platform/Color.h\"\n"_s;
+        const QString source =
+            u"#include \"app/UIUtil.h\"\n #  include \"model/task.h\"\n#include \"platform/Color.h\"\n"_s;
         QCOMPARE(risingIncludes(u"platform"_s, source), QStringList({u"app"_s, u"model"_s}));
         QCOMPARE(risingIncludes(u"model"_s, source), QStringList());
     }

@@ -30,8 +30,8 @@ QString described(const task &entry)
     return QString::asprintf("%lld %lld %lld %lld %d %lld:%lld-%lld:%lld %.17g %.17g %.17g %.17g",
                              qlonglong(entry.date.time_since_epoch().count()),
                              qlonglong(entry.due.time_since_epoch().count()), entry.status, entry.priority,
-                             entry.hidden, entry.startHour, entry.startMin, entry.endHour, entry.endMin, color.red,
-                             color.green, color.blue, color.alpha) +
+                             entry.hidden, entry.startHour, entry.startMin, entry.endHour, entry.endMin,
+                             color.red, color.green, color.blue, color.alpha) +
            QStringList({entry.key, entry.name, entry.desc, entry.client, entry.teamMember, entry.statusName,
                         entry.priorityName})
                .join(u"\v"_s);
@@ -54,12 +54,14 @@ void TaskListFileTest::cleanup()
 void TaskListFileTest::reopen()
 {
     manager = std::make_unique<TaskManager>(preferences);
-    file = std::make_unique<TaskListFile>(*manager, home->filePath(u"Documents"_s), home->filePath(u"state"_s));
+    file =
+        std::make_unique<TaskListFile>(*manager, home->filePath(u"Documents"_s), home->filePath(u"state"_s));
 }
 
 void TaskListFileTest::setDark(bool dark)
 {
-    Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, dark ? std::optional(u"Dark"_s) : std::nullopt);
+    Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s,
+                                          dark ? std::optional(u"Dark"_s) : std::nullopt);
 }
 
 void TaskListFileTest::writesTheRow()
@@ -73,7 +75,8 @@ void TaskListFileTest::writesTheRow()
     output.takeLines();
     file->parseFile(text);
     const QString row = QString::fromUtf8(fenceRow.chopped(1));
-    const QStringList rowLines = {u"No of Fields: 20"_s, u"Add Task, hidden: false"_s, u"20 fields"_s, u"Row: "_s + row,
+    const QStringList rowLines = {u"No of Fields: 20"_s, u"Add Task, hidden: false"_s, u"20 fields"_s,
+                                  u"Row: "_s + row,
                                   u"Fields: ["_s + QString(row).replace(u"|"_s, u", "_s) + u"]"_s};
     QCOMPARE(output.takeLines(), QStringList(u"No of Rows: 3"_s) + rowLines + rowLines);
     QCOMPARE(manager->backupTasks.size(), 2);
@@ -119,13 +122,16 @@ void TaskListFileTest::dates_data()
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<QDate>("day");
     QTest::addColumn<QByteArray>("written");
-    const auto shortYear = [](int wanted) { return QByteArray::number(wanted % 100).rightJustified(2, '0'); };
+    const auto shortYear = [](int wanted) {
+        return QByteArray::number(wanted % 100).rightJustified(2, '0');
+    };
     const auto row = [](const char *name, const QByteArray &text, QDate day, const QByteArray &written) {
         QTest::newRow(name) << text << day << written;
     };
     row("leading zeros", "03/07/24", QDate(2024, 3, 7), "3/7/24");
     row("leap day", "2/29/24", QDate(2024, 2, 29), "2/29/24");
-    row("earliest short year", "1/1/" + shortYear(year - 80), QDate(year - 80, 1, 1), "1/1/" + shortYear(year - 80));
+    row("earliest short year", "1/1/" + shortYear(year - 80), QDate(year - 80, 1, 1),
+        "1/1/" + shortYear(year - 80));
     row("latest short year", "12/31/" + shortYear(year + 19), QDate(year + 19, 12, 31),
         "12/31/" + shortYear(year + 19));
     row("just after", "1/1/" + QByteArray::number(year + 20), QDate(year + 20, 1, 1),
@@ -157,7 +163,10 @@ void TaskListFileTest::textsKeepTheirSeparators()
     entry.client = u"a mark \u001f and \u001e within"_s;
     QVERIFY(file->writeFile());
     QCOMPARE(contentOf(filePath()).count('|'), 19);
-    QVERIFY(contentOf(filePath()).contains("|a\x1f" "b\x1e" "c|"));
+    QVERIFY(contentOf(filePath())
+                .contains("|a\x1f"
+                          "b\x1e"
+                          "c|"));
     reopen();
     file->parseFile(file->readFile());
     QCOMPARE(manager->tasks[0]->name, u"a|b^c"_s);
@@ -167,20 +176,26 @@ void TaskListFileTest::textsKeepTheirSeparators()
 void TaskListFileTest::randomListsComeBack()
 {
     std::mt19937 random(7);
-    const QStringList bits = {u"\n"_s, u"|"_s, u"^"_s, u"🌱"_s, u"é"_s, u" "_s, u"\r\n"_s, u"\""_s, u"true"_s, u"0"_s};
-    const auto number = [&random](int limit) { return qint64(random() % unsigned(limit)); };
+    const QStringList bits = {u"\n"_s, u"|"_s,    u"^"_s,  u"🌱"_s,    u"é"_s,
+                              u" "_s,  u"\r\n"_s, u"\""_s, u"true"_s, u"0"_s};
+    const auto number = [&random](int limit) {
+        return qint64(random() % unsigned(limit));
+    };
     const auto text = [&] {
         QString made;
         for (qint64 left = number(6); left > 0; --left)
             made += bits[number(int(bits.size()))];
         return made;
     };
-    const auto real = [&] { return double(random()) / double(std::mt19937::max()); };
+    const auto real = [&] {
+        return double(random()) / double(std::mt19937::max());
+    };
     for (int i = 0; i < 500; ++i)
-        manager->addTask(text() + QString::number(i % 100), startOf(int(1990 + number(50)), 5, 1 + int(number(28))),
-                         text(), text(), {real(), real(), real(), real()},
-                         startOf(int(1900 + number(300)), 11, 3), number(4) - 1, number(5) - 1, text(), text(),
-                         number(2) == 1, number(24), number(60), number(24), number(60), text(), text());
+        manager->addTask(text() + QString::number(i % 100),
+                         startOf(int(1990 + number(50)), 5, 1 + int(number(28))), text(), text(),
+                         {real(), real(), real(), real()}, startOf(int(1900 + number(300)), 11, 3),
+                         number(4) - 1, number(5) - 1, text(), text(), number(2) == 1, number(24), number(60),
+                         number(24), number(60), text(), text());
     QStringList before;
     for (const SharedTask &entry : std::as_const(manager->tasks))
         before.append(described(*entry));
@@ -218,11 +233,14 @@ void TaskListFileTest::olderRows()
     file->parseFile(head + rest + u"^"_s);
     QCOMPARE(manager->tasks.size(), 1);
     const task &entry = *manager->tasks[0];
-    const auto dash = [](const QString &text) { return text.isEmpty() ? u"-"_s : text; };
-    const QString found =
-        (entry.key.size() == 36 ? u"new"_s : entry.key) + (entry.hidden ? u" yes "_s : u" no "_s) +
-        QString::asprintf("%lld:%lld-%lld:%lld ", entry.startHour, entry.startMin, entry.endHour, entry.endMin) +
-        dash(entry.client) + u' ' + dash(entry.teamMember);
+    const auto dash = [](const QString &text) {
+        return text.isEmpty() ? u"-"_s : text;
+    };
+    const QString found = (entry.key.size() == 36 ? u"new"_s : entry.key) +
+                          (entry.hidden ? u" yes "_s : u" no "_s) +
+                          QString::asprintf("%lld:%lld-%lld:%lld ", entry.startHour, entry.startMin,
+                                            entry.endHour, entry.endMin) +
+                          dash(entry.client) + u' ' + dash(entry.teamMember);
     QCOMPARE(found, expected);
     QCOMPARE(entry.name, u"old"_s);
     QCOMPARE(entry.status, -1);
@@ -249,8 +267,8 @@ void TaskListFileTest::skippedRows_data()
         fields[field - 1] = text;
         return fields.join(u'|');
     };
-    for (const QString &date : {u""_s, u"7.3.2024"_s, u"2/30/24"_s, u"3/7/4"_s, u"3/7/024"_s, u"3/7/24 "_s, u"003/7/24"_s,
-                                u"13/1/24"_s, u"3/7"_s, u"٣/٧/٢٤"_s}) {
+    for (const QString &date : {u""_s, u"7.3.2024"_s, u"2/30/24"_s, u"3/7/4"_s, u"3/7/024"_s, u"3/7/24 "_s,
+                                u"003/7/24"_s, u"13/1/24"_s, u"3/7"_s, u"٣/٧/٢٤"_s}) {
         QTest::addRow("date %s", qPrintable(date)) << with(1, date);
         QTest::addRow("due %s", qPrintable(date)) << with(8, date);
     }
@@ -314,7 +332,8 @@ void TaskListFileTest::colorsStayLightInTheFile()
     for (const bool dark : {false, true, true, false, false}) {
         setDark(dark);
         file->followAppearance();
-        QVERIFY(manager->tasks[0]->color == (dark ? Color(0.25, 0.5, 0.75, 0.5) : Color(0.75, 0.5, 0.25, 0.5)));
+        QVERIFY(manager->tasks[0]->color ==
+                (dark ? Color(0.25, 0.5, 0.75, 0.5) : Color(0.75, 0.5, 0.25, 0.5)));
         if (dark)
             QVERIFY(file->writeFile());
         QCOMPARE(contentOf(filePath()), stored);
@@ -323,7 +342,8 @@ void TaskListFileTest::colorsStayLightInTheFile()
 
 void TaskListFileTest::appearanceKeepsSearchAndSelection()
 {
-    writeTo(filePath(), (head + u"|A^"_s + head + u"|B|false^"_s + head + u"|C^"_s).toUtf8().replace("old", "pond"));
+    writeTo(filePath(),
+            (head + u"|A^"_s + head + u"|B|false^"_s + head + u"|C^"_s).toUtf8().replace("old", "pond"));
     file->parseFile(file->readFile());
     manager->tasks[1].edit().name = u"fence"_s;
     QVERIFY(file->writeFile());
@@ -389,16 +409,17 @@ void TaskListFileTest::failuresAreToldAndLoseNothing()
 void TaskListFileTest::sampleModel()
 {
     const QString longText = u"first line of many\n"_s + QString(100'000, u'x');
-    manager->addTask(u"K1"_s, startOf(2024, 3, 7), u"a"_s, longText, {1.0, 1.0, 0.8, 1.0}, startOf(2024, 12, 24), 0, 0,
-                     u"Open"_s, u"High"_s, false, 7, 5, 12, 30, u"c"_s, u"t"_s);
-    manager->addTask(u"K2"_s, {}, u"b"_s, {}, {-3.0, 7.0, 0.2, 0.0}, {}, 0, 0, {}, {}, true, 7, 5, 12, 30, {}, {});
+    manager->addTask(u"K1"_s, startOf(2024, 3, 7), u"a"_s, longText, {1.0, 1.0, 0.8, 1.0},
+                     startOf(2024, 12, 24), 0, 0, u"Open"_s, u"High"_s, false, 7, 5, 12, 30, u"c"_s, u"t"_s);
+    manager->addTask(u"K2"_s, {}, u"b"_s, {}, {-3.0, 7.0, 0.2, 0.0}, {}, 0, 0, {}, {}, true, 7, 5, 12, 30, {},
+                     {});
     TaskTable table(*manager);
     const QAbstractItemModelTester tester(&table);
     QCOMPARE(table.rowCount(), 0);
     CapturedOutput output;
     table.reloadData(6);
-    QCOMPARE(output.takeLines(),
-             QStringList({u"Index of Selected: 6"_s, u"Number if tasks in view: 2"_s, u"Number of Rows: 2"_s}));
+    QCOMPARE(output.takeLines(), QStringList({u"Index of Selected: 6"_s, u"Number if tasks in view: 2"_s,
+                                              u"Number of Rows: 2"_s}));
     QStringList cells;
     for (const TaskColumnInfo &column : taskColumns())
         cells.append(table.cellText(0, column.column));
@@ -414,7 +435,8 @@ void TaskListFileTest::sampleModel()
         const auto part = [](double value) {
             return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
         };
-        const double light = 0.2126 * part(color.redF()) + 0.7152 * part(color.greenF()) + 0.0722 * part(color.blueF());
+        const double light =
+            0.2126 * part(color.redF()) + 0.7152 * part(color.greenF()) + 0.0722 * part(color.blueF());
         const bool black = readableTextColor(color, Qt::white) == QColor(Qt::black);
         QVERIFY((black ? (light + 0.05) / 0.05 : 1.05 / (light + 0.05)) >= 4.5);
     }

@@ -19,9 +19,9 @@ namespace {
 /// A row of the file, by its letter: key and name, start day, status, hidden.
 QByteArray row(const char *key, int day, int status = 0, bool hidden = false)
 {
-    return "3/" + QByteArray::number(day) + "/24|task " + key + "||1.0|1.0|0.8|1.0|3/9/24|" + QByteArray::number(status) +
-           "|0|" + (status == 1 ? "Closed" : "Open") + "|None|" + key + '|' + (hidden ? "true" : "false") +
-           "|8|0|17|0|Smith|Anna^";
+    return "3/" + QByteArray::number(day) + "/24|task " + key + "||1.0|1.0|0.8|1.0|3/9/24|" +
+           QByteArray::number(status) + "|0|" + (status == 1 ? "Closed" : "Open") + "|None|" + key + '|' +
+           (hidden ? "true" : "false") + "|8|0|17|0|Smith|Anna^";
 }
 
 } // namespace
@@ -29,7 +29,8 @@ QByteArray row(const char *key, int day, int status = 0, bool hidden = false)
 void ViewControllerTest::init()
 {
     home = std::make_unique<QTemporaryDir>();
-    writeTo(home->filePath(u"zandulist.txt"_s), row("c", 3) + row("a", 1) + row("H", 2, 0, true) + row("b", 2, 1));
+    writeTo(home->filePath(u"zandulist.txt"_s),
+            row("c", 3) + row("a", 1) + row("H", 2, 0, true) + row("b", 2, 1));
     output = std::make_unique<CapturedOutput>();
     open();
 }
@@ -119,8 +120,8 @@ void ViewControllerTest::buttonsFollowTheSelection()
     QCOMPARE(manager->selectedTask().key, u"b"_s);
     QCOMPARE(enabledButtons(), u"hide close clone upper downer"_s);
     QCOMPARE(output->takeLines().filter(QRegularExpression(u"^(Sel|Ind|Hid|b$|Row: 1$)"_s)).first(7),
-             QStringList({u"Selection changed"_s, u"Selected Row: 1"_s, u"b"_s, u"Index: 2"_s, u"Selected: 2"_s,
-                          u"Hidden: false"_s, u"Row: 1"_s}));
+             QStringList({u"Selection changed"_s, u"Selected Row: 1"_s, u"b"_s, u"Index: 2"_s,
+                          u"Selected: 2"_s, u"Hidden: false"_s, u"Row: 1"_s}));
     QCOMPARE(button("hide")->toolTip(), u"HIDE"_s);
     const QRect cell = table->visualRect(table->model()->index(1, 3));
     QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::ControlModifier, cell.center());
@@ -281,8 +282,8 @@ void ViewControllerTest::appearanceReloadsTheList()
     QCOMPARE(rows(), u"cab"_s); // the file's order
     QCOMPARE(enabledButtons(), u"upper downer"_s);
     QCOMPARE(manager->selectedTask().key, u"a"_s);
-    const QColor painted = table->grab().toImage().pixelColor(
-        table->viewport()->mapTo(table, table->visualRect(table->model()->index(0, 8)).topLeft() + QPoint(2, 2)));
+    const QColor painted = table->grab().toImage().pixelColor(table->viewport()->mapTo(
+        table, table->visualRect(table->model()->index(0, 8)).topLeft() + QPoint(2, 2)));
     QCOMPARE(painted, QColor(0, 0, 51));
     QCOMPARE(fileContent(), before);
 }

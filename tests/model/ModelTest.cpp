@@ -64,7 +64,8 @@ private slots:
         QCOMPARE(blank.key, QString());
         QCOMPARE(blank.client, u"UnAssigned"_s);
         QCOMPARE(blank.teamMember, u"UnAssigned"_s);
-        QCOMPARE(QString::asprintf("%lld %lld %lld %lld", blank.startHour, blank.startMin, blank.endHour, blank.endMin),
+        QCOMPARE(QString::asprintf("%lld %lld %lld %lld", blank.startHour, blank.startMin, blank.endHour,
+                                   blank.endMin),
                  u"9 30 11 15"_s);
     }
 
@@ -73,8 +74,8 @@ private slots:
         fill({named(u"a"_s), named(u"b"_s)});
         manager->selectTaskByKey(u"b"_s);
         manager->hideSelectedTask();
-        manager->editSelectedTask({}, u"new"_s, u"desc"_s, {0.1, 0.2, 0.3, 0.4}, {}, 1, 2, u"Closed"_s, u"High"_s, 1, 2,
-                                  3, 4, u"client"_s, u"member"_s);
+        manager->editSelectedTask({}, u"new"_s, u"desc"_s, {0.1, 0.2, 0.3, 0.4}, {}, 1, 2, u"Closed"_s,
+                                  u"High"_s, 1, 2, 3, 4, u"client"_s, u"member"_s);
         const task edited = manager->selectedTask();
         QCOMPARE(edited.key, u"b"_s);
         QVERIFY(edited.hidden);
@@ -188,7 +189,7 @@ private slots:
             const QString kind = key.toLower();
             entry.status = kind == u"o" ? 0 : kind == u"c" ? 1 : kind == u"n" ? -1 : 5;
             entry.hidden = kind != key;
-            entry.due = kind == u"c" ? today.begin - std::chrono::milliseconds(1)
+            entry.due = kind == u"c"   ? today.begin - std::chrono::milliseconds(1)
                         : kind == u"n" ? today.end
                         : kind == u"s" ? today.end + std::chrono::days(30)
                         : key == u"o"  ? today.begin
@@ -200,15 +201,16 @@ private slots:
         QCOMPARE(keys(manager->tasksInView).join(u' '), shown);
         QStringList lines = output.takeLines();
         QCOMPARE(lines.takeLast(), u"Number if tasks in view: %1"_s.arg(manager->tasksInView.size()));
-        QCOMPARE(lines.join(u' '), view == int(TaskView::DueToday)
-                                       ? u"SAME DESCENDING ASCENDING ASCENDING SAME DESCENDING ASCENDING ASCENDING"_s
-                                       : QString());
+        QCOMPARE(lines.join(u' '),
+                 view == int(TaskView::DueToday)
+                     ? u"SAME DESCENDING ASCENDING ASCENDING SAME DESCENDING ASCENDING ASCENDING"_s
+                     : QString());
     }
 
     void searchLooksInFourFields()
     {
-        task byName = named(u"Roof repair"_s), byDesc = named(u"2"_s), byClient = named(u"3"_s), byMember = named(u"4"_s),
-             byStatus = named(u"5"_s);
+        task byName = named(u"Roof repair"_s), byDesc = named(u"2"_s), byClient = named(u"3"_s),
+             byMember = named(u"4"_s), byStatus = named(u"5"_s);
         byDesc.desc = u"new ROOF"_s;
         byClient.client = u"Roofing Ltd"_s;
         byMember.teamMember = u"Proofer"_s;
@@ -238,7 +240,10 @@ private slots:
         QTest::newRow("beyond the basic plane") << u"𐐀 x"_s << u"𐐨"_s << true;
         QTest::newRow("Kelvin sign") << u"20 \u212A"_s << u"20 k"_s << true;
         QTest::newRow("ASCII neighbours of letters") << u"[@`{"_s << u"{"_s << true;
-        QTest::newRow("not letters") << u"@[`{"_s << u"`[" "@"_s << false;
+        QTest::newRow("not letters") << u"@[`{"_s
+                                     << u"`["
+                                        "@"_s
+                                     << false;
         QTest::newRow("longer than the field") << u"ab"_s << u"abc"_s << false;
     }
     void searchIgnoresCase()
@@ -281,11 +286,12 @@ private slots:
 
     void sortsTexts()
     {
-        // Composed and decomposed é are one text; the emoji's code point is above the private use character's.
+        // Composed and decomposed é are one text; the emoji's code point is above the private use
+        // character's.
         fill({named(u"🌱"_s), named(u"adam"_s), named(u"\ue000"_s), named(u"Zoe"_s), named(u"e\u0301b"_s),
               named(u"Zoe "_s), named(u"\u00e9a"_s), named(u"fig"_s), named(QString())});
         manager->sortByColumn({u"NameCellID"_s, true});
-        const QStringList ascending = {QString(), u"Zoe"_s,      u"Zoe "_s,   u"adam"_s, u"fig"_s,
+        const QStringList ascending = {QString(),    u"Zoe"_s,      u"Zoe "_s,   u"adam"_s, u"fig"_s,
                                        u"\u00e9a"_s, u"e\u0301b"_s, u"\ue000"_s, u"🌱"_s};
         QCOMPARE(keys(manager->tasks), ascending);
         manager->sortByColumn({u"NameCellID"_s, false});
@@ -313,7 +319,8 @@ private slots:
             task entry = named(QString::number(i));
             const int value = (i * 7919) % 5 - 2;
             entry.date = entry.due = Instant(std::chrono::hours(value * 1000));
-            entry.name = entry.desc = entry.client = entry.teamMember = u"a longer text "_s + QChar(u'c' + value);
+            entry.name = entry.desc = entry.client = entry.teamMember =
+                u"a longer text "_s + QChar(u'c' + value);
             entry.status = entry.priority = entry.startHour = entry.endHour = value;
             manager->tasks.append(entry);
         }
@@ -324,10 +331,14 @@ private slots:
             for (const bool ascending : {true, false}) {
                 manager->tasks = manager->backupTasks;
                 manager->sortByColumn({column.sortKey, ascending});
-                const auto valueOf = [](const SharedTask &entry) { return entry->status; };
+                const auto valueOf = [](const SharedTask &entry) {
+                    return entry->status;
+                };
                 // Negative numbers as text: "-1" before "-2".
-                const bool asText = column.column == TaskColumn::StartTime || column.column == TaskColumn::EndTime;
-                const QList<qint64> order = asText ? QList<qint64>{-1, -2, 0, 1, 2} : QList<qint64>{-2, -1, 0, 1, 2};
+                const bool asText =
+                    column.column == TaskColumn::StartTime || column.column == TaskColumn::EndTime;
+                const QList<qint64> order =
+                    asText ? QList<qint64>{-1, -2, 0, 1, 2} : QList<qint64>{-2, -1, 0, 1, 2};
                 for (int i = 1; i < count; ++i) {
                     const qsizetype before = order.indexOf(valueOf(manager->tasks[i - 1]));
                     const qsizetype after = order.indexOf(valueOf(manager->tasks[i]));
@@ -343,7 +354,8 @@ private slots:
     void onlyTheTextDarkIsDark()
     {
         const QString key = u"AppleInterfaceStyle"_s;
-        for (const auto &[text, dark] : {std::pair(u"Dark"_s, true), {u"dark"_s, false}, {u"Light"_s, false}}) {
+        for (const auto &[text, dark] :
+             {std::pair(u"Dark"_s, true), {u"dark"_s, false}, {u"Light"_s, false}}) {
             Preferences::standard().setGlobalText(key, text);
             QCOMPARE(isDarkMode(), dark);
         }

@@ -9,8 +9,8 @@
 
 using namespace Qt::StringLiterals;
 
-/// The desktop's settings portal, as far as the appearance needs it. Each digit on standard input is the colour
-/// scheme from then on; "ready" on standard output says that the portal can be asked.
+/// The desktop's settings portal, as far as the appearance needs it. Each digit on standard input is the
+/// colour scheme from then on; "ready" on standard output says that the portal can be asked.
 class FakePortal : public QObject
 {
     Q_OBJECT
@@ -22,7 +22,8 @@ public:
         colorScheme = scheme;
         QDBusMessage signal =
             QDBusMessage::createSignal(path, u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s);
-        signal << u"org.freedesktop.appearance"_s << u"color-scheme"_s << QVariant::fromValue(QDBusVariant(scheme));
+        signal << u"org.freedesktop.appearance"_s << u"color-scheme"_s
+               << QVariant::fromValue(QDBusVariant(scheme));
         QDBusConnection::sessionBus().send(signal);
     }
 

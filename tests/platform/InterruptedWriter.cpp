@@ -7,10 +7,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-// Writes a file as the program does and is interrupted at the step it is told: `interrupted_writer FILE STATE TEXT
-// STEP kill|fail`. The system calls that change a file are replaced by ones that count; at the given count, half of
-// the work is done and then the process dies or the call fails. Ends with 0 when the write succeeded, 1 when it
-// failed, 9 when it was killed.
+// Writes a file as the program does and is interrupted at the step it is told: `interrupted_writer FILE STATE
+// TEXT STEP kill|fail`. The system calls that change a file are replaced by ones that count; at the given
+// count, half of the work is done and then the process dies or the call fails. Ends with 0 when the write
+// succeeded, 1 when it failed, 9 when it was killed.
 
 namespace {
 

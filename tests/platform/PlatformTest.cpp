@@ -34,7 +34,8 @@ void PlatformTest::diagnosticsFromManyThreads()
     for (int thread = 0; thread < threads; ++thread)
         writers.emplace_back([thread] {
             for (int i = 0; i < lines; ++i)
-                diagnostics::line("thread", thread, "line", i, "of a text that is long enough to be torn apart");
+                diagnostics::line("thread", thread, "line", i,
+                                  "of a text that is long enough to be torn apart");
         });
     for (std::thread &writer : writers)
         writer.join();

@@ -82,7 +82,8 @@ void ProtectedFileTest::interruptedWriteLosesNothing()
 
 void ProtectedFileTest::laterWriteKeepsTheOnlyGoodCopy()
 {
-    // The first write dies while the file itself is half overwritten; the second dies while it makes its redo file.
+    // The first write dies while the file itself is half overwritten; the second dies while it makes its redo
+    // file.
     for (int first = 0; first < 12; ++first) {
         for (int second = 0; second < 4; ++second) {
             Scene scene;
@@ -125,7 +126,9 @@ void ProtectedFileTest::copiesAsideOnceBeforeOverwriting()
     QCOMPARE(scene.copies().size(), 1);
     const QString copy = QFileInfo(scene.path).path() + u'/' + scene.copies().constFirst();
     QCOMPARE(contentOf(copy), oldText);
-    QVERIFY(QRegularExpression(u"^list\\.txt\\.damaged-\\d{8}-\\d{6}$"_s).match(scene.copies().constFirst()).hasMatch());
+    QVERIFY(QRegularExpression(u"^list\\.txt\\.damaged-\\d{8}-\\d{6}$"_s)
+                .match(scene.copies().constFirst())
+                .hasMatch());
 }
 
 void ProtectedFileTest::refusesToOverwriteWhatCannotBeCopied()
@@ -147,7 +150,8 @@ void ProtectedFileTest::foreignChangeIsCopiedBeforeReplay()
     writeTo(scene.path, "written by somebody else");
     QCOMPARE(scene.afterNextStart(), newText);
     QCOMPARE(scene.copies().size(), 1);
-    QCOMPARE(contentOf(QFileInfo(scene.path).path() + u'/' + scene.copies().constFirst()), "written by somebody else");
+    QCOMPARE(contentOf(QFileInfo(scene.path).path() + u'/' + scene.copies().constFirst()),
+             "written by somebody else");
 }
 
 void ProtectedFileTest::readsFromRedoWhereTheFileCannotBeWritten()
@@ -180,7 +184,8 @@ void ProtectedFileTest::incompleteRedoIsDropped()
 void ProtectedFileTest::textMustBeUtf8()
 {
     const Scene scene;
-    for (const QByteArray &bytes : {QByteArray("caf\xe9"), QByteArray("cut short \xc3"), QByteArray("\xed\xa0\x80")}) {
+    for (const QByteArray &bytes :
+         {QByteArray("caf\xe9"), QByteArray("cut short \xc3"), QByteArray("\xed\xa0\x80")}) {
         writeTo(scene.path, bytes);
         TextFile file(scene.path, scene.state);
         QVERIFY(!file.read());

@@ -79,7 +79,8 @@ private slots:
         QCOMPARE(rowsShown(u"/nonexistent"_s), u"Number of Rows: 0"_s);
         const QByteArray row = "3/7/24|a||1.0|1.0|1.0|1.0|3/7/24|0|0|Open|None|KEY^";
         const QTemporaryDir other;
-        writeTo(other.filePath(u"Documents/zandulist.txt"_s), row + QByteArray(3'000'000, '\x01') + '^' + row);
+        writeTo(other.filePath(u"Documents/zandulist.txt"_s),
+                row + QByteArray(3'000'000, '\x01') + '^' + row);
         QCOMPARE(rowsShown(other.path()), u"Number of Rows: 2"_s);
         writeTo(other.filePath(u"Documents/zandulist.txt"_s), row.repeated(20'000));
         QCOMPARE(rowsShown(other.path()), u"Number of Rows: 20000"_s);

@@ -23,7 +23,9 @@ int runTests(int argc, char **argv)
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
     QApplication application(argc, argv);
     int failures = 0;
-    const auto run = [&](QObject &&test) { failures += QTest::qExec(&test, argc, argv); };
+    const auto run = [&](QObject &&test) {
+        failures += QTest::qExec(&test, argc, argv);
+    };
     (run(TestClasses()), ...);
     return failures;
 }
