@@ -6,8 +6,8 @@
 
 namespace {
 
-/// Lower-cases an ASCII text into bytes; false when it has other characters.
-bool lowerAscii(QStringView text, QByteArray &lowered)
+/// Lower-cases a Latin-1 text into bytes; false when it has other characters.
+bool lowerLatin1(QStringView text, QByteArray &lowered)
 {
     lowered.resize(text.size());
     const char16_t *from = text.utf16();
@@ -15,10 +15,11 @@ bool lowerAscii(QStringView text, QByteArray &lowered)
     unsigned seen = 0;
     for (qsizetype i = 0; i < text.size(); ++i) {
         const unsigned unit = from[i];
+        const bool isUpper = unit - 'A' < 26U || (unit - 0xc0U < 31U && unit != 0xd7U);
         seen |= unit;
-        to[i] = char(unit - 'A' < 26U ? unit | 0x20U : unit);
+        to[i] = char(unit + (isUpper ? 0x20U : 0U));
     }
-    return seen < 0x80;
+    return seen < 0x100;
 }
 
 } // namespace
@@ -26,18 +27,19 @@ bool lowerAscii(QStringView text, QByteArray &lowered)
 TaskSearch::TaskSearch(const QString &text)
     : lowered(text.toLower())
 {
-    if (!lowerAscii(lowered, loweredAscii))
-        loweredAscii = QByteArray();
+    if (!lowerLatin1(lowered, loweredLatin1))
+        loweredLatin1 = QByteArray();
 }
 
 bool TaskSearch::isIn(const QString &field)
 {
     // Nearly every field is plain ASCII, where lower-casing needs no tables and finding is a search for
     // bytes.
-    if (!lowerAscii(field, fieldAscii))
+    if (!lowerLatin1(field, fieldLatin1))
         return field.toLower().contains(lowered);
-    return !loweredAscii.isNull() && memmem(fieldAscii.constData(), size_t(fieldAscii.size()),
-                                            loweredAscii.constData(), size_t(loweredAscii.size())) != nullptr;
+    return !loweredLatin1.isNull() &&
+           memmem(fieldLatin1.constData(), size_t(fieldLatin1.size()), loweredLatin1.constData(),
+                  size_t(loweredLatin1.size())) != nullptr;
 }
 
 bool TaskSearch::matches(const task &entry)

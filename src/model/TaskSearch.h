@@ -17,6 +17,6 @@ private:
     bool isIn(const QString &field);
 
     QString lowered;
-    QByteArray loweredAscii; ///< null when the text has other characters
-    QByteArray fieldAscii;   ///< scratch, kept to save its memory from field to field
+    QByteArray loweredLatin1; ///< null when the text has other characters
+    QByteArray fieldLatin1;   ///< scratch, kept to save its memory from field to field
 };

@@ -3,7 +3,8 @@
 #include <QHash>
 
 #include <algorithm>
-#include <limits>
+#include <array>
+#include <numeric>
 #include <vector>
 
 namespace {
@@ -31,22 +32,22 @@ constexpr quint16 codePointOrder(char16_t unit)
     return quint16(unit >= 0xe000 ? unit - 0x800 : unit + 0x2000);
 }
 
-quint64 textRank(QStringView text)
+/// The beginning of the text as a number, with so many bits for each unit.
+quint64 textRank(QStringView text, int bitsPerUnit)
 {
-    constexpr qsizetype units = sizeof(quint64) / sizeof(char16_t);
+    const qsizetype units = 64 / bitsPerUnit;
     quint64 rank = 0;
     for (qsizetype i = 0; i < units; ++i)
-        rank = rank << 16 | (i < text.size() ? codePointOrder(text[i].unicode()) : 0U);
+        rank = rank << bitsPerUnit | (i < text.size() ? codePointOrder(text[i].unicode()) : 0U);
     return rank;
 }
 
-/// True when the text has no unit whose place among the units differs from its code point's.
-bool isInUnitOrder(QStringView text)
+char16_t highestUnit(QStringView text)
 {
     char16_t highest = 0;
     for (const QChar unit : text)
         highest = std::max(highest, unit.unicode());
-    return highest < 0xd800;
+    return highest;
 }
 
 bool textLess(QStringView a, QStringView b)
@@ -75,13 +76,14 @@ template <typename TextOf>
 SortKeys textKeys(const TaskList &tasks, TextOf textOf)
 {
     SortKeys keys;
-    keys.entries.reserve(size_t(tasks.size()));
     keys.texts.reserve(size_t(tasks.size()));
-    for (qsizetype i = 0; i < tasks.size(); ++i) {
-        const QString &text = keys.texts.emplace_back(textOf(*tasks[i]));
-        keys.entries.push_back({textRank(text), i});
-        keys.inUnitOrder = keys.inUnitOrder && isInUnitOrder(text);
-    }
+    char16_t highest = 0;
+    for (const SharedTask &entry : tasks)
+        highest = std::max(highest, highestUnit(keys.texts.emplace_back(textOf(*entry))));
+    keys.inUnitOrder = highest < 0xd800;
+    keys.entries.reserve(keys.texts.size());
+    for (qsizetype i = 0; i < tasks.size(); ++i)
+        keys.entries.push_back({textRank(keys.texts[size_t(i)], highest < 0x100 ? 8 : 16), i});
     return keys;
 }
 
@@ -140,22 +142,60 @@ bool isIdentity(const std::vector<SortEntry> &entries)
     return true;
 }
 
+/// Sorts by the ranks alone, keeping the order of equal ones: byte by byte from the lowest, leaving out bytes
+/// that all ranks share (a radix sort).
+void sortByRank(std::vector<SortEntry> &entries)
+{
+    constexpr size_t digits = sizeof(quint64);
+    std::array<std::array<size_t, 256>, digits> counts{};
+    for (const SortEntry &entry : entries)
+        for (size_t digit = 0; digit < digits; ++digit)
+            ++counts[digit][entry.rank >> (8 * digit) & 0xff];
+    std::vector<SortEntry> sorted(entries.size());
+    for (size_t digit = 0; digit < digits; ++digit) {
+        const auto byteOf = [digit](const SortEntry &entry) {
+            return entry.rank >> (8 * digit) & 0xff;
+        };
+        std::array<size_t, 256> &places = counts[digit];
+        if (entries.empty() || places[byteOf(entries.front())] == entries.size())
+            continue;
+        std::exclusive_scan(places.begin(), places.end(), places.begin(), size_t{0});
+        for (const SortEntry &entry : entries)
+            sorted[places[byteOf(entry)]++] = entry;
+        entries.swap(sorted);
+    }
+}
+
+/// Puts each run of equal ranks into the order of their texts.
+void sortRunsByText(SortKeys &keys, bool ascending)
+{
+    const auto less = [&keys](const SortEntry &a, const SortEntry &b) {
+        const QString &textA = keys.texts[size_t(a.index)];
+        const QString &textB = keys.texts[size_t(b.index)];
+        return keys.inUnitOrder ? textA < textB : textLess(textA, textB);
+    };
+    for (auto run = keys.entries.begin(); run != keys.entries.end();) {
+        const auto end = std::find_if(run, keys.entries.end(),
+                                      [run](const auto &entry) { return entry.rank != run->rank; });
+        if (ascending)
+            std::stable_sort(run, end, less);
+        else
+            std::stable_sort(run, end, [&less](const auto &a, const auto &b) { return less(b, a); });
+        run = end;
+    }
+}
+
 } // namespace
 
 void sortTasks(TaskList &tasks, TaskColumn column, bool ascending)
 {
     SortKeys keys = keysOf(tasks, column);
-    const auto less = [&keys](const SortEntry &a, const SortEntry &b) {
-        if (a.rank != b.rank || keys.texts.empty())
-            return a.rank < b.rank;
-        const QString &textA = keys.texts[size_t(a.index)];
-        const QString &textB = keys.texts[size_t(b.index)];
-        return keys.inUnitOrder ? textA < textB : textLess(textA, textB);
-    };
-    if (ascending)
-        std::ranges::stable_sort(keys.entries, less);
-    else
-        std::ranges::stable_sort(keys.entries, [&less](const auto &a, const auto &b) { return less(b, a); });
+    if (!ascending)
+        for (SortEntry &entry : keys.entries)
+            entry.rank = ~entry.rank;
+    sortByRank(keys.entries);
+    if (!keys.texts.empty())
+        sortRunsByText(keys, ascending);
     if (isIdentity(keys.entries))
         return;
     TaskList unsorted = std::exchange(tasks, {});
