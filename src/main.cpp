@@ -39,6 +39,7 @@ static void setUpApplication(QApplication &application)
 int main(int argc, char **argv)
 {
     std::signal(SIGPIPE, SIG_IGN); // whoever reads the diagnostic lines may go away
+    std::signal(SIGXFSZ, SIG_IGN); // a file that may not grow is a failed write like any other
     QApplication application(argc, argv);
     setUpApplication(application);
 

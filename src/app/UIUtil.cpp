@@ -13,6 +13,15 @@ using namespace Qt::StringLiterals;
 
 QPointer<SoundPlayer> player;
 
+/// The number of bytes the text takes in UTF-8.
+static qsizetype utf8Size(QStringView text)
+{
+    qsizetype bytes = 0;
+    for (const QChar unit : text)
+        bytes += unit < u'\u0080' ? 1 : unit < u'\u0800' || unit.isSurrogate() ? 2 : 3;
+    return bytes;
+}
+
 UIUtil &util()
 {
     static UIUtil instance;
@@ -26,6 +35,7 @@ void UIUtil::prepareSound() const
         return;
     auto *candidate = new SoundPlayer(sound.filePath());
     candidate->setParent(qApp);
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, candidate, &QObject::deleteLater);
     QObject::connect(candidate, &SoundPlayer::failed, qApp, [candidate](const QString &reason) {
         diagnostics::line("Sound player not available:", reason);
         candidate->deleteLater();
@@ -54,7 +64,7 @@ QString UIUtil::truncateAtLineBreak(const QString &text) const
         feed = text.indexOf(u'\n', feed + 1);
     const bool found = feed >= 0;
     const QStringView line = found ? QStringView(text).first(feed) : QStringView(text);
-    diagnostics::line("Index Truncate:", line.toUtf8().size(), "End Index:", text.toUtf8().size());
+    diagnostics::line("Index Truncate:", utf8Size(line), "End Index:", utf8Size(text));
     const QString result = found ? line.toString() + u"..."_s : text;
     diagnostics::line(result);
     return result;

@@ -63,7 +63,7 @@ std::optional<QDate> RowDates::dayFromText(QStringView text) const
         text = text.sliced(1);
     const qsizetype yearDigits = text.size();
     int year = takeNumber(text, 2, 7);
-    if (year < 0 || !text.isEmpty() || yearDigits == 3)
+    if (year < 0 || !text.isEmpty() || yearDigits == 3 || (beforeChrist && yearDigits < 4))
         return std::nullopt;
     if (yearDigits == 2) {
         year += firstShortYear - firstShortYear % 100;

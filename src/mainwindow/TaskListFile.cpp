@@ -60,11 +60,12 @@ std::optional<QString> TaskListFile::read()
 
 void TaskListFile::parseFile(const QString &text)
 {
+    constexpr qsizetype shortestRow = 30; // roughly; a text of nothing but row ends needs no room
     const QChar rowEnd(separatorRowsFile);
     const bool isDark = isDarkMode();
     const qsizetype rows = text.count(rowEnd);
     diagnostics::line("No of Rows:", rows + 1);
-    manager.tasks.reserve(manager.tasks.size() + rows);
+    manager.tasks.reserve(manager.tasks.size() + qMin(rows, text.size() / shortestRow));
     TaskRowReader reader(separatorFieldsFile, separatorRowsFile);
     const QStringView whole(text);
     qsizetype start = 0;

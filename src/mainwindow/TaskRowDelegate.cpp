@@ -35,6 +35,8 @@ void TaskRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
     painter->setPen(foreground);
     painter->drawText(option.rect.left() + margin, baseline,
                       oneLine(index.data(Qt::DisplayRole).toString(), metrics, width));
+    if (option.state.testFlag(QStyle::State_HasFocus))
+        painter->drawRect(option.rect.adjusted(0, 0, -2, -1));
     painter->setPen(option.palette.color(QPalette::Mid));
     painter->drawLine(option.rect.topRight(), option.rect.bottomRight());
 }

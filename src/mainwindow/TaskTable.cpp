@@ -7,11 +7,14 @@
 #include <QGuiApplication>
 #include <QLocale>
 #include <QPalette>
+#include <QTextDocument>
 
 #include <algorithm>
 #include <cmath>
 
 namespace {
+
+constexpr qsizetype mostInToolTip = 1000;
 
 QString shortDate(Instant instant)
 {
@@ -123,7 +126,7 @@ QVariant TaskTable::data(const QModelIndex &index, int role) const
         return readableTextColor(rowColor(index.row()), QGuiApplication::palette().color(QPalette::Base));
     case Qt::ToolTipRole:
         if (TaskColumn(index.column()) == TaskColumn::Description)
-            return manager.tasksInView[index.row()]->desc;
+            return Qt::convertFromPlainText(manager.tasksInView[index.row()]->desc.left(mostInToolTip));
         return {};
     default:
         return {};

@@ -2,7 +2,6 @@
 
 #include "app/Alert.h"
 #include "app/UIUtil.h"
-#include "mainwindow/TaskRowDelegate.h"
 #include "model/Appearance.h"
 #include "model/TaskManager.h"
 #include "model/TaskView.h"
@@ -15,11 +14,6 @@
 #include <QShortcut>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-/// The columns' widths on the first start, in pixels, in the order of the columns.
-constexpr std::array columnWidths = {90, 52, 52, 190, 115, 105, 190, 64, 64, 90, 228};
-} // namespace
 
 ViewController::ViewController(TaskManager &taskManager, NotificationCenter &applicationNotices,
                                NotificationCenter &desktopNotices, const QString &documentsFolder,
@@ -34,10 +28,7 @@ ViewController::ViewController(TaskManager &taskManager, NotificationCenter &app
 {
     ui->setupUi(this);
     ui->viewSelection->addItems(taskViewTitles());
-    ui->tblView->setModel(&table);
-    ui->tblView->setItemDelegate(new TaskRowDelegate(ui->tblView));
-    for (size_t column = 0; column < columnWidths.size(); ++column)
-        ui->tblView->setColumnWidth(int(column), columnWidths[column]);
+    ui->tblView->setTable(table);
     bindButtons();
     addViewActions();
     viewDidLoad();
@@ -109,14 +100,13 @@ void ViewController::viewDidLoad()
     diagnostics::line("Dark Mode:", isDarkMode());
     notices.observe(notice::reload, this, [this] { reloadTableData(); });
     notices.observe(notice::update, this, [this] { updateComplete(); });
-    systemNotices.observe(notice::appearanceChanged, this, [this] { interfaceModeChanged(); });
+    systemNotices.observe(notice::appearanceChanged, this,
+                          [this] { interfaceModeChangedWithSender(&systemNotices); });
 }
 
 void ViewController::viewWillAppear()
 {
-    constexpr int largeRow = 30;
-    ui->tblView->verticalHeader()->setDefaultSectionSize(largeRow);
-    ui->tblView->setShowGrid(false); // the delegate draws the vertical lines, and there are no others
+    ui->tblView->setLargeRows();
     reloadTable();
     disableTaskButtons();
     setMinimumSize(1040, 430);
@@ -154,7 +144,7 @@ void ViewController::bringToFront()
 void ViewController::tableViewSelectionDidChange()
 {
     diagnostics::line("Selection changed");
-    const int row = highlightedRow();
+    const int row = ui->tblView->selectedRow();
     diagnostics::line("Selected Row:", row);
     if (row < 0) {
         manager.selected = -1;
@@ -185,12 +175,12 @@ void ViewController::sortDescriptorsDidChange()
                                     .ascending = header->sortIndicatorOrder() == Qt::AscendingOrder};
     diagnostics::line("Sorting:", descriptor);
     const QString selectedKey = manager.selectedTask().key;
-    const QString highlightedKey = keyOfHighlightedRow();
+    const QString shownKey = ui->tblView->keyOfSelectedRow();
     manager.sortByColumn(descriptor);
     if (manager.selected >= 0)
         manager.selectTaskByKey(selectedKey); // the same task, at its new place
     reloadTable();
-    highlightRow(highlightedKey);
+    ui->tblView->selectRowOfKey(shownKey);
 }
 
 void ViewController::ChangeView(QObject *)
@@ -211,13 +201,13 @@ void ViewController::chooseView(int position)
 void ViewController::search(QObject *)
 {
     const QString text = ui->searchField->text();
-    const QString highlightedKey = keyOfHighlightedRow();
+    const QString shownKey = ui->tblView->keyOfSelectedRow();
     if (text.isEmpty())
         manager.endSearch();
     else
         manager.startSearch(text);
     reloadTable();
-    highlightRow(highlightedKey);
+    ui->tblView->selectRowOfKey(shownKey);
 }
 
 void ViewController::hideClicked(QObject *)
@@ -259,7 +249,7 @@ void ViewController::moveTask(bool up, const QString &wrongViewMessage)
     reloadTable();
     disableTaskButtons();
     manager.selectTaskByKey(key);
-    ui->tblView->selectRow(int(manager.selected));
+    ui->tblView->selectRowOfKey(key);
     taskListFile.writeFile();
 }
 
@@ -301,7 +291,7 @@ void ViewController::updateComplete()
     ui->statusMessageLabel->setText(manager.lastMessage);
 }
 
-void ViewController::interfaceModeChanged()
+void ViewController::interfaceModeChangedWithSender(QObject *)
 {
     diagnostics::line("Dark mode change");
     taskListFile.followAppearance();
@@ -312,31 +302,8 @@ void ViewController::interfaceModeChanged()
 void ViewController::reloadTable()
 {
     const int view = ui->viewSelection->currentIndex();
-    const QModelIndex current = ui->tblView->currentIndex();
-    table.reloadData(view);
+    ui->tblView->reloadData(view);
     ui->menuView->actions().at(view)->setChecked(true);
-    // No row is selected now, but the arrow keys go on from where they were.
-    const int row = qMin(current.row(), table.rowCount() - 1);
-    ui->tblView->selectionModel()->setCurrentIndex(table.index(row, qMax(current.column(), 0)),
-                                                   QItemSelectionModel::NoUpdate);
-}
-
-int ViewController::highlightedRow() const
-{
-    const QModelIndexList rows = ui->tblView->selectionModel()->selectedRows();
-    return rows.isEmpty() ? -1 : rows.constFirst().row();
-}
-
-QString ViewController::keyOfHighlightedRow() const
-{
-    const int row = highlightedRow();
-    return row < 0 ? QString() : table.keyOfRow(row);
-}
-
-void ViewController::highlightRow(const QString &key)
-{
-    if (const int row = key.isEmpty() ? -1 : table.rowOfKey(key); row >= 0)
-        ui->tblView->selectRow(row);
 }
 
 void ViewController::disableTaskButtons()

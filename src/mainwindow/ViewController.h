@@ -45,6 +45,8 @@ public slots:
     void cloneTask(QObject *sender);
     void closeTask(QObject *sender);
     void addEnhancement(QObject *sender);
+    /// The desktop switched between light and dark.
+    void interfaceModeChangedWithSender(QObject *sender);
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -62,14 +64,10 @@ private:
     void sortDescriptorsDidChange();
     void reloadTableData();
     void updateComplete();
-    void interfaceModeChanged();
 
     void chooseView(int position);
     void moveTask(bool up, const QString &wrongViewMessage);
     void reloadTable();
-    int highlightedRow() const;
-    QString keyOfHighlightedRow() const;
-    void highlightRow(const QString &key);
     void disableTaskButtons();
     void enableTaskButtons();
     void showHideState(bool hidden);

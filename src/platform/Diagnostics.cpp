@@ -132,15 +132,35 @@ private:
     bool writing = false;
 };
 
+/// Appends texts of so many UTF-16 units in all to a line.
+class Encoding
+{
+public:
+    Encoding(QByteArray &destination, qsizetype units)
+        : line(destination)
+        , utf8(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless)
+    {
+        const qsizetype start = line.size();
+        line.resize(start + utf8.requiredSpace(units));
+        end = line.data() + start;
+    }
+    ~Encoding() { line.truncate(end - line.constData()); }
+    Encoding(const Encoding &) = delete;
+    Encoding &operator=(const Encoding &) = delete;
+
+    void append(QStringView text) { end = utf8.appendToBuffer(end, text); }
+
+private:
+    QByteArray &line;
+    QStringEncoder utf8;
+    char *end;
+};
+
 } // namespace
 
 void appendItem(QByteArray &line, QStringView text)
 {
-    QStringEncoder utf8(QStringEncoder::Utf8);
-    const qsizetype start = line.size();
-    line.resize(start + utf8.requiredSpace(text.size()));
-    const char *end = utf8.appendToBuffer(line.data() + start, text);
-    line.truncate(end - line.constData());
+    Encoding(line, text.size()).append(text);
 }
 
 void appendItem(QByteArray &line, const char *text)
@@ -160,13 +180,18 @@ void appendItem(QByteArray &line, bool value)
 
 void appendItem(QByteArray &line, const QList<QStringView> &texts)
 {
-    line += '[';
+    constexpr qsizetype punctuation = 2;
+    qsizetype size = punctuation;
+    for (const QStringView text : texts)
+        size += text.size() + punctuation;
+    Encoding encoding(line, size);
+    encoding.append(u"[");
     for (qsizetype i = 0; i < texts.size(); ++i) {
         if (i > 0)
-            line += ", ";
-        appendItem(line, texts[i]);
+            encoding.append(u", ");
+        encoding.append(texts[i]);
     }
-    line += ']';
+    encoding.append(u"]");
 }
 
 QByteArray &scratch()

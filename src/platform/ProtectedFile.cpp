@@ -2,7 +2,6 @@
 
 #include "platform/FileDescriptor.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -83,11 +82,12 @@ void ProtectedFile::replay()
             return;
         const std::optional<QByteArray> present = readAll(filePath);
         if (present != content) {
-            if (present && !present->isEmpty())
-                copyAside();
-            if (!writeInPlace(*content))
+            const bool isWorthACopy = info.exists() && !(present && present->isEmpty());
+            if ((isWorthACopy && !copyAside()) || !writeInPlace(*content))
                 return;
         }
+    } else if (!QFileInfo(redoPath).isReadable()) {
+        return;
     }
     QFile::remove(redoPath);
 }
@@ -99,18 +99,29 @@ std::optional<QByteArray> ProtectedFile::read()
     std::optional<QByteArray> content = readAll(filePath);
     if (!content && QFileInfo::exists(filePath))
         keepCopy();
+    lastSeen = presentState();
     return content;
 }
 
 bool ProtectedFile::write(QByteArrayView content)
 {
-    if (copyDue && QFileInfo::exists(filePath) && !copyAside())
+    if (!writeRedo(content))
+        return false;
+    const bool isForeign = presentState() != lastSeen;
+    if ((copyDue || isForeign) && QFileInfo::exists(filePath) && !copyAside())
         return false;
     copyDue = false;
-    if (!writeRedo(content) || !writeInPlace(content))
-        return false;
-    QFile::remove(redoPath);
-    return true;
+    const bool written = writeInPlace(content);
+    lastSeen = presentState();
+    if (written)
+        QFile::remove(redoPath);
+    return written;
+}
+
+ProtectedFile::State ProtectedFile::presentState() const
+{
+    const QFileInfo info(filePath);
+    return {info.exists() ? info.size() : -1, info.lastModified()};
 }
 
 bool ProtectedFile::copyAside() const

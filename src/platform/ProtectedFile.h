@@ -2,9 +2,11 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
+#include <QDateTime>
 #include <QString>
 
 #include <optional>
+#include <utility>
 
 /// A file that is written in place, so that it keeps its identity, links and mode, and that is never lost on
 /// the way.
@@ -31,12 +33,16 @@ public:
     /// complete in the redo file.
     bool write(QByteArrayView content);
 
-    /// Has the file copied beside itself, as `NAME.damaged-YYYYMMDD-HHMMSS`, before the next write overwrites
-    /// it. That write fails when the copy cannot be made.
+    /// Has the file, as it is then, copied beside itself, as `NAME.damaged-YYYYMMDD-HHMMSS`, before the next
+    /// write overwrites it. That write fails when the copy cannot be made.
     void keepCopy() { copyDue = true; }
 
 private:
+    /// By what a change of the file is noticed: size in bytes, −1 for no file, and time of the last change.
+    using State = std::pair<qint64, QDateTime>;
+
     void replay();
+    State presentState() const;
     bool copyAside() const;
     bool writeRedo(QByteArrayView content) const;
     bool writeInPlace(QByteArrayView content) const;
@@ -44,5 +50,6 @@ private:
     QString filePath;
     QString stateFolder;
     QString redoPath;
+    State lastSeen{-1, {}};
     bool copyDue = false;
 };

@@ -10,6 +10,15 @@ const QString service = u"example.quorvane.Quorvane"_s;
 const QString path = u"/example/quorvane/Quorvane"_s;
 const QString interface = u"org.freedesktop.Application"_s;
 constexpr int answerMilliseconds = 2000;
+
+bool namesItsOwner(const QLockFile &lock)
+{
+    qint64 processId = 0;
+    QString host;
+    QString program;
+    return lock.getLockInfo(&processId, &host, &program);
+}
+
 } // namespace
 
 SingleInstance::SingleInstance(const QString &stateFolder, const QDBusConnection &session)
@@ -24,7 +33,10 @@ SingleInstance::SingleInstance(const QString &stateFolder, const QDBusConnection
 bool SingleInstance::acquire()
 {
     QDir().mkpath(folder);
-    if (!lock.tryLock() && lock.error() == QLockFile::LockFailedError) {
+    bool isFree = lock.tryLock() || lock.error() != QLockFile::LockFailedError;
+    if (!isFree && !namesItsOwner(lock))
+        isFree = lock.removeStaleLockFile() && lock.tryLock(); // its program died while it wrote the file
+    if (!isFree) {
         activateOther();
         return false;
     }

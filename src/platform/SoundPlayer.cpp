@@ -5,28 +5,25 @@
 #include <QPluginLoader>
 #include <QTimer>
 
-namespace {
-
 /// The part of the player that lives on its thread.
-class Backend : public QObject
+class SoundPlayer::Backend : public QObject
 {
+    Q_OBJECT
+
 public:
-    explicit Backend(SoundPlayer *soundPlayer)
-        : player(soundPlayer)
+    explicit Backend(const QString &filePath)
+        : path(filePath)
     {
     }
 
-    void load(const QString &path)
+    void load()
     {
         QPluginLoader loader(QStringLiteral("quorvanesound"));
-        auto *module = qobject_cast<SoundModule *>(loader.instance());
-        if (!module) {
-            emit player->failed(loader.errorString());
-            return;
-        }
-        sound = module->load(
-            path, [this] { emit player->prepared(); },
-            [this](const QString &reason) { emit player->failed(reason); });
+        if (auto *module = qobject_cast<SoundModule *>(loader.instance()))
+            sound = module->load(
+                path, [this] { emit prepared(); }, [this](const QString &reason) { emit failed(reason); });
+        else
+            emit failed(loader.errorString());
     }
 
     void play()
@@ -35,38 +32,44 @@ public:
             sound->play();
     }
 
+signals:
+    void prepared();
+    void failed(const QString &reason);
+
 private:
-    SoundPlayer *player;
+    QString path;
     std::unique_ptr<SoundModule::Sound> sound;
 };
 
-} // namespace
-
 SoundPlayer::SoundPlayer(const QString &filePath)
-    : path(filePath)
-    , backend(new Backend(this))
+    : thread(std::make_unique<QThread>())
+    , backend(new Backend(filePath))
 {
-    backend->moveToThread(&thread);
-    connect(&thread, &QThread::finished, backend, &QObject::deleteLater);
-    thread.start(QThread::LowPriority);
+    backend->moveToThread(thread.get());
+    connect(thread.get(), &QThread::finished, backend, &QObject::deleteLater);
+    connect(backend, &Backend::prepared, this, &SoundPlayer::prepared);
+    connect(backend, &Backend::failed, this, &SoundPlayer::failed);
+    thread->start(QThread::LowPriority);
 }
 
 SoundPlayer::~SoundPlayer()
 {
-    thread.quit();
-    thread.wait();
+    constexpr unsigned long patience = 2000; // milliseconds
+    thread->quit();
+    if (!thread->wait(patience))
+        thread.release()->disconnect(); // a sound system that hangs is left to the end of the process
 }
 
 void SoundPlayer::prepareToPlay()
 {
     // Loading keeps the disk and a core busy; the first window is painted before that.
     constexpr std::chrono::seconds startFirst(1);
-    auto *worker = static_cast<Backend *>(backend);
-    QTimer::singleShot(startFirst, worker, [worker, file = path] { worker->load(file); });
+    QTimer::singleShot(startFirst, backend, &Backend::load);
 }
 
 void SoundPlayer::play()
 {
-    auto *worker = static_cast<Backend *>(backend);
-    QMetaObject::invokeMethod(worker, [worker] { worker->play(); });
+    QMetaObject::invokeMethod(backend, &Backend::play);
 }
+
+#include "SoundPlayer.moc"

@@ -4,10 +4,13 @@
 #include <QString>
 #include <QThread>
 
+#include <memory>
+
 /// Plays one short sound, again and again.
 ///
 /// The multimedia library costs more to load than the whole rest of the program's start; it sits in a module
-/// of its own that is loaded in the background. Nothing here ever waits for the sound system.
+/// of its own that is loaded in the background. Nothing here waits for the sound system, but for a moment at
+/// the end.
 class SoundPlayer : public QObject
 {
     Q_OBJECT
@@ -27,7 +30,8 @@ signals:
     void failed(const QString &reason);
 
 private:
-    QString path;
-    QThread thread;
-    QObject *backend;
+    class Backend;
+
+    std::unique_ptr<QThread> thread;
+    Backend *backend; ///< lives on the thread and ends with it
 };

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QTableView>
+
+class TaskTable;
+
+/// The task table on screen: large rows, vertical grid lines, one selected row.
+class TaskTableView : public QTableView
+{
+    Q_OBJECT
+
+public:
+    using QTableView::QTableView;
+
+    /// Takes the table to show and gives the columns the widths of a first start.
+    void setTable(TaskTable &table);
+    /// Sets large rows and solid vertical grid lines only.
+    void setLargeRows();
+
+    /// Builds the view anew and shows it. No row is selected then, but the arrow keys go on from where they
+    /// were. \param view  the position chosen in the view chooser
+    void reloadData(int view);
+
+    /// The selected row, or −1.
+    int selectedRow() const;
+    /// The key that the selected row shows; empty when no row is selected.
+    QString keyOfSelectedRow() const;
+    /// Selects just the row that shows this key, if there is one.
+    void selectRowOfKey(const QString &key);
+
+private:
+    TaskTable *table = nullptr;
+};
