@@ -36,10 +36,9 @@ template <typename Number>
 bool readNumber(QStringView field, Number &number)
 {
     char digits[400];
-    if (field.startsWith(u'+'))
+    if (field.startsWith(u'+') && !field.startsWith(u"+-"))
         field = field.sliced(1);
-    if (field.isEmpty() || field.size() > qsizetype(sizeof digits) ||
-        (field.startsWith(u'-') && field.size() == 1))
+    if (field.isEmpty() || field.size() > qsizetype(sizeof digits))
         return false;
     for (qsizetype i = 0; i < field.size(); ++i)
         digits[i] = field[i].toLatin1();

@@ -34,7 +34,9 @@ public:
     bool write(QByteArrayView content);
 
     /// Has the file, as it is then, copied beside itself, as `NAME.damaged-YYYYMMDD-HHMMSS`, before the next
-    /// write overwrites it. That write fails when the copy cannot be made.
+    /// write overwrites it. That write fails when the copy cannot be made; its content is then kept in the
+    /// redo file. A file that somebody else has written since it was last read or written here is copied in
+    /// the same way.
     void keepCopy() { copyDue = true; }
 
 private:

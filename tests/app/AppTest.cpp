@@ -90,6 +90,7 @@ private slots:
             QCOMPARE(alert.informativeText, u"<b>a task</b>"_s);
             QCOMPARE(alert.buttons, QStringList({u"Yes"_s, u"No"_s}));
             QVERIFY(alert.isWarning);
+            QVERIFY(alert.isPlain);
         }
         QTimer::singleShot(0, qApp,
                            [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });

@@ -90,6 +90,43 @@ private slots:
         QCOMPARE(manager->defaultEndMin, 8);
     }
 
+    /// Everything of a task but key and hidden flag, one different value each.
+    static QString described(const task &entry)
+    {
+        const auto days = [](Instant instant) {
+            return qlonglong(
+                std::chrono::duration_cast<std::chrono::days>(instant.time_since_epoch()).count());
+        };
+        return QString::asprintf("%lld %lld %lld %lld %lld %lld %lld %lld ", days(entry.date),
+                                 days(entry.due), entry.status, entry.priority, entry.startHour,
+                                 entry.startMin, entry.endHour, entry.endMin) +
+               QStringList({entry.name, entry.desc, entry.statusName, entry.priorityName, entry.client,
+                            entry.teamMember})
+                   .join(u' ');
+    }
+
+    void everyFieldKeepsItsPlace()
+    {
+        const auto day = [](int number) {
+            return Instant(std::chrono::days(number));
+        };
+        manager->addTask(u"K"_s, day(1), u"name"_s, u"desc"_s, {}, day(2), 3, 4, u"status"_s, u"priority"_s,
+                         true, 5, 6, 7, 8, u"client"_s, u"member"_s);
+        manager->selected = 0;
+        QCOMPARE(described(manager->selectedTask()),
+                 u"1 2 3 4 5 6 7 8 name desc status priority client member"_s);
+        manager->cloneSelectedTask();
+        QCOMPARE(described(*manager->tasks[1]), described(*manager->tasks[0]));
+        manager->editSelectedTask(day(11), u"n"_s, u"d"_s, {}, day(12), 13, 14, u"s"_s, u"p"_s, 15, 16, 17,
+                                  18, u"c"_s, u"m"_s);
+        QCOMPARE(described(*manager->tasks[0]), u"11 12 13 14 15 16 17 18 n d s p c m"_s);
+        manager->selected = -1;
+        const task blank = manager->selectedTask();
+        QCOMPARE(blank.startHour * 1000000 + blank.startMin * 10000 + blank.endHour * 100 + blank.endMin,
+                 15161718);
+        QVERIFY(Calendar::now() - blank.date < std::chrono::minutes(1) && blank.date == blank.due);
+    }
+
     void selectionTakesTheLastOfEqualKeys()
     {
         fill({named(u"x"_s), named(u"y"_s), named(u"k"_s), named(u"z"_s), named(u"Y"_s), named(u"k"_s)});
@@ -143,6 +180,10 @@ private slots:
         QCOMPARE(manager->backupTasks.size(), 1);
         QCOMPARE(manager->backupTasks[0]->status, taskStatus::open);
         QCOMPARE(manager->tasks[0]->status, taskStatus::open);
+        manager->selected = 0;
+        manager->closeSelectedTask();
+        QCOMPARE(manager->tasks[0]->status, taskStatus::closed);
+        QCOMPARE(manager->backupTasks[0]->status, taskStatus::closed);
     }
 
     void clonesGoToTheEnd()
@@ -312,43 +353,76 @@ private slots:
         QCOMPARE(keys(manager->tasks).join(u' '), u"-1:0 10:0 12:15 8:30 8:5 9:0"_s);
     }
 
+    /// Gives the column's field the value; 2 to 6, so that they sort alike as number and as text.
+    static void setColumn(task &entry, TaskColumn column, int value)
+    {
+        const QString text = u"a longer text "_s + QString::number(value);
+        switch (column) {
+        case TaskColumn::Date:
+            entry.date = Instant(std::chrono::hours(value * 1000 - 4000));
+            return;
+        case TaskColumn::Due:
+            entry.due = Instant(std::chrono::hours(value * 1000 - 4000));
+            return;
+        case TaskColumn::StartTime:
+            entry.startHour = value;
+            return;
+        case TaskColumn::EndTime:
+            entry.endHour = value;
+            return;
+        case TaskColumn::Name:
+            entry.name = text;
+            return;
+        case TaskColumn::Client:
+            entry.client = text;
+            return;
+        case TaskColumn::TeamMember:
+            entry.teamMember = text;
+            return;
+        case TaskColumn::Description:
+            entry.desc = text;
+            return;
+        case TaskColumn::Status:
+            entry.status = value - 4;
+            return;
+        case TaskColumn::Priority:
+            entry.priority = value - 4;
+            return;
+        case TaskColumn::Key:
+            entry.key = text;
+            return;
+        }
+    }
+
     void sortsEveryColumnStably()
     {
         constexpr int count = 400;
-        for (int i = 0; i < count; ++i) {
-            task entry = named(QString::number(i));
-            const int value = (i * 7919) % 5 - 2;
-            entry.date = entry.due = Instant(std::chrono::hours(value * 1000));
-            entry.name = entry.desc = entry.client = entry.teamMember =
-                u"a longer text "_s + QChar(u'c' + value);
-            entry.status = entry.priority = entry.startHour = entry.endHour = value;
-            manager->tasks.append(entry);
-        }
-        manager->backupTasks = manager->tasks;
         for (const TaskColumnInfo &column : taskColumns()) {
-            if (column.column == TaskColumn::Key)
-                continue;
+            manager->tasks.clear();
+            for (int i = 0; i < count; ++i) {
+                task entry;
+                for (const TaskColumnInfo &other : taskColumns()) // the other columns have another order
+                    setColumn(entry, other.column,
+                              other.column == column.column ? i * 7919 % 5 + 2 : i * 31 % 5 + 2);
+                entry.statusName = QString::number(i * 7919 % 5);
+                entry.priorityName = QString::number(i);
+                manager->tasks.append(entry);
+            }
+            const TaskList unsorted = manager->tasks;
             for (const bool ascending : {true, false}) {
-                manager->tasks = manager->backupTasks;
+                manager->tasks = unsorted;
                 manager->sortByColumn({column.sortKey, ascending});
-                const auto valueOf = [](const SharedTask &entry) {
-                    return entry->status;
-                };
-                // Negative numbers as text: "-1" before "-2".
-                const bool asText =
-                    column.column == TaskColumn::StartTime || column.column == TaskColumn::EndTime;
-                const QList<qint64> order =
-                    asText ? QList<qint64>{-1, -2, 0, 1, 2} : QList<qint64>{-2, -1, 0, 1, 2};
                 for (int i = 1; i < count; ++i) {
-                    const qsizetype before = order.indexOf(valueOf(manager->tasks[i - 1]));
-                    const qsizetype after = order.indexOf(valueOf(manager->tasks[i]));
+                    const int before = manager->tasks[i - 1]->statusName.toInt();
+                    const int after = manager->tasks[i]->statusName.toInt();
                     QVERIFY2(ascending ? before <= after : before >= after, qPrintable(column.title));
                     if (before == after)
-                        QVERIFY(manager->tasks[i - 1]->key.toInt() < manager->tasks[i]->key.toInt());
+                        QVERIFY(manager->tasks[i - 1]->priorityName.toInt() <
+                                manager->tasks[i]->priorityName.toInt());
                 }
             }
+            QCOMPARE(unsorted[0]->priorityName, u"0"_s); // a list that shares the tasks keeps its order
         }
-        QCOMPARE(manager->backupTasks[0]->key, u"0"_s);
     }
 
     void onlyTheTextDarkIsDark()
@@ -358,6 +432,7 @@ private slots:
              {std::pair(u"Dark"_s, true), {u"dark"_s, false}, {u"Light"_s, false}}) {
             Preferences::standard().setGlobalText(key, text);
             QCOMPARE(isDarkMode(), dark);
+            QCOMPARE(appearanceTextColor().green, dark ? 1.0 : 0.0);
         }
         Preferences::standard().setGlobalText(key, std::nullopt);
         QVERIFY(!isDarkMode());

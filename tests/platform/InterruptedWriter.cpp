@@ -1,6 +1,7 @@
 #include "platform/ProtectedFile.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
@@ -9,13 +10,15 @@
 
 // Writes a file as the program does and is interrupted at the step it is told: `interrupted_writer FILE STATE
 // TEXT STEP kill|fail`. The system calls that change a file are replaced by ones that count; at the given
-// count, half of the work is done and then the process dies or the call fails. Ends with 0 when the write
-// succeeded, 1 when it failed, 9 when it was killed.
+// count, half of the work is done and then the process dies or, from then on, every call fails. Ends with 0
+// when the write succeeded, 1 when it failed, 9 when it was killed. With STEP -1 it names the calls on
+// standard output instead.
 
 namespace {
 
 int step = 0;
-int lastStep = -1;
+int lastStep = 0;
+bool isWriting = false;
 bool killed = false;
 
 template <typename Function>
@@ -25,9 +28,13 @@ Function *original(const char *name)
 }
 
 /// True when the call is to fail with a full disk.
-bool interrupt()
+bool interrupt(const char *name)
 {
-    if (step++ != lastStep)
+    if (!isWriting)
+        return false;
+    if (lastStep < 0)
+        std::fprintf(stderr, "%s ", name);
+    if (lastStep < 0 || step++ < lastStep)
         return false;
     if (killed)
         _exit(9);
@@ -42,33 +49,33 @@ extern "C" {
 ssize_t write(int file, const void *bytes, size_t size)
 {
     static auto *real = original<ssize_t(int, const void *, size_t)>("write");
-    if (step == lastStep)
+    if (isWriting && step == lastStep)
         real(file, bytes, size / 2);
-    return interrupt() ? -1 : real(file, bytes, size);
+    return interrupt("write") ? -1 : real(file, bytes, size);
 }
 
 int fsync(int file)
 {
     static auto *real = original<int(int)>("fsync");
-    return interrupt() ? -1 : real(file);
+    return interrupt("fsync") ? -1 : real(file);
 }
 
 int ftruncate(int file, off_t size) noexcept
 {
     static auto *real = original<int(int, off_t)>("ftruncate");
-    return interrupt() ? -1 : real(file, size);
+    return interrupt("ftruncate") ? -1 : real(file, size);
 }
 
 int fallocate(int file, int mode, off_t start, off_t size)
 {
     static auto *real = original<int(int, int, off_t, off_t)>("fallocate");
-    return interrupt() ? -1 : real(file, mode, start, size);
+    return interrupt("fallocate") ? -1 : real(file, mode, start, size);
 }
 
 int rename(const char *from, const char *to) noexcept
 {
     static auto *real = original<int(const char *, const char *)>("rename");
-    return interrupt() ? -1 : real(from, to);
+    return interrupt("rename") ? -1 : real(from, to);
 }
 
 } // extern "C"
@@ -78,7 +85,11 @@ int main(int argc, char **argv)
     if (argc != 6)
         return EXIT_FAILURE;
     ProtectedFile file(QString::fromLocal8Bit(argv[1]), QString::fromLocal8Bit(argv[2]));
+    file.read();
     lastStep = std::atoi(argv[4]);
     killed = std::strcmp(argv[5], "kill") == 0;
-    return file.write(argv[3]) ? EXIT_SUCCESS : EXIT_FAILURE;
+    isWriting = true;
+    const bool written = file.write(argv[3]);
+    isWriting = false;
+    return written ? EXIT_SUCCESS : EXIT_FAILURE;
 }

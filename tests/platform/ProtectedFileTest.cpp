@@ -52,6 +52,18 @@ std::unique_ptr<Scene> sceneWithRedoFile()
 
 } // namespace
 
+void ProtectedFileTest::everyStepReachesTheDisk()
+{
+    const Scene scene;
+    QProcess writer;
+    writer.start(u"" BINARY_DIR "/bin/interrupted_writer"_s,
+                 {scene.path, scene.state, u"new"_s, u"-1"_s, u"fail"_s});
+    QVERIFY(writer.waitForFinished());
+    // The redo file with its header, its name, its folder; then the file itself.
+    QCOMPARE(writer.readAllStandardError().simplified(),
+             "write write fsync rename fsync fallocate write ftruncate fsync");
+}
+
 void ProtectedFileTest::interruptedWriteLosesNothing_data()
 {
     QTest::addColumn<QString>("how");
@@ -77,25 +89,43 @@ void ProtectedFileTest::interruptedWriteLosesNothing()
         if (result == EXIT_SUCCESS)
             QCOMPARE(text, newText);
     }
-    QVERIFY(steps > 8); // every step of the write was interrupted once
+    QCOMPARE(steps, 10); // each of nine steps was interrupted, then none
 }
 
 void ProtectedFileTest::laterWriteKeepsTheOnlyGoodCopy()
 {
-    // The first write dies while the file itself is half overwritten; the second dies while it makes its redo
+    // The file itself is half overwritten and cannot be mended; the next write dies while it makes its redo
     // file.
-    for (int first = 0; first < 12; ++first) {
-        for (int second = 0; second < 4; ++second) {
-            Scene scene;
-            if (scene.write(newText, first, u"fail"_s) == EXIT_SUCCESS || scene.redoFiles().isEmpty())
-                continue;
-            const QByteArray redo = contentOf(scene.redoPath());
-            scene.write("the third list", second, u"kill"_s);
-            const QByteArray text = scene.afterNextStart();
-            QVERIFY2(text == newText || text == "the third list", text);
-            QVERIFY(redo.endsWith(newText));
-        }
+    for (int second = 0; second < 4; ++second) {
+        const Scene scene;
+        QCOMPARE(scene.write(newText, 6, u"fail"_s), EXIT_FAILURE);
+        const QByteArray redo = contentOf(scene.redoPath());
+        QVERIFY(redo.endsWith(newText));
+        const QString aside = scene.folder.filePath(u"aside"_s);
+        QVERIFY(QFile::rename(scene.path, aside) && QDir().mkpath(scene.path)); // in the way of the replay
+        QCOMPARE(scene.write("the third list", second, u"kill"_s), killed);
+        QVERIFY(QDir().rmdir(scene.path) && QFile::rename(aside, scene.path));
+        QCOMPARE(scene.afterNextStart(), newText);
     }
+}
+
+void ProtectedFileTest::changesByOthersAreCopiedAside()
+{
+    const Scene scene;
+    QVERIFY(QFile::remove(scene.path));
+    ProtectedFile file(scene.path, scene.state);
+    QVERIFY(!file.read());
+    writeTo(scene.path, "turned up later"); // a folder that was mounted late
+    QVERIFY(file.write(newText));
+    QCOMPARE(scene.copies().size(), 1);
+    QVERIFY(file.write("our own change is no reason for a copy"));
+    QCOMPARE(scene.copies().size(), 1);
+    writeTo(scene.path, "synchronised from elsewhere");
+    QVERIFY(file.write(newText));
+    QStringList kept;
+    for (const QString &copy : scene.copies())
+        kept.append(QString::fromUtf8(contentOf(QFileInfo(scene.path).path() + u'/' + copy)));
+    QCOMPARE(kept, QStringList({u"turned up later"_s, u"synchronised from elsewhere"_s}));
 }
 
 void ProtectedFileTest::keepsLinksAndMode()
@@ -133,14 +163,15 @@ void ProtectedFileTest::copiesAsideOnceBeforeOverwriting()
 
 void ProtectedFileTest::refusesToOverwriteWhatCannotBeCopied()
 {
-    // A folder in the file's place cannot be read, copied or written.
+    // No name is left for the copy: the file's own is the longest there can be.
     const QTemporaryDir folder;
-    const QString path = folder.filePath(u"list.txt"_s);
-    QVERIFY(QDir().mkpath(path));
+    const QString path = folder.filePath(QString(250, u'n'));
+    writeTo(path, oldText);
     ProtectedFile file(path, folder.filePath(u"state"_s));
-    QVERIFY(!file.read());
+    QCOMPARE(file.read(), oldText);
+    file.keepCopy();
     QVERIFY(!file.write(newText));
-    QVERIFY(QFileInfo(path).isDir());
+    QCOMPARE(contentOf(path), oldText);
 }
 
 void ProtectedFileTest::foreignChangeIsCopiedBeforeReplay()
@@ -175,8 +206,12 @@ void ProtectedFileTest::incompleteRedoIsDropped()
     const QString redoPath = scene.redoPath();
     const QByteArray redo = contentOf(redoPath);
     for (qsizetype length = 0; length < redo.size(); ++length) {
-        writeTo(redoPath, redo.first(length));
-        QCOMPARE(scene.afterNextStart(), oldText);
+        QByteArray flipped = redo;
+        flipped[length] = char(flipped[length] ^ 1);
+        for (const QByteArray &broken : {redo.first(length), flipped}) {
+            writeTo(redoPath, broken);
+            QCOMPARE(scene.afterNextStart(), oldText);
+        }
     }
     QCOMPARE(scene.redoFiles(), QStringList());
 }
@@ -191,7 +226,7 @@ void ProtectedFileTest::textMustBeUtf8()
         QVERIFY(!file.read());
         QVERIFY(file.write("new"));
     }
-    QVERIFY(!scene.copies().isEmpty());
+    QCOMPARE(scene.copies().size(), 3);
     writeTo(scene.path, "Tür 🌱");
     QCOMPARE(TextFile(scene.path, scene.state).read(), u"Tür 🌱"_s);
 }

@@ -7,9 +7,11 @@ class ProtectedFileTest : public QObject
     Q_OBJECT
 
 private slots:
+    void everyStepReachesTheDisk();
     void interruptedWriteLosesNothing_data();
     void interruptedWriteLosesNothing();
     void laterWriteKeepsTheOnlyGoodCopy();
+    void changesByOthersAreCopiedAside();
     void keepsLinksAndMode();
     void copiesAsideOnceBeforeOverwriting();
     void refusesToOverwriteWhatCannotBeCopied();

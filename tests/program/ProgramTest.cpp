@@ -66,6 +66,19 @@ private slots:
         }
     }
 
+    void deadPredecessorIsNoHindrance()
+    {
+        const QString state = home.filePath(u"XDG_STATE_HOME"_s);
+        for (const QByteArray &lock : {QByteArray(), QByteArray("garbled\n")}) {
+            writeTo(state + u"/quorvane/quorvane.lock"_s, lock);
+            QProcess process;
+            start(process, false);
+            QVERIFY(!lineOf(process, "Number of Rows:").isEmpty());
+            process.kill();
+            process.waitForFinished();
+        }
+    }
+
     void startsWhateverTheHome()
     {
         const auto rowsShown = [this](const QString &folder) {

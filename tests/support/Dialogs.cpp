@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QLabel>
 #include <QMessageBox>
 #include <QTest>
 #include <QTimer>
@@ -15,6 +16,8 @@ AlertAnswer::AlertAnswer(const QString &button)
         shown = true;
         text = alert->text();
         informativeText = alert->informativeText();
+        for (const QLabel *label : alert->findChildren<QLabel *>())
+            isPlain = isPlain && (label->textFormat() == Qt::PlainText || label->text().isEmpty());
         isWarning = alert->icon() == QMessageBox::Warning;
         for (QAbstractButton *choice : alert->buttons()) {
             buttons.append(choice->text().remove(u'&'));

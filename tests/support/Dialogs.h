@@ -13,6 +13,7 @@ public:
     QString informativeText;
     QStringList buttons;
     bool isWarning = false;
+    bool isPlain = true; ///< no label takes its text for markup
 
 private:
     bool shown = false;
