@@ -30,7 +30,7 @@ static void setUpApplication(QApplication &application)
     QApplication::setWindowIcon(QIcon(u":/quorvane.svg"_s));
     QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
     QApplication::setQuitOnLastWindowClosed(false);
-    QApplication::addLibraryPath(QApplication::applicationDirPath() + u"/../" QUORVANE_MODULE_DIR ""_s);
+    QApplication::addLibraryPath(QApplication::applicationDirPath() + u"/" QUORVANE_MODULE_PATH ""_s);
     QDir::setSearchPaths(u"bundle"_s, {u":/bundle"_s});
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
                      &application, &diagnostics::flush);

@@ -15,7 +15,7 @@ namespace diagnostics {
 
 namespace {
 
-constexpr qsizetype chunkSize = 1 << 20;
+constexpr qsizetype chunkSize = 1 << 16;
 /// What may wait for a reader that has stopped reading; later lines are dropped and counted.
 constexpr qsizetype backlogLimit = 256 << 20;
 

@@ -132,7 +132,7 @@ private slots:
 
 int main(int argc, char **argv)
 {
-    QCoreApplication::addLibraryPath(u"" BINARY_DIR "/" MODULE_DIR ""_s);
+    QCoreApplication::addLibraryPath(u"" BINARY_DIR "/bin/" MODULE_PATH ""_s);
     return runTests<AppTest>(argc, argv);
 }
 
