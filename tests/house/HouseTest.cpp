@@ -64,7 +64,7 @@ private slots:
                                 QDirIterator::Subdirectories);
              files.hasNext();) {
             const QString path = files.next();
-            const QString folder = path.section(u"/src/"_s, -1).section(u'/', 0, 0);
+            const QString folder = QDir(u"" SOURCE_DIR "/src"_s).relativeFilePath(path).section(u'/', 0, 0);
             if (folder == u"main.cpp")
                 continue;
             QVERIFY2(storeyOf(folder) >= 0, qPrintable(path));
