@@ -4,11 +4,9 @@
 
 void appendItem(QByteArray &line, const TaskList &tasks)
 {
-    line += '[';
-    for (qsizetype i = 0; i < tasks.size(); ++i) {
-        if (i > 0)
-            line += ", ";
-        diagnostics::appendItem(line, tasks[i]->key);
-    }
-    line += ']';
+    QList<QStringView> keys;
+    keys.reserve(tasks.size());
+    for (const SharedTask &entry : tasks)
+        keys.append(entry->key);
+    diagnostics::appendItem(line, keys);
 }

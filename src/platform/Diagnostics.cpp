@@ -39,20 +39,21 @@ public:
 
     void add(const QByteArray &line)
     {
-        bool full = false;
+        bool isChunkDone = false;
         {
             const std::lock_guard lock(mutex);
             if (backlog + line.size() > backlogLimit) {
                 ++dropped;
                 return;
             }
-            if (chunks.isEmpty() || chunks.last().size() + line.size() > chunkSize)
+            if (chunks.isEmpty() || chunks.last().size() + line.size() > chunkSize) {
+                isChunkDone = !chunks.isEmpty();
                 startChunk(line.size());
+            }
             chunks.last() += line;
             backlog += line.size();
-            full = chunks.size() > 1;
         }
-        if (full)
+        if (isChunkDone)
             wake.notify_one();
     }
 
