@@ -26,7 +26,6 @@ private slots:
     void randomListsComeBack();
     void olderRows_data();
     void olderRows();
-    void oldRowsTakeTheTimesOfTheRowBefore();
     void skippedRows_data();
     void skippedRows();
     void damagedFileIsCopiedBeforeTheNextWrite();

@@ -7,7 +7,6 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenuBar>
 #include <QTableView>
 #include <QTest>
 #include <QToolButton>
@@ -129,29 +128,7 @@ void ViewControllerTest::buttonsFollowTheSelection()
     QCOMPARE(enabledButtons(), u"upper downer"_s);
 }
 
-void ViewControllerTest::hidesAndUnhides()
-{
-    selectRow(0);
-    QTest::mouseClick(button("hide"), Qt::LeftButton);
-    QCOMPARE(rows(), u"bc"_s);
-    QCOMPARE(enabledButtons(), u"upper downer"_s);
-    QCOMPARE(button("hide")->toolTip(), u"UNHIDE"_s);
-    QCOMPARE(fileContent().count("|true|"), 2);
-    chooseView(3);
-    QCOMPARE(rows(), u"aH"_s);
-    selectRow(0);
-    QTest::mouseClick(button("hide"), Qt::LeftButton);
-    QCOMPARE(rows(), u"H"_s);
-    QCOMPARE(button("hide")->toolTip(), u"HIDE"_s);
-    QCOMPARE(fileContent().count("|true|"), 1);
-
-    manager->selected = -1;
-    output->takeLines();
-    window->hideClicked(nullptr);
-    QCOMPARE(output->takeLines(), QStringList(u"-1"_s));
-}
-
-void ViewControllerTest::movesOnlyInTheGlobalView()
+void ViewControllerTest::commandsWithoutATask()
 {
     const QByteArray before = fileContent();
     selectRow(0);
@@ -163,54 +140,14 @@ void ViewControllerTest::movesOnlyInTheGlobalView()
     QCOMPARE(press("upper"), u"Change to Global-All View to order Tasks."_s);
     QCOMPARE(press("downer"), u"Change to the Global-All View to order Tasks."_s);
     manager->selected = -1;
+    output->takeLines();
+    window->hideClicked(nullptr);
+    QCOMPARE(output->takeLines(), QStringList(u"-1"_s));
     QCOMPARE(press("upper"), u"Change to Global-All View to order Tasks."_s);
     chooseView(6);
     QCOMPARE(press("upper"), u"Select a Task."_s);
     QCOMPARE(press("downer"), u"Select a Task."_s);
     QCOMPARE(fileContent(), before);
-}
-
-void ViewControllerTest::movesAndKeepsTheSelection()
-{
-    chooseView(6);
-    selectRow(3);
-    QTest::mouseClick(button("upper"), Qt::LeftButton);
-    QCOMPARE(rows(), u"aHcb"_s);
-    QTest::keyClick(window.get(), Qt::Key_Up, Qt::AltModifier);
-    QCOMPARE(rows(), u"acHb"_s);
-    QCOMPARE(table->selectionModel()->selectedRows().value(0).row(), 1);
-    QCOMPARE(manager->selectedTask().key, u"c"_s);
-    QCOMPARE(enabledButtons(), u"hide close clone upper downer"_s);
-    for (int press = 0; press < 3; ++press)
-        QTest::mouseClick(button("downer"), Qt::LeftButton);
-    QCOMPARE(rows(), u"aHbc"_s); // at the bottom it stays
-    QCOMPARE(manager->selectedTask().key, u"c"_s);
-    QVERIFY(fileContent().startsWith("3/1/24|task a"));
-    QVERIFY(fileContent().endsWith(row("c", 3)));
-}
-
-void ViewControllerTest::clonesAndCloses()
-{
-    selectRow(0);
-    QTest::mouseClick(button("clone"), Qt::LeftButton);
-    QCOMPARE(manager->tasks.size(), 5);
-    QCOMPARE(manager->tasks[4]->name, u"task a"_s);
-    QCOMPARE(enabledButtons(), u"upper downer"_s);
-    QCOMPARE(fileContent().count("task a"), 2);
-
-    output->takeLines();
-    selectRow(0);
-    QTest::mouseClick(button("close"), Qt::LeftButton);
-    QVERIFY(output->takeLines().contains(u"Close Task"_s));
-    QCOMPARE(manager->tasks[0]->status, taskStatus::closed);
-    QVERIFY(fileContent().startsWith(row("a", 1, 1)));
-    const QByteArray written = fileContent();
-    QVERIFY(QFile::remove(home->filePath(u"zandulist.txt"_s)));
-    selectRow(0);
-    AlertAnswer alert(u"OK"_s);
-    QTest::mouseClick(button("close"), Qt::LeftButton);
-    QCOMPARE(alert.informativeText, u"Task already closed"_s);
-    QVERIFY(fileContent().isNull()); // nothing was written
 }
 
 void ViewControllerTest::sortingKeepsTheSelectedTask()
@@ -286,19 +223,4 @@ void ViewControllerTest::appearanceReloadsTheList()
         table, table->visualRect(table->model()->index(0, 8)).topLeft() + QPoint(2, 2)));
     QCOMPARE(painted, QColor(0, 0, 51));
     QCOMPARE(fileContent(), before);
-}
-
-void ViewControllerTest::windowStateComesBack()
-{
-    window->resize(1111, 555);
-    table->setColumnWidth(3, 77);
-    table->horizontalHeader()->setSortIndicator(int(TaskColumn::Name), Qt::DescendingOrder);
-    window->close();
-    QVERIFY(output->takeLines().contains(u"Close"_s));
-    open();
-    QCOMPARE(window->size(), QSize(1111, 555));
-    QCOMPARE(table->columnWidth(3), 77);
-    QCOMPARE(rows(), u"cba"_s); // the list is as the indicator says
-    for (const QAction *menu : window->menuBar()->actions())
-        QVERIFY2(!menu->menu()->actions().isEmpty(), qPrintable(menu->text()));
 }

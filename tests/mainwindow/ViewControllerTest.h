@@ -22,15 +22,11 @@ private slots:
 
     void startsSortedByDate();
     void buttonsFollowTheSelection();
-    void hidesAndUnhides();
-    void movesOnlyInTheGlobalView();
-    void movesAndKeepsTheSelection();
-    void clonesAndCloses();
+    void commandsWithoutATask();
     void sortingKeepsTheSelectedTask();
     void searchesAsTheUserTypes();
     void noticesReloadAndWrite();
     void appearanceReloadsTheList();
-    void windowStateComesBack();
 
 private:
     void open();
