@@ -146,22 +146,19 @@ bool isIdentity(const std::vector<SortEntry> &entries)
 /// that all ranks share (a radix sort).
 void sortByRank(std::vector<SortEntry> &entries)
 {
-    constexpr size_t digits = sizeof(quint64);
-    std::array<std::array<size_t, 256>, digits> counts{};
+    quint64 varying = 0;
     for (const SortEntry &entry : entries)
-        for (size_t digit = 0; digit < digits; ++digit)
-            ++counts[digit][entry.rank >> (8 * digit) & 0xff];
+        varying |= entry.rank ^ entries.front().rank;
     std::vector<SortEntry> sorted(entries.size());
-    for (size_t digit = 0; digit < digits; ++digit) {
-        const auto byteOf = [digit](const SortEntry &entry) {
-            return entry.rank >> (8 * digit) & 0xff;
-        };
-        std::array<size_t, 256> &places = counts[digit];
-        if (entries.empty() || places[byteOf(entries.front())] == entries.size())
+    for (int shift = 0; shift < 64; shift += 8) {
+        if ((varying >> shift & 0xff) == 0)
             continue;
+        std::array<size_t, 256> places{};
+        for (const SortEntry &entry : entries)
+            ++places[entry.rank >> shift & 0xff];
         std::exclusive_scan(places.begin(), places.end(), places.begin(), size_t{0});
         for (const SortEntry &entry : entries)
-            sorted[places[byteOf(entry)]++] = entry;
+            sorted[places[entry.rank >> shift & 0xff]++] = entry;
         entries.swap(sorted);
     }
 }
