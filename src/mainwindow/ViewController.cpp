@@ -15,10 +15,18 @@
 
 using namespace Qt::StringLiterals;
 
+static std::unique_ptr<Ui::ViewController> setUpUi(QMainWindow &window)
+{
+    auto ui = std::make_unique<Ui::ViewController>();
+    ui->setupUi(&window);
+    return ui;
+}
+
 ViewController::ViewController(TaskManager &taskManager, NotificationCenter &applicationNotices,
                                NotificationCenter &desktopNotices, const QString &documentsFolder,
                                const QString &stateFolder)
-    : ui(std::make_unique<Ui::ViewController>())
+    : ui(setUpUi(*this))
+    , taskButtons(*ui)
     , manager(taskManager)
     , notices(applicationNotices)
     , systemNotices(desktopNotices)
@@ -26,10 +34,8 @@ ViewController::ViewController(TaskManager &taskManager, NotificationCenter &app
     , table(taskManager)
     , keptState(stateFolder)
 {
-    ui->setupUi(this);
     ui->viewSelection->addItems(taskViewTitles());
     ui->tblView->setTable(table);
-    bindButtons();
     addViewActions();
     viewDidLoad();
     connectActions();
@@ -37,20 +43,6 @@ ViewController::ViewController(TaskManager &taskManager, NotificationCenter &app
 }
 
 ViewController::~ViewController() = default;
-
-void ViewController::bindButtons()
-{
-    ui->editButton->setDefaultAction(ui->actionEdit);
-    ui->deleteButton->setDefaultAction(ui->actionDelete);
-    ui->hideButton->setDefaultAction(ui->actionHide);
-    ui->upperButton->setDefaultAction(ui->actionUp);
-    ui->downerButton->setDefaultAction(ui->actionDown);
-    ui->cloneButton->setDefaultAction(ui->actionClone);
-    ui->closeButton->setDefaultAction(ui->actionClose);
-    ui->actionAdd->setShortcuts(QKeySequence::New);
-    ui->actionDelete->setShortcuts(QKeySequence::Delete);
-    ui->actionFind->setShortcuts(QKeySequence::Find);
-}
 
 void ViewController::addViewActions()
 {
@@ -96,7 +88,7 @@ void ViewController::viewDidLoad()
     ui->tblView->horizontalHeader()->setSortIndicator(int(TaskColumn::Date), Qt::AscendingOrder);
     manager.sortByColumn({.key = taskColumns()[size_t(TaskColumn::Date)].sortKey, .ascending = true});
     reloadTable();
-    disableTaskButtons();
+    taskButtons.disable();
     diagnostics::line("Dark Mode:", isDarkMode());
     notices.observe(notice::reload, this, [this] { reloadTableData(); });
     notices.observe(notice::update, this, [this] { updateComplete(); });
@@ -108,7 +100,7 @@ void ViewController::viewWillAppear()
 {
     ui->tblView->setLargeRows();
     reloadTable();
-    disableTaskButtons();
+    taskButtons.disable();
     setMinimumSize(1040, 430);
 }
 
@@ -146,22 +138,19 @@ void ViewController::tableViewSelectionDidChange()
     diagnostics::line("Selection changed");
     const int row = ui->tblView->selectedRow();
     diagnostics::line("Selected Row:", row);
-    if (row < 0) {
-        manager.selected = -1;
-        disableTaskButtons();
+    if (row < 0)
         return;
-    }
     const QString key = table.keyOfRow(row);
     diagnostics::line(key);
     const qint64 index = manager.selectTaskByKey(key);
     diagnostics::line("Index:", index);
     const bool hidden = manager.isSelectedTaskHidden();
     diagnostics::line("Hidden:", hidden);
-    showHideState(hidden);
+    taskButtons.showHideState(hidden);
     if (index < 0)
-        disableTaskButtons();
+        taskButtons.disable();
     else
-        enableTaskButtons();
+        taskButtons.enable();
     diagnostics::line("Row:", row);
 }
 
@@ -187,7 +176,7 @@ void ViewController::ChangeView(QObject *)
 {
     const int position = ui->viewSelection->currentIndex();
     diagnostics::line("Change View", position);
-    disableTaskButtons();
+    taskButtons.disable();
     manager.refreshSearch();
     reloadTable();
 }
@@ -218,7 +207,7 @@ void ViewController::hideClicked(QObject *)
     }
     diagnostics::line("Hide Pressed!");
     const bool hide = !manager.isSelectedTaskHidden();
-    showHideState(hide);
+    taskButtons.showHideState(hide);
     if (hide)
         manager.hideSelectedTask();
     else
@@ -247,7 +236,7 @@ void ViewController::moveTask(bool up, const QString &wrongViewMessage)
     }
     manager.moveSelectedTask(up);
     reloadTable();
-    disableTaskButtons();
+    taskButtons.disable();
     manager.selectTaskByKey(key);
     ui->tblView->selectRowOfKey(key);
     taskListFile.writeFile();
@@ -257,7 +246,7 @@ void ViewController::cloneTask(QObject *)
 {
     manager.cloneSelectedTask();
     reloadTable();
-    disableTaskButtons();
+    taskButtons.disable();
     taskListFile.writeFile();
 }
 
@@ -272,7 +261,7 @@ void ViewController::closeTask(QObject *)
     diagnostics::line("Close Task");
     manager.closeSelectedTask();
     reloadTable();
-    disableTaskButtons();
+    taskButtons.disable();
     taskListFile.writeFile();
 }
 
@@ -282,7 +271,7 @@ void ViewController::reloadTableData()
 {
     manager.refreshSearch();
     reloadTable();
-    disableTaskButtons();
+    taskButtons.disable();
     taskListFile.writeFile();
 }
 
@@ -295,7 +284,7 @@ void ViewController::interfaceModeChangedWithSender(QObject *)
 {
     diagnostics::line("Dark mode change");
     taskListFile.followAppearance();
-    disableTaskButtons();
+    taskButtons.disable();
     reloadTable();
 }
 
@@ -304,23 +293,4 @@ void ViewController::reloadTable()
     const int view = ui->viewSelection->currentIndex();
     ui->tblView->reloadData(view);
     ui->menuView->actions().at(view)->setChecked(true);
-}
-
-void ViewController::disableTaskButtons()
-{
-    for (QAction *action : {ui->actionHide, ui->actionClose, ui->actionClone})
-        action->setEnabled(false);
-}
-
-void ViewController::enableTaskButtons()
-{
-    for (QAction *action : {ui->actionHide, ui->actionUp, ui->actionDown, ui->actionClose, ui->actionClone})
-        action->setEnabled(true);
-}
-
-void ViewController::showHideState(bool hidden)
-{
-    ui->actionHide->setText(hidden ? u"Un&hide"_s : u"&Hide"_s);
-    ui->actionHide->setToolTip(hidden ? u"UNHIDE"_s : u"HIDE"_s);
-    ui->actionHide->setIcon(QIcon(hidden ? u":/icons/AppHideIcon.svg"_s : u":/icons/AppShowIcon.svg"_s));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mainwindow/TaskButtons.h"
 #include "mainwindow/TaskListFile.h"
 #include "mainwindow/TaskTable.h"
 #include "mainwindow/WindowState.h"
@@ -55,7 +56,6 @@ protected:
 private:
     void connectActions();
     void addViewActions();
-    void bindButtons();
     void viewDidLoad();
     void viewWillAppear();
     void windowShouldClose();
@@ -68,11 +68,9 @@ private:
     void chooseView(int position);
     void moveTask(bool up, const QString &wrongViewMessage);
     void reloadTable();
-    void disableTaskButtons();
-    void enableTaskButtons();
-    void showHideState(bool hidden);
 
     std::unique_ptr<Ui::ViewController> ui;
+    TaskButtons taskButtons;
     TaskManager &manager;
     NotificationCenter &notices;
     NotificationCenter &systemNotices;

@@ -1,0 +1,39 @@
+#include "mainwindow/TaskButtons.h"
+
+#include "ui_ViewController.h"
+
+using namespace Qt::StringLiterals;
+
+TaskButtons::TaskButtons(Ui::ViewController &window)
+    : ui(window)
+{
+    ui.editButton->setDefaultAction(ui.actionEdit);
+    ui.deleteButton->setDefaultAction(ui.actionDelete);
+    ui.hideButton->setDefaultAction(ui.actionHide);
+    ui.upperButton->setDefaultAction(ui.actionUp);
+    ui.downerButton->setDefaultAction(ui.actionDown);
+    ui.cloneButton->setDefaultAction(ui.actionClone);
+    ui.closeButton->setDefaultAction(ui.actionClose);
+    ui.actionAdd->setShortcuts(QKeySequence::New);
+    ui.actionDelete->setShortcuts(QKeySequence::Delete);
+    ui.actionFind->setShortcuts(QKeySequence::Find);
+}
+
+void TaskButtons::disable()
+{
+    for (QAction *action : {ui.actionHide, ui.actionClose, ui.actionClone})
+        action->setEnabled(false);
+}
+
+void TaskButtons::enable()
+{
+    for (QAction *action : {ui.actionHide, ui.actionUp, ui.actionDown, ui.actionClose, ui.actionClone})
+        action->setEnabled(true);
+}
+
+void TaskButtons::showHideState(bool hidden)
+{
+    ui.actionHide->setText(hidden ? u"Un&hide"_s : u"&Hide"_s);
+    ui.actionHide->setToolTip(hidden ? u"UNHIDE"_s : u"HIDE"_s);
+    ui.actionHide->setIcon(QIcon(hidden ? u":/icons/AppHideIcon.svg"_s : u":/icons/AppShowIcon.svg"_s));
+}
