@@ -1,8 +1,10 @@
 #include "SampleTasks.h"
 
+#include "mainwindow/Screens.h"
 #include "mainwindow/TaskListFile.h"
 #include "mainwindow/ViewController.h"
 #include "model/TaskManager.h"
+#include "platform/ColorWell.h"
 #include "platform/Diagnostics.h"
 #include "platform/FileDescriptor.h"
 #include "platform/NotificationCenter.h"
@@ -128,7 +130,9 @@ void searchKeystroke(benchmark::State &state)
     NotificationCenter systemNotices;
     TaskManager manager(preferences());
     manager.tasks = sampleTasks(state.range(0));
-    ViewController window(manager, notices, systemNotices, QString(), folder.path());
+    ColorPanel colorPanel;
+    Screens screens({manager, notices, systemNotices, colorPanel, folder.path()});
+    ViewController window(manager, notices, systemNotices, screens, QString(), folder.path());
     window.show();
     auto *field = window.findChild<QLineEdit *>(u"searchField"_s);
     auto *table = window.findChild<QTableView *>(u"tblView"_s);

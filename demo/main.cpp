@@ -8,9 +8,11 @@
 #include "Stage.h"
 #include "TourFailure.h"
 #include "app/Palettes.h"
+#include "mainwindow/Screens.h"
 #include "mainwindow/ViewController.h"
 #include "model/Appearance.h"
 #include "model/TaskManager.h"
+#include "platform/ColorWell.h"
 #include "platform/Folders.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
@@ -44,10 +46,12 @@ static void giveTour(Stage &stage, const QString &taskListPath, QDate today)
     systemNotices.observe(notice::appearanceChanged, qApp, followPalette);
     followPalette();
 
+    ColorPanel colorPanel;
+    Screens screens({TaskManager::shared(), notices, systemNotices, colorPanel, folders::data()});
     ExpectedList expected(taskListPath, today);
     MainWindowFileSteps fileSteps(stage, expected);
     {
-        ViewController window(TaskManager::shared(), notices, systemNotices, folders::documents(),
+        ViewController window(TaskManager::shared(), notices, systemNotices, screens, folders::documents(),
                               folders::state());
         window.show();
         const MainWindowHandle main(window);
@@ -70,7 +74,7 @@ static void giveTour(Stage &stage, const QString &taskListPath, QDate today)
         fileSteps.closeWindow(main, taskListPath);
     }
     TaskManager manager(Preferences::standard());
-    ViewController window(manager, notices, systemNotices, folders::documents(), folders::state());
+    ViewController window(manager, notices, systemNotices, screens, folders::documents(), folders::state());
     window.show();
     fileSteps.openAgain(MainWindowHandle(window));
 }

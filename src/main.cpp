@@ -1,8 +1,10 @@
 #include "app/AppDelegate.h"
 #include "app/Palettes.h"
+#include "mainwindow/Screens.h"
 #include "mainwindow/ViewController.h"
 #include "model/Appearance.h"
 #include "model/TaskManager.h"
+#include "platform/ColorWell.h"
 #include "platform/DesktopAppearance.h"
 #include "platform/Diagnostics.h"
 #include "platform/Folders.h"
@@ -63,7 +65,9 @@ int main(int argc, char **argv)
     appearance.follow();
     followPalette();
 
-    ViewController window(TaskManager::shared(), notices, systemNotices, folders::documents(),
+    ColorPanel colorPanel;
+    Screens screens({TaskManager::shared(), notices, systemNotices, colorPanel, folders::data()});
+    ViewController window(TaskManager::shared(), notices, systemNotices, screens, folders::documents(),
                           folders::state());
     QObject::connect(&instance, &SingleInstance::activated, &window, &ViewController::bringToFront);
     window.show();

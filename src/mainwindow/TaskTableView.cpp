@@ -4,6 +4,7 @@
 #include "mainwindow/TaskTable.h"
 
 #include <QHeaderView>
+#include <QMouseEvent>
 
 void TaskTableView::setTable(TaskTable &shown)
 {
@@ -47,4 +48,13 @@ void TaskTableView::selectRowOfKey(const QString &key)
 {
     if (const int row = key.isEmpty() ? -1 : table->rowOfKey(key); row >= 0)
         selectRow(row);
+}
+
+void TaskTableView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    QTableView::mouseDoubleClickEvent(event);
+    if (event->button() != Qt::LeftButton)
+        return;
+    rowOfDoubleClick = indexAt(event->position().toPoint()).row();
+    emit doubleAction();
 }

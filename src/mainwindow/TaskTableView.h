@@ -28,6 +28,16 @@ public:
     /// Selects just the row that shows this key, if there is one.
     void selectRowOfKey(const QString &key);
 
+    /// The row of the last double click, or −1 when it was below the rows.
+    int clickedRow() const { return rowOfDoubleClick; }
+
+signals:
+    void doubleAction();
+
+protected:
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+
 private:
+    int rowOfDoubleClick = -1;
     TaskTable *table = nullptr;
 };

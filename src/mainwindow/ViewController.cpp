@@ -2,6 +2,7 @@
 
 #include "app/Alert.h"
 #include "app/UIUtil.h"
+#include "mainwindow/Screens.h"
 #include "model/Appearance.h"
 #include "model/TaskManager.h"
 #include "model/TaskView.h"
@@ -23,13 +24,14 @@ static std::unique_ptr<Ui::ViewController> setUpUi(QMainWindow &window)
 }
 
 ViewController::ViewController(TaskManager &taskManager, NotificationCenter &applicationNotices,
-                               NotificationCenter &desktopNotices, const QString &documentsFolder,
-                               const QString &stateFolder)
+                               NotificationCenter &desktopNotices, Screens &furtherScreens,
+                               const QString &documentsFolder, const QString &stateFolder)
     : ui(setUpUi(*this))
     , taskButtons(*ui)
     , manager(taskManager)
     , notices(applicationNotices)
     , systemNotices(desktopNotices)
+    , screens(furtherScreens)
     , taskListFile(taskManager, documentsFolder, stateFolder)
     , table(taskManager)
     , keptState(stateFolder)
@@ -67,7 +69,11 @@ void ViewController::connectActions()
     onTrigger(ui->actionDown, &ViewController::downer);
     onTrigger(ui->actionClone, &ViewController::cloneTask);
     onTrigger(ui->actionClose, &ViewController::closeTask);
+    onTrigger(ui->actionShare, &ViewController::sharingTask);
     onTrigger(ui->actionGuide, &ViewController::addEnhancement);
+    connectScreens();
+    connect(ui->shareButton, &QToolButton::pressed, this, [this] { sharingTask(ui->shareButton); });
+    connect(ui->tblView, &TaskTableView::doubleAction, this, [this] { doubleClickTable(ui->tblView); });
     connect(ui->actionQuit, &QAction::triggered, this, &ViewController::close);
     connect(ui->actionFind, &QAction::triggered, ui->searchField, qOverload<>(&QLineEdit::setFocus));
     connect(new QShortcut(Qt::Key_Escape, ui->searchField, nullptr, nullptr, Qt::WidgetShortcut),
@@ -78,6 +84,17 @@ void ViewController::connectActions()
             &ViewController::tableViewSelectionDidChange);
     connect(ui->tblView->horizontalHeader(), &QHeaderView::sortIndicatorChanged, this,
             &ViewController::sortDescriptorsDidChange);
+}
+
+void ViewController::connectScreens()
+{
+    const auto onTrigger = [this](QAction *action, void (Screens::*open)(QWidget &)) {
+        connect(action, &QAction::triggered, this, [this, open] { (screens.*open)(*this); });
+    };
+    onTrigger(ui->actionAdd, &Screens::openAddForm);
+    onTrigger(ui->actionEdit, &Screens::openEditForm);
+    onTrigger(ui->actionClients, &Screens::openClients);
+    onTrigger(ui->actionTeamMembers, &Screens::openTeamMembers);
 }
 
 void ViewController::viewDidLoad()
@@ -263,6 +280,20 @@ void ViewController::closeTask(QObject *)
     reloadTable();
     taskButtons.disable();
     taskListFile.writeFile();
+}
+
+void ViewController::sharingTask(QObject *)
+{
+    manager.shareSelectedTask(*ui->shareButton);
+}
+
+void ViewController::doubleClickTable(QObject *)
+{
+    diagnostics::line("Double Click");
+    const int row = ui->tblView->clickedRow();
+    if (row >= 0)
+        screens.openEditForm(*this);
+    diagnostics::line("doubleClickOnResultRow ", row);
 }
 
 void ViewController::addEnhancement(QObject *) {}

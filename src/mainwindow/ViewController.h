@@ -11,6 +11,7 @@
 
 class NotificationCenter;
 class QAction;
+class Screens;
 class TaskManager;
 
 namespace Ui {
@@ -28,10 +29,11 @@ class ViewController : public QMainWindow
 public:
     /// \param notices          the application's own notification centre
     /// \param systemNotices    the system-wide one
+    /// \param screens          opens the further screens
     /// \param documentsFolder  where the task list file is; empty when there is no such folder
     /// \param stateFolder      where window state and unfinished writes are kept
     ViewController(TaskManager &manager, NotificationCenter &notices, NotificationCenter &systemNotices,
-                   const QString &documentsFolder, const QString &stateFolder);
+                   Screens &screens, const QString &documentsFolder, const QString &stateFolder);
     ~ViewController() override;
 
     /// Brings the window to the user, also from the task bar.
@@ -45,6 +47,9 @@ public slots:
     void downer(QObject *sender);
     void cloneTask(QObject *sender);
     void closeTask(QObject *sender);
+    void sharingTask(QObject *sender);
+    /// A double click on the table, on a row or below the rows.
+    void doubleClickTable(QObject *sender);
     void addEnhancement(QObject *sender);
     /// The desktop switched between light and dark.
     void interfaceModeChangedWithSender(QObject *sender);
@@ -55,6 +60,7 @@ protected:
 
 private:
     void connectActions();
+    void connectScreens();
     void addViewActions();
     void viewDidLoad();
     void viewWillAppear();
@@ -74,6 +80,7 @@ private:
     TaskManager &manager;
     NotificationCenter &notices;
     NotificationCenter &systemNotices;
+    Screens &screens;
     TaskListFile taskListFile;
     TaskTable table;
     WindowState keptState;

@@ -1,10 +1,16 @@
 #include "model/TaskManager.h"
 
+#include "app/Alert.h"
+#include "model/Appearance.h"
 #include "model/TaskSearch.h"
+#include "model/TaskShareText.h"
 #include "model/TaskSort.h"
 #include "model/TaskView.h"
+#include "platform/ColorWell.h"
 #include "platform/Diagnostics.h"
 #include "platform/Preferences.h"
+#include "platform/SharingServicePicker.h"
+#include "platform/TextView.h"
 
 #include <QUuid>
 
@@ -21,13 +27,18 @@ TaskManager &TaskManager::shared()
     return instance;
 }
 
+static QString newKey()
+{
+    return QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+}
+
 QString TaskManager::addTask(const QString &key, Instant date, const QString &name, const QString &desc,
                              const Color &color, Instant due, qint64 status, qint64 priority,
                              const QString &statusName, const QString &priorityName, bool hidden,
                              qint64 startHour, qint64 startMin, qint64 endHour, qint64 endMin,
                              const QString &client, const QString &teamMember)
 {
-    const QString ownKey = key.isEmpty() ? QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() : key;
+    const QString ownKey = key.isEmpty() ? newKey() : key;
     workingList().append(task{.key = ownKey,
                               .date = date,
                               .name = name,
@@ -166,6 +177,27 @@ void TaskManager::moveSelectedTask(bool up)
     const qint64 upper = up ? selected - 1 : selected;
     if (selected >= 0 && upper >= 0 && upper + 1 < tasks.size())
         tasks.swapItemsAt(upper, upper + 1);
+}
+
+void TaskManager::shareSelectedTask(QWidget &anchor) const
+{
+    const task shared = selectedTask();
+    const SharingServicePicker picker(shared.name, taskShareText(shared, newKey()), &alertMessage);
+    QMetaObject::invokeMethod(
+        &anchor, [picker, &anchor] { picker.show(anchor); }, Qt::QueuedConnection);
+}
+
+void TaskManager::resetColorWell(ColorWell &well, TextView &text) const
+{
+    const Color textColor = appearanceTextColor();
+    well.setColor(textColor.inverted());
+    text.setTextColor(textColor);
+}
+
+void TaskManager::invertColorWell(ColorWell &well, TextView &text) const
+{
+    well.setColor(well.color().inverted());
+    text.setTextColor(appearanceTextColor());
 }
 
 void TaskManager::buildTasksInView(int view)

@@ -3,7 +3,10 @@
 #include "model/TaskColumn.h"
 #include "model/task.h"
 
+class ColorWell;
 class Preferences;
+class QWidget;
+class TextView;
 
 /// Owns the user's tasks while the program runs: the list, the view that is shown, the search and the
 /// selection.
@@ -61,6 +64,15 @@ public:
     void cloneSelectedTask();
     /// Exchanges the selected task of `tasks` with the one above or below it; `selected` keeps its value.
     void moveSelectedTask(bool up);
+
+    /// Opens the menu of sharing services for the selected task's text next to the anchor, as soon as the
+    /// present event has been handled.
+    void shareSelectedTask(QWidget &anchor) const;
+
+    /// The colours of a task that is not there yet: the well as the appearance's ground, the text against it.
+    void resetColorWell(ColorWell &well, TextView &text) const;
+    /// Takes the well's colour over into the other appearance, and the text's colour with it.
+    void invertColorWell(ColorWell &well, TextView &text) const;
 
     /// Fills `tasksInView` with what the view at this position of the view chooser shows.
     void buildTasksInView(int view);

@@ -1,5 +1,7 @@
 #include "platform/Calendar.h"
 
+#include "platform/Diagnostics.h"
+
 Calendar::Calendar()
     : zone(QTimeZone::systemTimeZone())
 {
@@ -28,4 +30,10 @@ QDate Calendar::dayOf(Instant instant) const
 Instant Calendar::startOfDay(QDate day) const
 {
     return instantOf(day.startOfDay(zone));
+}
+
+void appendItem(QByteArray &line, Instant instant)
+{
+    const QDateTime utc = QDateTime::fromMSecsSinceEpoch(instant.time_since_epoch().count(), Qt::UTC);
+    diagnostics::appendItem(line, utc.toString(u"yyyy-MM-dd HH:mm:ss +0000"));
 }

@@ -38,3 +38,6 @@ public:
 private:
     QTimeZone zone;
 };
+
+/// In a diagnostic line, an instant is written in UTC, such as 2026-03-07 08:00:00 +0000.
+void appendItem(QByteArray &line, Instant instant);

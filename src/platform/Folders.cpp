@@ -19,6 +19,11 @@ QString config()
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + ownName;
 }
 
+QString data()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + ownName;
+}
+
 QString state()
 {
     const QString home = qEnvironmentVariable("XDG_STATE_HOME");

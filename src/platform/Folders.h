@@ -9,6 +9,8 @@ namespace folders {
 QString documents();
 /// `$XDG_CONFIG_HOME/quorvane`.
 QString config();
+/// `$XDG_DATA_HOME/quorvane`.
+QString data();
 /// `$XDG_STATE_HOME/quorvane`, by default `~/.local/state/quorvane` (XDG Base Directory, version 0.8).
 QString state();
 

@@ -40,7 +40,9 @@ void ViewControllerTest::open()
     notices = std::make_unique<NotificationCenter>();
     systemNotices = std::make_unique<NotificationCenter>();
     manager = std::make_unique<TaskManager>(preferences);
-    window = std::make_unique<ViewController>(*manager, *notices, *systemNotices, home->path(),
+    screens = std::make_unique<Screens>(
+        TaskFormServices{*manager, *notices, *systemNotices, colorPanel, home->filePath(u"data"_s)});
+    window = std::make_unique<ViewController>(*manager, *notices, *systemNotices, *screens, home->path(),
                                               home->filePath(u"state"_s));
     window->show();
     QVERIFY(QTest::qWaitForWindowExposed(window.get()));
@@ -62,7 +64,7 @@ QToolButton *ViewControllerTest::button(const char *name) const
 QString ViewControllerTest::enabledButtons() const
 {
     QStringList enabled;
-    for (const char *name : {"hide", "close", "clone", "upper", "downer"})
+    for (const char *name : {"edit", "hide", "share", "close", "clone", "upper", "downer"})
         if (button(name)->isEnabled())
             enabled.append(QString::fromLatin1(name));
     return enabled.join(u' ');
@@ -117,7 +119,7 @@ void ViewControllerTest::buttonsFollowTheSelection()
     output->takeLines();
     selectRow(1);
     QCOMPARE(manager->selectedTask().key, u"b"_s);
-    QCOMPARE(enabledButtons(), u"hide close clone upper downer"_s);
+    QCOMPARE(enabledButtons(), u"edit hide share close clone upper downer"_s);
     QCOMPARE(output->takeLines().filter(QRegularExpression(u"^(Sel|Ind|Hid|b$|Row: 1$)"_s)).first(7),
              QStringList({u"Selection changed"_s, u"Selected Row: 1"_s, u"b"_s, u"Index: 2"_s,
                           u"Selected: 2"_s, u"Hidden: false"_s, u"Row: 1"_s}));
@@ -125,7 +127,7 @@ void ViewControllerTest::buttonsFollowTheSelection()
     const QRect cell = table->visualRect(table->model()->index(1, 3));
     QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::ControlModifier, cell.center());
     QCOMPARE(manager->selected, 2); // the commands stay with the task last selected
-    QCOMPARE(enabledButtons(), u"hide close clone upper downer"_s);
+    QCOMPARE(enabledButtons(), u"edit hide share close clone upper downer"_s);
 }
 
 void ViewControllerTest::commandsWithoutATask()
@@ -180,7 +182,7 @@ void ViewControllerTest::searchesAsTheUserTypes()
     QVERIFY(field->hasFocus());
     QTest::keyClicks(field, u"TASK B"_s);
     QCOMPARE(rows(), u"b"_s);
-    QCOMPARE(enabledButtons(), u"hide close clone upper downer"_s); // as they were
+    QCOMPARE(enabledButtons(), u"edit hide share close clone upper downer"_s); // as they were
     chooseView(1);
     QCOMPARE(rows(), QString());
     chooseView(0);

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "mainwindow/Screens.h"
 #include "mainwindow/ViewController.h"
 #include "model/TaskManager.h"
+#include "platform/ColorWell.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
 #include "support/CapturedOutput.h"
@@ -42,6 +44,8 @@ private:
     std::unique_ptr<NotificationCenter> notices;
     std::unique_ptr<NotificationCenter> systemNotices;
     std::unique_ptr<TaskManager> manager;
+    ColorPanel colorPanel;
+    std::unique_ptr<Screens> screens;
     std::unique_ptr<ViewController> window;
     std::unique_ptr<CapturedOutput> output;
     QTableView *table = nullptr;

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "contacts/Contact.h"
+
+#include <QAbstractTableModel>
+
+#include <functional>
+
+/// The contacts of one kind as an editable table of names and phone numbers.
+class ContactTable : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    /// Shows all records of this kind in the context, which has to outlive the table.
+    template <typename Record>
+    void arrange(ObjectContext &ofScreen)
+    {
+        arrange(ofScreen, Record::fetchRequest(), [&ofScreen]() -> Contact { return Record(ofScreen); });
+    }
+
+    /// Adds a contact at the end and returns its row.
+    int add();
+    /// Removes the rows; they may come in any order.
+    void remove(QList<int> rows);
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+
+private:
+    void arrange(ObjectContext &ofScreen, const FetchRequest &request, std::function<Contact()> insertion);
+
+    ObjectContext *context = nullptr;
+    std::function<Contact()> insert;
+    QList<Contact> contacts;
+};

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QTableView>
+
+class ContactTable;
+
+/// Shows a table of contacts, whose cells are edited in place.
+class ContactTableView : public QTableView
+{
+    Q_OBJECT
+
+public:
+    using QTableView::QTableView;
+
+    void setTable(ContactTable &table);
+
+    /// Adds a contact and lets the user type its name.
+    void addContact();
+    /// Removes the selected contacts; without a selection nothing.
+    void removeSelected();
+    /// Takes over what is being typed.
+    void endEditing();
+
+signals:
+    /// A name was typed in; `nameField` is the cell's text field.
+    void nameEdited(QObject *nameField);
+
+protected:
+    void commitData(QWidget *editor) override;
+
+private:
+    ContactTable *contacts = nullptr;
+};

@@ -1,0 +1,160 @@
+#include "forms/TaskForm.h"
+
+#include "app/Alert.h"
+#include "app/UIUtil.h"
+#include "contacts/Contact.h"
+#include "model/Appearance.h"
+#include "platform/Diagnostics.h"
+#include "ui_TaskFields.h"
+
+#include <QCompleter>
+#include <QShowEvent>
+#include <QStringListModel>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+void listNames(QComboBox &box, const QStringList &names)
+{
+    box.setModel(new QStringListModel(names, &box));
+    box.setCurrentIndex(-1);
+}
+
+/// Names are stored as typed: suggestions stand below the text and put nothing into it.
+void suggestOnly(QComboBox &box)
+{
+    box.completer()->setCompletionMode(QCompleter::PopupCompletion);
+    box.completer()->setCaseSensitivity(Qt::CaseSensitive);
+}
+
+/// Selects the list's entry at the position; where there is none, the box shows the text.
+void selectPosition(QComboBox &box, qint64 position, const QString &text)
+{
+    const bool isListed = position >= 0 && position < box.count();
+    box.setCurrentIndex(isListed ? int(position) : -1);
+    box.setEditText(isListed ? box.itemText(int(position)) : text); // also over a typed text
+}
+
+/// The position of the entry equal to what the box shows, else −1. The current index may be an older one.
+int positionOf(const QComboBox &box)
+{
+    return box.findText(box.currentText(), Qt::MatchExactly | Qt::MatchCaseSensitive);
+}
+
+} // namespace
+
+TaskForm::TaskForm(const TaskFormServices &formServices, const Color &color, Instant date, Instant due,
+                   QWidget *parent)
+    : QDialog(parent)
+    , services(formServices)
+    , manager(formServices.manager)
+    , fields(std::make_unique<Ui::TaskFields>())
+    , persistentContainer(contactModel(), formServices.dataFolder)
+    , colorWell(color)
+    , previousDate(date)
+    , previousDueDate(due)
+{
+}
+
+TaskForm::~TaskForm() = default;
+
+void TaskForm::loadView(QWidget &place)
+{
+    fields->setupUi(&place);
+    fields->color->setPanel(services.colorPanel);
+    persistentContainer.loadPersistentStores();
+    managedObjectContext = &persistentContainer.viewContext();
+    diagnostics::line("Mngd Context:", *managedObjectContext);
+    listNames(*fields->client, contactNames(*managedObjectContext, Clients::fetchRequest()));
+    listNames(*fields->teamMember, contactNames(*managedObjectContext, TeamMembers::fetchRequest()));
+    for (QComboBox *box : {fields->inTaskStatus, fields->inTaskPriority, fields->client, fields->teamMember})
+        suggestOnly(*box);
+    fields->txtTaskName->setFocus();
+}
+
+void TaskForm::viewDidAppear()
+{
+    resize(565, 613);
+    repaint();
+}
+
+void TaskForm::viewDidDisappear()
+{
+    hideColorPanel();
+}
+
+void TaskForm::showEvent(QShowEvent *event)
+{
+    if (!event->spontaneous())
+        viewWillAppear();
+    QDialog::showEvent(event);
+    if (!event->spontaneous())
+        viewDidAppear();
+}
+
+void TaskForm::hideEvent(QHideEvent *event)
+{
+    QDialog::hideEvent(event);
+    if (!event->spontaneous())
+        viewDidDisappear();
+}
+
+task TaskForm::taskOfControls() const
+{
+    return {.date = fields->dtTaskDate->moment(),
+            .name = fields->txtTaskName->text(),
+            .desc = fields->txtTaskDescription->toPlainText(),
+            .client = fields->client->currentText(),
+            .teamMember = fields->teamMember->currentText(),
+            .color = fields->color->color(),
+            .due = fields->dtTaskDueDate->moment(),
+            .status = positionOf(*fields->inTaskStatus),
+            .priority = positionOf(*fields->inTaskPriority),
+            .statusName = fields->inTaskStatus->currentText(),
+            .priorityName = fields->inTaskPriority->currentText(),
+            .startHour = util().getHour(*fields->startTime),
+            .startMin = util().getMinute(*fields->startTime),
+            .endHour = util().getHour(*fields->endTime),
+            .endMin = util().getMinute(*fields->endTime)};
+}
+
+void TaskForm::showTask(const task &shown)
+{
+    fields->dtTaskDate->setMoment(shown.date);
+    fields->txtTaskName->setText(shown.name);
+    fields->txtTaskDescription->setPlainText(shown.desc);
+    fields->dtTaskDueDate->setMoment(shown.due);
+    selectPosition(*fields->inTaskStatus, shown.status, shown.statusName);
+    selectPosition(*fields->inTaskPriority, shown.priority, shown.priorityName);
+}
+
+void TaskForm::showText(QComboBox &box, const QString &text)
+{
+    box.setCurrentIndex(box.findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive));
+    box.setEditText(text);
+}
+
+void TaskForm::acceptColor(const QObject &sender)
+{
+    diagnostics::line("Select color well", sender.objectName());
+    hideColorPanel();
+    if (fields->color->color() == fields->txtTaskDescription->textColor()) {
+        fields->color->setColor(colorWell);
+        return;
+    }
+    colorWell = fields->color->color();
+    fields->txtTaskDescription->setTextColor(appearanceTextColor());
+}
+
+void TaskForm::refuse(DatePicker &picker, Instant previous, const QString &reason)
+{
+    alertMessage(this, reason);
+    picker.setMoment(previous);
+}
+
+void TaskForm::hideColorPanel()
+{
+    services.colorPanel.orderOut();
+    fields->color->deactivate();
+}

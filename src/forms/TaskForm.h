@@ -1,0 +1,72 @@
+#pragma once
+
+#include "model/task.h"
+#include "platform/PersistentContainer.h"
+
+#include <QDialog>
+
+#include <memory>
+
+class ColorPanel;
+class DatePicker;
+class NotificationCenter;
+class QComboBox;
+class TaskManager;
+
+namespace Ui {
+class TaskFields;
+}
+
+/// What the task forms are given to work with.
+struct TaskFormServices
+{
+    TaskManager &manager;
+    NotificationCenter &notices;       ///< the application's own
+    NotificationCenter &systemNotices; ///< the system-wide ones
+    ColorPanel &colorPanel;
+    QString dataFolder; ///< where the contact store is
+};
+
+/// What the form of a new task and the form of an existing one share: the controls for a task, the names of
+/// the contacts, the rule for colours.
+class TaskForm : public QDialog
+{
+    Q_OBJECT
+
+public:
+    ~TaskForm() override;
+
+protected:
+    TaskForm(const TaskFormServices &services, const Color &color, Instant date, Instant due,
+             QWidget *parent);
+
+    /// Fills the widget with the controls and lists the contacts' names in them.
+    void loadView(QWidget &place);
+    virtual void viewWillAppear() = 0;
+    virtual void viewDidAppear();
+    void viewDidDisappear();
+
+    /// The controls' values as a task without key.
+    task taskOfControls() const;
+    /// What both forms fill and reset: name, description, dates, status and priority.
+    void showTask(const task &shown);
+    static void showText(QComboBox &box, const QString &text);
+
+    /// Accepts the well's colour unless the description could not be read on it.
+    void acceptColor(const QObject &sender);
+    /// Says why a date is refused, and returns the picker to the previous one.
+    void refuse(DatePicker &picker, Instant previous, const QString &reason);
+    void hideColorPanel();
+
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+    TaskFormServices services;
+    TaskManager &manager;
+    std::unique_ptr<Ui::TaskFields> fields;
+    PersistentContainer persistentContainer;
+    ObjectContext *managedObjectContext = nullptr;
+    Color colorWell;
+    Instant previousDate;
+    Instant previousDueDate;
+};

@@ -1,0 +1,115 @@
+#include "forms/ViewControllerAdd.h"
+
+#include "app/UIUtil.h"
+#include "model/Appearance.h"
+#include "model/TaskManager.h"
+#include "platform/Diagnostics.h"
+#include "platform/NotificationCenter.h"
+#include "ui_TaskFields.h"
+#include "ui_ViewControllerAdd.h"
+
+using namespace Qt::StringLiterals;
+
+ViewControllerAdd::ViewControllerAdd(const TaskFormServices &formServices, QWidget *parent)
+    : TaskForm(formServices, Color(), Calendar::now(), Calendar::now(), parent)
+    , ui(std::make_unique<Ui::ViewControllerAdd>())
+{
+    ui->setupUi(this);
+    loadView(*ui->taskFields);
+    viewDidLoad();
+    connectActions();
+}
+
+ViewControllerAdd::~ViewControllerAdd() = default;
+
+void ViewControllerAdd::viewDidLoad()
+{
+    const Instant now = Calendar::now();
+    showTask({.date = now, .due = now});
+    services.systemNotices.observe(notice::appearanceChanged, this,
+                                   [this] { interfaceModeChangedWithSender(&services.systemNotices); });
+    manager.resetColorWell(*fields->color, *fields->txtTaskDescription);
+    util().setTime(*fields->startTime, manager.defaultStartHour, manager.defaultStartMin);
+    util().setTime(*fields->endTime, manager.defaultEndHour, manager.defaultEndMin);
+}
+
+void ViewControllerAdd::connectActions()
+{
+    connect(ui->addButton, &QPushButton::clicked, this, [this] { btnAddTask_Click(ui->addButton); });
+    connect(fields->txtTaskName, &QLineEdit::returnPressed, ui->addButton, &QPushButton::click);
+    connect(ui->resetButton, &QPushButton::clicked, this, [this] { ResetToOriginal(ui->resetButton); });
+    connect(fields->dtTaskDate, &DatePicker::dayChosen, this, [this] { SelectDate(fields->dtTaskDate); });
+    connect(fields->dtTaskDueDate, &DatePicker::dayChosen, this,
+            [this] { SelectDueDate(fields->dtTaskDueDate); });
+    connect(fields->color, &ColorWell::colorChosen, this, [this] { selectColorWell(fields->color); });
+    connect(fields->startTime, &QTimeEdit::timeChanged, this, [this] { chooseStartTime(fields->startTime); });
+    connect(fields->endTime, &QTimeEdit::timeChanged, this, [this] { chooseEndTime(fields->endTime); });
+}
+
+void ViewControllerAdd::viewWillAppear()
+{
+    setMinimumSize(565, 452);
+    colorWell = appearanceTextColor().inverted();
+    for (const QTimeEdit *picker : {fields->startTime, fields->endTime})
+        diagnostics::line(util().getHour(*picker), ":", util().getMinute(*picker));
+}
+
+void ViewControllerAdd::focusInEvent(QFocusEvent *event)
+{
+    TaskForm::focusInEvent(event);
+    fields->txtTaskDescription->setFocus();
+    diagnostics::line("Description has the focus:", fields->txtTaskDescription->hasFocus());
+}
+
+void ViewControllerAdd::btnAddTask_Click(QObject *)
+{
+    diagnostics::line("Button Pressed");
+    const task added = taskOfControls();
+    manager.addTask(QString(), added.date, added.name, added.desc, added.color, added.due, added.status,
+                    added.priority, added.statusName, added.priorityName, false, added.startHour,
+                    added.startMin, added.endHour, added.endMin, added.client, added.teamMember);
+    fields->txtTaskName->clear();
+    fields->txtTaskDescription->clear();
+    hideColorPanel();
+    services.notices.post(notice::reload);
+    close();
+}
+
+void ViewControllerAdd::SelectDate(QObject *)
+{
+    if (util().compareDays(fields->dtTaskDate->moment(), fields->dtTaskDueDate->moment()) < 0)
+        refuse(*fields->dtTaskDate, previousDate, u"Select a Start Date prior to Due Date"_s);
+    previousDate = fields->dtTaskDate->moment();
+}
+
+void ViewControllerAdd::SelectDueDate(QObject *)
+{
+    diagnostics::line("Start Date:", fields->dtTaskDate->moment());
+    diagnostics::line("Due Date:", fields->dtTaskDueDate->moment());
+    if (util().compareDays(fields->dtTaskDueDate->moment(), fields->dtTaskDate->moment()) > 0)
+        refuse(*fields->dtTaskDueDate, previousDueDate, u"Select a Due Date after Start Date"_s);
+    previousDueDate = fields->dtTaskDueDate->moment();
+}
+
+void ViewControllerAdd::selectColorWell(QObject *sender)
+{
+    acceptColor(*sender);
+}
+
+void ViewControllerAdd::ResetToOriginal(QObject *)
+{
+    diagnostics::line("Reset");
+    const Instant now = Calendar::now();
+    showTask({.date = now, .due = now});
+    manager.resetColorWell(*fields->color, *fields->txtTaskDescription);
+}
+
+void ViewControllerAdd::chooseStartTime(QObject *) {}
+
+void ViewControllerAdd::chooseEndTime(QObject *) {}
+
+void ViewControllerAdd::interfaceModeChangedWithSender(QObject *)
+{
+    diagnostics::line("Dark mode change");
+    manager.resetColorWell(*fields->color, *fields->txtTaskDescription);
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "forms/TaskForm.h"
+
+namespace Ui {
+class ViewControllerAdd;
+}
+
+/// The form of a new task.
+class ViewControllerAdd : public TaskForm
+{
+    Q_OBJECT
+
+public:
+    explicit ViewControllerAdd(const TaskFormServices &services, QWidget *parent = nullptr);
+    ~ViewControllerAdd() override;
+
+public slots:
+    void btnAddTask_Click(QObject *sender);
+    void SelectDate(QObject *sender);
+    void SelectDueDate(QObject *sender);
+    void selectColorWell(QObject *sender);
+    void ResetToOriginal(QObject *sender);
+    void chooseStartTime(QObject *sender);
+    void chooseEndTime(QObject *sender);
+    /// The desktop switched between light and dark.
+    void interfaceModeChangedWithSender(QObject *sender);
+
+protected:
+    void viewWillAppear() override;
+    void focusInEvent(QFocusEvent *event) override;
+
+private:
+    void viewDidLoad();
+    void connectActions();
+
+    std::unique_ptr<Ui::ViewControllerAdd> ui;
+};

@@ -1,0 +1,8 @@
+#pragma once
+
+#include "model/task.h"
+
+/// The task as a labelled text for somebody else, in lines that end with a line feed. Dates are in the short
+/// form of the user's locale.
+/// \param messageKey  random UUID that identifies the message
+QString taskShareText(const task &shared, const QString &messageKey);

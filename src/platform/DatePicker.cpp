@@ -1,0 +1,57 @@
+#include "platform/DatePicker.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QSignalBlocker>
+
+using namespace Qt::StringLiterals;
+
+/// The locale's short form, with the whole year: two digits would be taken for the last century's when typed.
+static QString dayFormat(const QLocale &locale)
+{
+    QString format = locale.dateFormat(QLocale::ShortFormat);
+    if (!format.contains(u"yyyy"))
+        format.replace(u"yy"_s, u"yyyy"_s);
+    return format;
+}
+
+DatePicker::DatePicker(QWidget *parent)
+    : QDateTimeEdit(parent)
+{
+    constexpr int firstYear = 100;
+    setMinimumDate(QDate(firstYear, 1, 1));
+    setDisplayFormat(dayFormat(locale()));
+    setCalendarPopup(true);
+    setKeyboardTracking(false); // a half-typed date is none
+    connect(this, &QDateTimeEdit::dateTimeChanged, this, &DatePicker::changed);
+}
+
+Instant DatePicker::moment() const
+{
+    return Calendar::instantOf(dateTime());
+}
+
+void DatePicker::setMoment(Instant moment)
+{
+    const QSignalBlocker blocker(this);
+    setDateTime(Calendar::localTime(moment));
+}
+
+void DatePicker::changed()
+{
+    QWidget *popup = QApplication::activePopupWidget();
+    if (!popup || popup->parentWidget() != this) {
+        emit dayChosen();
+        return;
+    }
+    popup->installEventFilter(this);
+    choosing = true;
+}
+
+bool DatePicker::eventFilter(QObject *watched, QEvent *event)
+{
+    // Queued: whoever answers with a dialog would open it in the middle of the calendar's closing.
+    if (event->type() == QEvent::Hide && std::exchange(choosing, false))
+        QMetaObject::invokeMethod(this, &DatePicker::dayChosen, Qt::QueuedConnection);
+    return QDateTimeEdit::eventFilter(watched, event);
+}

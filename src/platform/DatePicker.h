@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/Calendar.h"
+
+#include <QDateTimeEdit>
+
+/// Shows a calendar day and lets the user choose another one, also from a calendar. Holds a full moment: its
+/// time of day, down to the millisecond, stays as it was set.
+class DatePicker : public QDateTimeEdit
+{
+    Q_OBJECT
+
+public:
+    explicit DatePicker(QWidget *parent = nullptr);
+
+    Instant moment() const;
+    /// Years 100 to 9999; a moment outside is moved to the nearest one.
+    void setMoment(Instant moment);
+
+signals:
+    /// The user chose a day. While the calendar is open it may still be another one, so it is told when the
+    /// calendar closes. setMoment does not emit this.
+    void dayChosen();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void changed();
+
+    bool choosing = false; ///< in the open calendar
+};

@@ -1,0 +1,193 @@
+#include "platform/ObjectContext.h"
+
+#include "platform/Diagnostics.h"
+
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QVariant>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The driver takes a null string for an absent value.
+QVariant storedValue(const std::optional<QString> &value)
+{
+    if (!value)
+        return QVariant(QMetaType(QMetaType::QString));
+    return value->isNull() ? u""_s : *value;
+}
+
+/// The entity's columns, each followed by the text.
+QString columns(const Entity &entity, const QString &after)
+{
+    QStringList list;
+    for (const QString &attribute : entity.attributes)
+        list.append(u'"' + attribute + u'"' + after);
+    return list.join(u", "_s);
+}
+
+/// A statement that is prepared once, when it is first run.
+class Statement
+{
+public:
+    Statement(const QSqlDatabase &database, QString sql)
+        : query(database)
+        , text(std::move(sql))
+    {
+    }
+
+    /// \param id  0 when the statement has no place for it
+    bool run(const std::vector<std::optional<QString>> &values, qint64 id = 0)
+    {
+        if (!prepared && !query.prepare(text))
+            return false;
+        prepared = true;
+        int position = 0;
+        for (const std::optional<QString> &value : values)
+            query.bindValue(position++, storedValue(value));
+        if (id != 0)
+            query.bindValue(position, id);
+        return query.exec();
+    }
+
+    qint64 insertedId() const { return query.lastInsertId().toLongLong(); }
+
+private:
+    QSqlQuery query;
+    QString text;
+    bool prepared = false;
+};
+
+} // namespace
+
+std::vector<ManagedObject> ObjectContext::fetch(const FetchRequest &request)
+{
+    Records &records = recordsOf[&request.entity];
+    if (!records.fetched)
+        records.stored = read(request.entity);
+    records.fetched = true;
+    std::vector<ManagedObject> objects;
+    objects.reserve(records.stored.size() + records.added.size());
+    for (std::deque<Record> *list : {&records.stored, &records.added})
+        for (Record &record : *list)
+            if (!record.isDeleted)
+                objects.push_back(ManagedObject(record));
+    return objects;
+}
+
+std::deque<ObjectContext::Record> ObjectContext::read(const Entity &entity) const
+{
+    const QSqlDatabase database = QSqlDatabase::database(connection, false);
+    if (!database.isOpen())
+        return {};
+    QSqlQuery query(database);
+    query.setForwardOnly(true);
+    if (!query.exec(u"SELECT id, %1 FROM \"%2\" ORDER BY id"_s.arg(columns(entity, {}), entity.name)))
+        return {};
+    std::deque<Record> records;
+    while (query.next()) {
+        Record &record = records.emplace_back(Record{.id = query.value(0).toLongLong()});
+        for (int column = 1; column <= int(entity.attributes.size()); ++column)
+            record.values.push_back(query.isNull(column) ? std::nullopt
+                                                         : std::optional(query.value(column).toString()));
+    }
+    return query.lastError().isValid() ? std::deque<Record>() : records;
+}
+
+void ObjectContext::deleteObject(const ManagedObject &object)
+{
+    object.record->isDeleted = true;
+}
+
+bool ObjectContext::save()
+{
+    if (!hasChanges())
+        return true;
+    QSqlDatabase database = QSqlDatabase::database(connection, false);
+    if (!database.isOpen() || !database.transaction())
+        return false;
+    NewIds newIds;
+    if (!write(database, newIds) || !database.commit()) {
+        database.rollback();
+        return false;
+    }
+    settle(newIds);
+    return true;
+}
+
+bool ObjectContext::hasChanges() const
+{
+    const auto isPending = [](const Record &record) {
+        return record.id == 0 ? !record.isDeleted : record.isDeleted || record.isChanged;
+    };
+    return std::ranges::any_of(recordsOf, [&](const auto &entry) {
+        return std::ranges::any_of(entry.second.stored, isPending) ||
+               std::ranges::any_of(entry.second.added, isPending);
+    });
+}
+
+bool ObjectContext::write(const QSqlDatabase &database, NewIds &newIds)
+{
+    return std::ranges::all_of(
+        recordsOf, [&](auto &entry) { return write(database, *entry.first, entry.second, newIds); });
+}
+
+bool ObjectContext::write(const QSqlDatabase &database, const Entity &entity, Records &records,
+                          NewIds &newIds)
+{
+    const QString places = QStringList(entity.attributes.size(), u"?"_s).join(u", "_s);
+    Statement insert(database,
+                     u"INSERT INTO \"%1\" (%2) VALUES (%3)"_s.arg(entity.name, columns(entity, {}), places));
+    Statement update(database,
+                     u"UPDATE \"%1\" SET %2 WHERE id = ?"_s.arg(entity.name, columns(entity, u" = ?"_s)));
+    Statement remove(database, u"DELETE FROM \"%1\" WHERE id = ?"_s.arg(entity.name));
+    const auto writeRecord = [&](Record &record) {
+        if (record.id != 0)
+            return record.isDeleted   ? remove.run({}, record.id)
+                   : record.isChanged ? update.run(record.values, record.id)
+                                      : true;
+        if (record.isDeleted)
+            return true;
+        if (!insert.run(record.values))
+            return false;
+        newIds.emplace_back(&record, insert.insertedId());
+        return true;
+    };
+    return std::ranges::all_of(records.stored, writeRecord) &&
+           std::ranges::all_of(records.added, writeRecord);
+}
+
+void ObjectContext::settle(const NewIds &newIds)
+{
+    for (const auto &[record, id] : newIds)
+        record->id = id;
+    for (auto &[entity, records] : recordsOf)
+        for (std::deque<Record> *list : {&records.stored, &records.added})
+            for (Record &record : *list) {
+                record.isChanged = false;
+                if (record.isDeleted)
+                    record.id = 0;
+            }
+}
+
+ManagedObject::ManagedObject(const Entity &entity, ObjectContext &context)
+    : record(&context.recordsOf[&entity].added.emplace_back())
+{
+    record->values.resize(size_t(entity.attributes.size()));
+}
+
+void ManagedObject::setValue(size_t attribute, const QString &text)
+{
+    std::optional<QString> &value = record->values[attribute];
+    record->isChanged = record->isChanged || value != text;
+    value = text;
+}
+
+void appendItem(QByteArray &line, const ObjectContext &context)
+{
+    diagnostics::appendItem(line, u"<ObjectContext: %1>"_s.arg(context.connectionName()));
+}

@@ -1,0 +1,99 @@
+#include "platform/SharingServicePicker.h"
+
+#include "platform/Folders.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QClipboard>
+#include <QDir>
+#include <QFileDialog>
+#include <QMenu>
+#include <QPointer>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QSaveFile>
+#include <QUrl>
+
+using namespace Qt::StringLiterals;
+
+/// The address that opens a new mail with this subject and body (RFC 6068).
+static QString mailAddress(const QString &subject, QString body)
+{
+    const auto encoded = [](const QString &text) {
+        return QString::fromLatin1(QUrl::toPercentEncoding(text));
+    };
+    return u"mailto:?subject="_s + encoded(subject) + u"&body="_s + encoded(body.replace(u'\n', u"\r\n"_s));
+}
+
+SharingServicePicker::SharingServicePicker(const QString &sharedTitle, const QString &sharedText,
+                                           const FailureReport &failureReport)
+    : title(sharedTitle)
+    , text(sharedText)
+    , report(failureReport)
+{
+}
+
+void SharingServicePicker::show(QWidget &anchor) const
+{
+    auto *menu = new QMenu(&anchor);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    QWidget *window = anchor.window();
+    const SharingServicePicker &picker = *this;
+    // The menu outlives the picker, so its entries have their own.
+    QObject::connect(menu->addAction(u"&Copy"_s), &QAction::triggered, window, [picker] { picker.copy(); });
+    QObject::connect(menu->addAction(u"&Mail…"_s), &QAction::triggered, window,
+                     [picker, window] { picker.mail(window); });
+    QObject::connect(menu->addAction(u"&Save to File…"_s), &QAction::triggered, window,
+                     [picker, window] { picker.save(window); });
+    // A button that sends on mouse-down does not hear of the release, which goes to the menu.
+    if (auto *button = qobject_cast<QAbstractButton *>(&anchor))
+        QObject::connect(menu, &QMenu::aboutToHide, button, [button] { button->setDown(false); });
+    menu->popup(anchor.mapToGlobal(QPoint(-menu->sizeHint().width(), 0)));
+}
+
+void SharingServicePicker::copy() const
+{
+    QApplication::clipboard()->setText(text);
+}
+
+void SharingServicePicker::mail(QWidget *window) const
+{
+    // A process of ours, since QDesktopServices does not tell when no mail program is found.
+    auto *process = new QProcess(qApp);
+    const auto fail = [process, window = QPointer(window), tell = report](const QString &reason) {
+        process->deleteLater();
+        tell(window, u"The mail program could not be opened. "_s + reason);
+    };
+    QObject::connect(process, &QProcess::errorOccurred, qApp, [process, fail](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            fail(process->errorString());
+    });
+    QObject::connect(process, &QProcess::finished, qApp, [process, fail](int exitCode) {
+        if (exitCode == 0)
+            process->deleteLater();
+        else
+            fail(QString::fromLocal8Bit(process->readAllStandardError()).trimmed());
+    });
+    process->start(u"xdg-email"_s, {mailAddress(title, text)});
+    process->closeWriteChannel();
+}
+
+void SharingServicePicker::save(QWidget *window) const
+{
+    const QString path = QFileDialog::getSaveFileName(window, u"Save to File"_s, suggestedPath(),
+                                                      u"Text files (*.txt);;All files (*)"_s);
+    if (path.isEmpty())
+        return;
+    QSaveFile file(path);
+    const QByteArray utf8 = text.toUtf8();
+    if (!file.open(QIODevice::WriteOnly) || file.write(utf8) != utf8.size() || !file.commit())
+        report(window, u"The file \"%1\" could not be written. %2"_s.arg(path, file.errorString()));
+}
+
+QString SharingServicePicker::suggestedPath() const
+{
+    constexpr int longestName = 60;
+    static const QRegularExpression unfit(u"[/\\\\:*?\"<>|\\x00-\\x1f]+"_s);
+    const QString name = QString(title).replace(unfit, u" "_s).left(longestName).trimmed();
+    return QDir(folders::documents()).filePath((name.isEmpty() ? u"Task"_s : name) + u".txt"_s);
+}
