@@ -84,7 +84,9 @@ void UIUtil::setTime(QDateTimeEdit &picker, qint64 hour, qint64 minute) const
 {
     constexpr int minutesOfDay = 24 * 60;
     const int minutes = int((hour % 24) * 60 + minute % minutesOfDay);
-    picker.setDateTime(QDateTime(picker.minimumDate(), QTime(0, 0).addSecs(minutes * 60)));
+    // Not as one moment: a QTimeEdit would take that over into UTC.
+    picker.setDate(picker.minimumDate());
+    picker.setTime(QTime(0, 0).addSecs(minutes * 60));
 }
 
 int UIUtil::compareDays(Instant a, Instant b) const

@@ -70,5 +70,6 @@ QVariant ContactTable::headerData(int section, Qt::Orientation orientation, int 
 
 Qt::ItemFlags ContactTable::flags(const QModelIndex &index) const
 {
-    return QAbstractTableModel::flags(index) | Qt::ItemIsEditable;
+    const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+    return index.isValid() ? flags | Qt::ItemIsEditable : flags;
 }

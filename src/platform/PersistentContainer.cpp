@@ -68,7 +68,7 @@ QSqlError PersistentContainer::open() const
 {
     QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, context.connectionName());
     database.setDatabaseName(storePath);
-    database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=2000"_s); // milliseconds
+    database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=1000"_s); // milliseconds
     if (!QDir().mkpath(folderPath))
         return refusal(u"the folder cannot be made"_s);
     // SQLite would open it for reading.

@@ -66,7 +66,7 @@ void SharingServicePicker::mail(QWidget *window) const
     };
     QObject::connect(process, &QProcess::errorOccurred, qApp, [process, fail](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart)
-            fail(process->errorString());
+            fail(u"xdg-email: "_s + process->errorString());
     });
     QObject::connect(process, &QProcess::finished, qApp, [process, fail](int exitCode) {
         if (exitCode == 0)

@@ -5,8 +5,10 @@
 
 #include <QComboBox>
 #include <QHeaderView>
+#include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QTableView>
 #include <QTest>
 #include <QToolButton>
@@ -195,6 +197,53 @@ void ViewControllerTest::searchesAsTheUserTypes()
     QCOMPARE(rows(), u"ac"_s);
     QVERIFY(!manager->isSearching);
     QVERIFY(fileContent().contains(row("b", 2, 1, true)));
+}
+
+void ViewControllerTest::doubleClickEditsTheTask()
+{
+    const auto doubleClick = [&](QPoint position) {
+        output->takeLines();
+        QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, position);
+        return output->takeLines().filter(u"ouble"_s);
+    };
+    QCOMPARE(doubleClick(table->viewport()->rect().bottomLeft() + QPoint(5, -5)),
+             QStringList({u"Double Click"_s, u"doubleClickOnResultRow  -1"_s}));
+    QVERIFY(!QApplication::activeModalWidget());
+    selectRow(2);
+    QCOMPARE(doubleClick(table->visualRect(table->model()->index(2, 3)).center()),
+             QStringList({u"Double Click"_s, u"doubleClickOnResultRow  2"_s}));
+    QWidget *form = QApplication::activeModalWidget();
+    QVERIFY(form);
+    QCOMPARE(form->findChild<QLineEdit *>(u"key"_s)->text(), u"c"_s);
+    form->findChild<QLineEdit *>(u"txtTaskName"_s)->setText(u"changed"_s);
+    QTest::mouseClick(form->findChild<QPushButton *>(u"storeButton"_s), Qt::LeftButton);
+    QVERIFY(fileContent().contains("|changed|"));
+    QCOMPARE(enabledButtons(), u"upper downer"_s);
+    QCoreApplication::processEvents(); // the form goes away
+    // The share button sends when it is pressed, and its menu opens after that.
+    selectRow(0);
+    QTest::mousePress(button("share"), Qt::LeftButton);
+    QVERIFY(!QApplication::activePopupWidget());
+    QCoreApplication::processEvents();
+    QWidget *menu = QApplication::activePopupWidget();
+    QVERIFY(menu);
+    menu->close();
+    QVERIFY(!button("share")->isDown());
+}
+
+void ViewControllerTest::addsDuringASearch()
+{
+    window->findChild<QLineEdit *>(u"searchField"_s)->setText(u"plum"_s);
+    QCOMPARE(rows(), QString());
+    window->findChild<QAction *>(u"actionAdd"_s)->trigger();
+    auto *form = window->findChild<QDialog *>();
+    auto *name = form->findChild<QLineEdit *>(u"txtTaskName"_s);
+    name->setText(u"Plums"_s);
+    window->findChild<QAction *>(u"actionAdd"_s)->trigger(); // raises the form that is open
+    QCOMPARE(window->findChildren<QDialog *>().size(), 1);
+    QTest::keyClick(name, Qt::Key_Return);
+    QCOMPARE(table->model()->rowCount(), 1);
+    QCOMPARE(fileContent().count('^'), 5);
 }
 
 void ViewControllerTest::noticesReloadAndWrite()

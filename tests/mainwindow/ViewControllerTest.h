@@ -27,6 +27,8 @@ private slots:
     void commandsWithoutATask();
     void sortingKeepsTheSelectedTask();
     void searchesAsTheUserTypes();
+    void doubleClickEditsTheTask();
+    void addsDuringASearch();
     void noticesReloadAndWrite();
     void appearanceReloadsTheList();
 

@@ -1,5 +1,6 @@
 #include "model/Appearance.h"
 #include "model/TaskManager.h"
+#include "model/TaskShareText.h"
 #include "model/TaskView.h"
 #include "platform/Preferences.h"
 #include "support/CapturedOutput.h"
@@ -375,6 +376,26 @@ private slots:
             }
             QCOMPARE(unsorted[0]->priorityName, u"0"_s); // a list that shares the tasks keeps its order
         }
+    }
+
+    void sharesTheTaskAsText()
+    {
+        const Instant day = Calendar().startOfDay(QDate(2019, 3, 7));
+        const task shared{.key = u"KEY"_s,
+                          .date = day,
+                          .name = u" Mow & rake "_s,
+                          .desc = u"one\n\ntwo"_s,
+                          .client = u"UnAssigned"_s,
+                          .due = day + std::chrono::hours(30),
+                          .startHour = 8,
+                          .startMin = 5,
+                          .endHour = 17};
+        QCOMPARE(taskShareText(shared, u"MESSAGE"_s),
+                 u"ToDo\n\nTask:  Mow & rake \nStart Date: 3/7/19\nStart Time: 08:05\nEnd Time: 17:00\n"
+                 "Due Date: 3/8/19\nDescription: one\n\ntwo\n\nClient:UnAssigned\nTeam Member:\n\n"
+                 "Task Key: KEY\nMessage Key: MESSAGE\n\n"
+                 "Sent with Quorvane. Download from the App Store for Mac:\n\n"
+                 "https://quorvane.example/download\n"_s);
     }
 
     void onlyTheTextDarkIsDark()

@@ -1,0 +1,369 @@
+#include "contacts/Contact.h"
+#include "forms/ViewControllerAdd.h"
+#include "forms/ViewControllerEdit.h"
+#include "model/TaskManager.h"
+#include "platform/ColorWell.h"
+#include "platform/DatePicker.h"
+#include "platform/NotificationCenter.h"
+#include "platform/Preferences.h"
+#include "platform/TextView.h"
+#include "support/CapturedOutput.h"
+#include "support/Dialogs.h"
+#include "support/TestProgram.h"
+
+#include <QClipboard>
+#include <QColorDialog>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QTimeEdit>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+Instant moment(const QString &isoTime)
+{
+    return Calendar::instantOf(QDateTime::fromString(isoTime, Qt::ISODateWithMs));
+}
+
+const Color black{0.0, 0.0, 0.0, 1.0};
+const Color white{1.0, 1.0, 1.0, 1.0};
+
+} // namespace
+
+class FormsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        // A zone in which the clock changes on 8 March and 1 November 2026.
+        qputenv("TZ", "America/New_York");
+        tzset();
+        PersistentContainer store(contactModel(), home.path());
+        store.loadPersistentStores();
+        for (const QString &name : {u"Smith"_s, QString(), u"Jones"_s, u"Smith"_s})
+            if (Clients client(store.viewContext()); !name.isNull())
+                client.setValue(Contact::Name, name);
+        QVERIFY(store.viewContext().save());
+    }
+
+    void init()
+    {
+        manager = std::make_unique<TaskManager>(preferences);
+        services = std::make_unique<TaskFormServices>(
+            TaskFormServices{*manager, notices, systemNotices, colorPanel, home.path()});
+    }
+
+    void cleanup()
+    {
+        form.reset();
+        Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, std::nullopt);
+    }
+
+    void addsWhatTheControlsShow()
+    {
+        openAdd();
+        QCOMPARE(form->minimumSize(), QSize(565, 452));
+        QCOMPARE(form->size(), QSize(565, 613));
+        auto &client = child<QComboBox>("client");
+        QCOMPARE(client.count(), 4);
+        QCOMPARE(client.itemText(1), QString());
+        QCOMPARE(client.currentText(), QString());
+        type("client", u"smith"_s); // not the one that is listed
+        type("inTaskStatus", u"Waiting"_s);
+        type("inTaskPriority", u"High"_s);
+        child<QTimeEdit>("endTime").setTime(QTime(18, 45));
+        QTest::keyClicks(&child<QLineEdit>("txtTaskName"), u"Plum trees"_s);
+        bool wasOpen = false;
+        qsizetype tasks = 0;
+        QObject observer;
+        notices.observe(notice::reload, &observer, [&] {
+            wasOpen = form->isVisible();
+            tasks = manager->tasks.size();
+        });
+        QTest::keyClick(&child<QLineEdit>("txtTaskName"), Qt::Key_Return);
+        QVERIFY(wasOpen && !form->isVisible());
+        QCOMPARE(tasks, 1);
+        const task added = *manager->tasks.first();
+        QCOMPARE(added.name, u"Plum trees"_s);
+        QCOMPARE(added.key.size(), 36);
+        QCOMPARE(QStringList({added.statusName, added.priorityName, added.client, added.teamMember}),
+                 QStringList({u"Waiting"_s, u"High"_s, u"smith"_s, QString()}));
+        QCOMPARE(QList<qint64>({added.status, added.priority, added.startHour, added.startMin, added.endHour,
+                                added.endMin}),
+                 QList<qint64>({-1, 3, 8, 0, 18, 45}));
+        QVERIFY(added.color == white && !added.hidden);
+        QVERIFY(Calendar::now() - added.date < std::chrono::minutes(1));
+        QCOMPARE(manager->defaultEndMin, 45);
+        form.reset();
+        openAdd();
+        QCOMPARE(child<QTimeEdit>("endTime").time(), QTime(18, 45));
+    }
+
+    void storingAnUntouchedTaskKeepsIt()
+    {
+        const task original{.key = u"KEY"_s,
+                            .date = moment(u"2026-11-01T06:30:15.123Z"_s), // 1:30 for the second time
+                            .name = u"name"_s,
+                            .desc = u"two\nlines"_s,
+                            .client = u"Nobody listed"_s,
+                            .teamMember = u"Anna"_s,
+                            .color = {0.1, 0.2, 1.0 / 3.0, 0.25},
+                            .due = moment(u"2026-11-02T05:00:00.001Z"_s),
+                            .status = -1,
+                            .priority = 7,
+                            .statusName = u"Waiting"_s,
+                            .priorityName = u"Sky-high"_s,
+                            .hidden = true,
+                            .startHour = 23,
+                            .startMin = 59,
+                            .endHour = 0,
+                            .endMin = 1};
+        openEdit(original);
+        QCOMPARE(child<QLineEdit>("key").text(), u"KEY"_s);
+        QTest::mouseClick(&child<QPushButton>("storeButton"), Qt::LeftButton);
+        QVERIFY(!form->isVisible());
+        const task stored = *manager->tasks.first();
+        QVERIFY(stored.date == original.date && stored.due == original.due);
+        QVERIFY(stored.color == original.color && stored.hidden);
+        QCOMPARE(QStringList({stored.key, stored.name, stored.desc, stored.client, stored.teamMember,
+                              stored.statusName, stored.priorityName}),
+                 QStringList({original.key, original.name, original.desc, original.client,
+                              original.teamMember, original.statusName, original.priorityName}));
+        QCOMPARE(QList<qint64>({stored.status, stored.priority, stored.startHour, stored.startMin,
+                                stored.endHour, stored.endMin}),
+                 QList<qint64>({-1, -1, 23, 59, 0, 1}));
+    }
+
+    void datesAreChecked_data()
+    {
+        QTest::addColumn<bool>("edit");
+        QTest::addColumn<QString>("start");
+        QTest::addColumn<QString>("due");
+        QTest::addColumn<bool>("changeStart");
+        QTest::addColumn<QDate>("day");
+        QTest::addColumn<QString>("message");
+        const QString early = u"Select a Start Date prior to Due Date"_s;
+        const QString late = u"Select a Due Date after Start Date"_s;
+        const QString noon = u"2026-03-03T12:00:00"_s;
+        const QString evening = u"2026-03-05T20:00:00"_s;
+        QTest::newRow("add: same day") << false << evening << noon << true << QDate(2026, 3, 3) << QString();
+        QTest::newRow("add: day after") << false << noon << noon << true << QDate(2026, 3, 4) << early;
+        QTest::newRow("add: due before") << false << noon << evening << false << QDate(2026, 3, 2) << late;
+        QTest::newRow("add: day of the clock change")
+            << false << u"2026-03-07T23:30:00"_s << u"2026-03-08T00:30:00"_s << true << QDate(2026, 3, 8)
+            << QString();
+        QTest::newRow("edit: earlier") << true << noon << evening << true << QDate(2026, 3, 4) << QString();
+        QTest::newRow("edit: same moment") << true << noon << noon << false << QDate(2026, 3, 3) << QString();
+        QTest::newRow("edit: later that day")
+            << true << u"2026-03-01T20:00:01"_s << evening << true << QDate(2026, 3, 5) << early;
+        QTest::newRow("edit: due earlier that day")
+            << true << u"2026-03-03T20:00:00"_s << u"2026-03-05T12:00:00"_s << false << QDate(2026, 3, 3)
+            << late;
+    }
+
+    void datesAreChecked()
+    {
+        QFETCH(bool, edit);
+        QFETCH(QString, start);
+        QFETCH(QString, due);
+        QFETCH(bool, changeStart);
+        QFETCH(QDate, day);
+        QFETCH(QString, message);
+        openEdit({.date = moment(start), .due = moment(due)});
+        if (!edit) {
+            openAdd();
+            child<DatePicker>("dtTaskDate").setMoment(moment(start));
+            child<DatePicker>("dtTaskDueDate").setMoment(moment(due));
+        }
+        auto &picker = child<DatePicker>(changeStart ? "dtTaskDate" : "dtTaskDueDate");
+        const QDateTime before = picker.dateTime();
+        const AlertAnswer answer(u"OK"_s);
+        picker.setDate(day);
+        QCOMPARE(answer.wasShown(), !message.isEmpty());
+        QCOMPARE(answer.informativeText, message);
+        if (message.isEmpty())
+            QCOMPARE(picker.dateTime(), QDateTime(day, before.time()));
+        else if (edit)
+            QCOMPARE(picker.dateTime(), before);
+        else // what was accepted last is the moment of the form's creation
+            QVERIFY(qAbs(picker.dateTime().secsTo(QDateTime::currentDateTime())) < 60);
+        QCoreApplication::processEvents(); // what has not been answered yet
+    }
+
+    void theLastAcceptedDateReturns()
+    {
+        openEdit({.date = moment(u"2026-03-03T12:00:00"_s), .due = moment(u"2026-03-05T12:00:00"_s)});
+        auto &due = child<DatePicker>("dtTaskDueDate");
+        due.setDate(QDate(2026, 3, 9));
+        for (const QDate day : {QDate(2026, 3, 1), QDate(2026, 3, 2)}) {
+            const AlertAnswer answer(u"OK"_s);
+            due.setDate(day);
+            QVERIFY(answer.wasShown());
+            QCOMPARE(due.date(), QDate(2026, 3, 9));
+        }
+    }
+
+    void unreadableColorsAreRefused()
+    {
+        CapturedOutput output;
+        openAdd();
+        auto &well = child<ColorWell>("color");
+        chooseColor(Qt::red);
+        QVERIFY(well.color() == Color(1.0, 0.0, 0.0, 1.0));
+        QVERIFY(output.takeLines().contains(u"Select color well color"_s));
+        chooseColor(Qt::black);
+        QVERIFY(well.color() == Color(1.0, 0.0, 0.0, 1.0));
+        QVERIFY(!form->findChild<QColorDialog *>() || !form->findChild<QColorDialog *>()->isVisible());
+        switchTo(u"Dark"_s);
+        chooseColor(Qt::white);
+        QVERIFY(well.color() == Color(1.0, 0.0, 0.0, 1.0));
+        chooseColor(Qt::black);
+        QVERIFY(well.color() == black);
+        QTest::mouseClick(&well, Qt::LeftButton);
+        QPointer<QColorDialog> panel = form->findChild<QColorDialog *>();
+        QVERIFY(panel && panel->isVisible());
+        form->close();
+        QVERIFY(!panel || !panel->isVisible());
+    }
+
+    void appearanceChangesReachOpenForms()
+    {
+        openAdd();
+        chooseColor(Qt::red);
+        switchTo(u"Dark"_s);
+        QVERIFY(child<ColorWell>("color").color() == black);
+        QVERIFY(child<TextView>("txtTaskDescription").textColor() == white);
+
+        Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, std::nullopt);
+        openEdit({.color = {0.75, 1.0, 0.0, 0.5}});
+        form->hide();
+        form->show();
+        switchTo(u"Dark"_s);
+        QVERIFY(child<ColorWell>("color").color() == Color(0.25, 0.0, 1.0, 0.5));
+        QVERIFY(child<TextView>("txtTaskDescription").textColor() == white);
+        switchTo(std::nullopt);
+        QVERIFY(child<ColorWell>("color").color() == Color(0.75, 1.0, 0.0, 0.5));
+        QVERIFY(child<TextView>("txtTaskDescription").textColor() == black);
+    }
+
+    void resetBringsTheTaskBack()
+    {
+        openEdit({.name = u"name"_s,
+                  .desc = u"desc"_s,
+                  .client = u"Jones"_s,
+                  .color = black,
+                  .status = 1,
+                  .statusName = u"Closed"_s});
+        child<QLineEdit>("txtTaskName").clear();
+        child<TextView>("txtTaskDescription").clear();
+        type("inTaskStatus", u"other"_s);
+        type("client", u"other"_s);
+        child<ColorWell>("color").setColor(white);
+        QTest::mouseClick(&child<QPushButton>("resetButton"), Qt::LeftButton);
+        QCOMPARE(child<QLineEdit>("txtTaskName").text(), u"name"_s);
+        QCOMPARE(child<TextView>("txtTaskDescription").toPlainText(), u"desc"_s);
+        QCOMPARE(child<QComboBox>("inTaskStatus").currentText(), u"Closed"_s);
+        QCOMPARE(child<QComboBox>("client").currentText(), u"other"_s);
+        QVERIFY(child<ColorWell>("color").color() == black);
+        openAdd();
+        type("inTaskStatus", u"other"_s);
+        type("client", u"other"_s);
+        QTest::mouseClick(&child<QPushButton>("resetButton"), Qt::LeftButton);
+        QCOMPARE(child<QComboBox>("inTaskStatus").currentText(), u"Open"_s);
+        QCOMPARE(child<QComboBox>("client").currentText(), u"other"_s);
+    }
+
+    void sharingStoresFirstAndKeepsTheFormOpen()
+    {
+        openEdit({.key = u"KEY"_s, .name = u"old"_s});
+        child<QLineEdit>("txtTaskName").setText(u"new"_s);
+        int reloads = 0;
+        QObject observer;
+        notices.observe(notice::reload, &observer, [&] { ++reloads; });
+        QTest::mouseClick(&child<QPushButton>("shareButton"), Qt::LeftButton);
+        QCOMPARE(manager->tasks.first()->name, u"new"_s);
+        QCOMPARE(reloads, 1);
+        QCoreApplication::processEvents();
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        QVERIFY(menu && form->isVisible());
+        menu->actions().first()->trigger();
+        QVERIFY(QApplication::clipboard()->text().startsWith(u"ToDo\n\nTask: new\n"_s));
+    }
+
+private:
+    void openAdd()
+    {
+        form = std::make_unique<ViewControllerAdd>(*services);
+        show();
+    }
+
+    void openEdit(const task &edited)
+    {
+        manager->tasks = {edited};
+        manager->selected = 0;
+        form = std::make_unique<ViewControllerEdit>(*services);
+        show();
+    }
+
+    void show()
+    {
+        form->show();
+        form->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(form.get()));
+    }
+
+    template <typename Child>
+    Child &child(const char *name) const
+    {
+        return *form->findChild<Child *>(QString::fromLatin1(name));
+    }
+
+    /// Types the text over what the box shows, and goes on to the next control.
+    void type(const char *name, const QString &text)
+    {
+        QLineEdit &field = *child<QComboBox>(name).lineEdit();
+        field.setFocus();
+        field.selectAll();
+        QTest::keyClicks(&field, text);
+        if (QWidget *suggestions = QApplication::activePopupWidget())
+            suggestions->close();
+        QTest::keyClick(&field, Qt::Key_Tab);
+    }
+
+    void chooseColor(const QColor &color)
+    {
+        QTest::mouseClick(&child<ColorWell>("color"), Qt::LeftButton);
+        auto *panel = form->findChild<QColorDialog *>(QString(), Qt::FindDirectChildrenOnly);
+        QVERIFY(panel);
+        panel->setCurrentColor(color);
+        panel->accept();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    void switchTo(const std::optional<QString> &style)
+    {
+        Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, style);
+        systemNotices.post(notice::appearanceChanged);
+    }
+
+    QTemporaryDir home;
+    Preferences preferences{u"/nonexistent/preferences.ini"_s};
+    NotificationCenter notices;
+    NotificationCenter systemNotices;
+    ColorPanel colorPanel;
+    std::unique_ptr<TaskManager> manager;
+    std::unique_ptr<TaskFormServices> services;
+    std::unique_ptr<TaskForm> form;
+};
+
+int main(int argc, char **argv)
+{
+    return runTests<FormsTest>(argc, argv);
+}
+
+#include "FormsTest.moc"
