@@ -116,3 +116,8 @@ void ExpectedList::clone(const QString &name, const QString &newKey)
     copy.fields[ListRow::Key] = newKey;
     listRows.append(copy);
 }
+
+void ExpectedList::change(const QString &name, ListRow::Field position, const QString &text)
+{
+    find(name).fields[position] = text;
+}

@@ -56,6 +56,8 @@ public:
     void setHidden(const QString &name, bool hidden);
     void close(const QString &name);
     void clone(const QString &name, const QString &newKey);
+    void add(const ListRow &row) { listRows.append(row); }
+    void change(const QString &name, ListRow::Field position, const QString &text);
 
 private:
     ListRow &find(const QString &name);

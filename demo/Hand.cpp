@@ -61,6 +61,12 @@ void clickCell(QTableView &table, const QModelIndex &cell)
     QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, table.visualRect(cell).center());
 }
 
+void doubleClickCell(QTableView &table, const QModelIndex &cell)
+{
+    clickCell(table, cell);
+    QTest::mouseDClick(table.viewport(), Qt::LeftButton, {}, table.visualRect(cell).center());
+}
+
 void clickHeader(QTableView &table, int column)
 {
     settle();
@@ -90,6 +96,40 @@ void type(QWidget &widget, QChar character)
 {
     require(widget.hasFocus(), widget.objectName() + u": does not have the focus"_s);
     QTest::sendKeyEvent(QTest::Click, &widget, Qt::Key_unknown, QString(character), Qt::NoModifier);
+}
+
+void fill(QWidget &field, const QString &text)
+{
+    press(field, Qt::Key_A, Qt::ControlModifier);
+    typeInto(*field.window(), text);
+}
+
+void typeInto(const QWidget &window, const QString &text)
+{
+    QWidget *focused = window.focusWidget();
+    require(focused != nullptr, u"nothing has the focus"_s);
+    for (const QChar character : text)
+        type(*focused, character);
+}
+
+QDialog &openWindow(const QString &objectName)
+{
+    settle();
+    for (QWidget *window : QApplication::topLevelWidgets())
+        if (auto *dialog = qobject_cast<QDialog *>(window);
+            dialog && dialog->isVisible() && dialog->objectName() == objectName) {
+            activate(*dialog);
+            return *dialog;
+        }
+    throw TourFailure(objectName + u": is not open"_s);
+}
+
+QMenu &openPopup()
+{
+    settle();
+    auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    require(menu != nullptr, u"no menu is open"_s);
+    return *menu;
 }
 
 QMenu &openMenu(const QMainWindow &window, const QString &title)

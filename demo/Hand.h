@@ -34,6 +34,7 @@ void activate(QWidget &window);
 void click(QWidget &widget);
 /// Clicks the cell, which is brought into sight first.
 void clickCell(QTableView &table, const QModelIndex &cell);
+void doubleClickCell(QTableView &table, const QModelIndex &cell);
 void clickHeader(QTableView &table, int column);
 
 /// Puts the keyboard focus on the widget, then strikes the key.
@@ -43,6 +44,15 @@ void shortcut(QWidget &window, Qt::Key key, Qt::KeyboardModifiers modifiers);
 /// Types one character.
 void type(QWidget &widget, QChar character);
 
+/// Types the text over the one that the field holds.
+void fill(QWidget &field, const QString &text);
+/// Types the text wherever the focus is in the window.
+void typeInto(const QWidget &window, const QString &text);
+
+/// The window of this object name that the program has open.
+QDialog &openWindow(const QString &objectName);
+/// The menu that is open.
+QMenu &openPopup();
 /// Opens the menu of the menu bar that has this title.
 QMenu &openMenu(const QMainWindow &window, const QString &title);
 /// Clicks the open menu's entry of this text.

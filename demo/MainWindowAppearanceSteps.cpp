@@ -1,16 +1,13 @@
 #include "MainWindowAppearanceSteps.h"
 
+#include "Desktop.h"
 #include "ExpectedList.h"
 #include "Hand.h"
 #include "MainWindowHandle.h"
 #include "Stage.h"
 #include "model/TaskManager.h"
-#include "platform/NotificationCenter.h"
-#include "platform/Preferences.h"
 
-#include <QApplication>
 #include <QTableView>
-#include <QTest>
 
 #include <cmath>
 
@@ -40,24 +37,13 @@ bool looksLike(const QColor &painted, const Color &color)
 
 MainWindowAppearanceSteps::MainWindowAppearanceSteps(Stage &tourStage, const MainWindowHandle &mainWindow,
                                                      const ExpectedList &expectedList,
-                                                     const QString &filePath,
-                                                     NotificationCenter &systemNotices)
+                                                     const QString &filePath, Desktop &userDesktop)
     : stage(tourStage)
     , main(mainWindow)
     , expected(expectedList)
     , taskListPath(filePath)
-    , desktopNotices(systemNotices)
+    , desktop(userDesktop)
 {
-}
-
-void MainWindowAppearanceSteps::switchTo(const QString &appearance)
-{
-    Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, appearance);
-    desktopNotices.post(notice::appearanceChanged);
-    const auto paletteHasArrived = [this] {
-        return main.table.palette().color(QPalette::Base) == QApplication::palette().color(QPalette::Base);
-    };
-    stage.check(QTest::qWaitFor(paletteHasArrived), u"the window takes the program's palette"_s);
 }
 
 void MainWindowAppearanceSteps::checkColors(bool dark)
@@ -94,7 +80,7 @@ void MainWindowAppearanceSteps::switchToDarkAndBack()
     stage.step(u"The desktop turns dark, and light again"_s);
     main.showView(TaskView::GlobalAll);
     const QStringList before = main.taskNames();
-    switchTo(u"Dark"_s);
+    desktop.switchTo(u"Dark"_s, main.table);
     stage.same(main.taskNames(), before, u"the tasks in the dark"_s);
     checkColors(true);
     stage.picture(main.window, u"dark"_s);
@@ -108,7 +94,7 @@ void MainWindowAppearanceSteps::switchToDarkAndBack()
     stage.same(main.taskNames(), before, u"the order after moving down and up"_s);
     checkColors(true);
 
-    switchTo(u"Light"_s);
+    desktop.switchTo(u"Light"_s, main.table);
     stage.same(main.taskNames(), before, u"the tasks in the light"_s);
     checkColors(false);
     stage.picture(main.window, u"light-again"_s);

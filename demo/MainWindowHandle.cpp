@@ -22,6 +22,7 @@ MainWindowHandle::MainWindowHandle(QMainWindow &mainWindow)
     , closeButton(hand::child<QToolButton>(window, u"closeButton"_s))
     , upperButton(hand::child<QToolButton>(window, u"upperButton"_s))
     , downerButton(hand::child<QToolButton>(window, u"downerButton"_s))
+    , shareButton(hand::child<QToolButton>(window, u"shareButton"_s))
 {
 }
 

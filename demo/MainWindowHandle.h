@@ -26,6 +26,7 @@ public:
     QToolButton &closeButton;
     QToolButton &upperButton;
     QToolButton &downerButton;
+    QToolButton &shareButton;
 
     /// The column under this title.
     int column(const QString &title) const;

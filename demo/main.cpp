@@ -1,3 +1,5 @@
+#include "ContactSteps.h"
+#include "Desktop.h"
 #include "ExpectedList.h"
 #include "MainWindowAppearanceSteps.h"
 #include "MainWindowCommandSteps.h"
@@ -6,6 +8,7 @@
 #include "MainWindowListSteps.h"
 #include "ScratchHome.h"
 #include "Stage.h"
+#include "TaskFormSteps.h"
 #include "TourFailure.h"
 #include "app/Palettes.h"
 #include "mainwindow/Screens.h"
@@ -19,6 +22,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QPixmapCache>
 #include <QStyleFactory>
 
 #include <cstdio>
@@ -41,6 +45,7 @@ static void giveTour(Stage &stage, const QString &taskListPath, QDate today)
     NotificationCenter notices;
     NotificationCenter systemNotices;
     const auto followPalette = [] {
+        QPixmapCache::clear(); // it holds disabled icons in the shades of the palette they were made for
         QApplication::setPalette(isDarkMode() ? palettes::dark() : palettes::light());
     };
     systemNotices.observe(notice::appearanceChanged, qApp, followPalette);
@@ -48,6 +53,7 @@ static void giveTour(Stage &stage, const QString &taskListPath, QDate today)
 
     ColorPanel colorPanel;
     Screens screens({TaskManager::shared(), notices, systemNotices, colorPanel, folders::data()});
+    Desktop desktop(systemNotices);
     ExpectedList expected(taskListPath, today);
     MainWindowFileSteps fileSteps(stage, expected);
     {
@@ -70,7 +76,18 @@ static void giveTour(Stage &stage, const QString &taskListPath, QDate today)
         commandSteps.cloneTask();
         commandSteps.closeTask();
 
-        MainWindowAppearanceSteps(stage, main, expected, taskListPath, systemNotices).switchToDarkAndBack();
+        const QString client = u"Gärtnerei Öz & Töchter"_s;
+        const QString teamMember = u"Aoife Brennan"_s;
+        ContactSteps contactSteps(stage, main, desktop);
+        contactSteps.addClient(client, u"+49 30 5550 123"_s);
+        contactSteps.addTeamMember(teamMember, u"0151 / 555-0142"_s);
+
+        TaskFormSteps formSteps(stage, main, expected, desktop, today);
+        formSteps.addTask(client, teamMember);
+        formSteps.editTask();
+        formSteps.shareTask(folders::documents() + u"/shared task.txt"_s);
+
+        MainWindowAppearanceSteps(stage, main, expected, taskListPath, desktop).switchToDarkAndBack();
         fileSteps.closeWindow(main, taskListPath);
     }
     TaskManager manager(Preferences::standard());

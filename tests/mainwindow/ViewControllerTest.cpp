@@ -4,8 +4,8 @@
 #include "support/ScratchHome.h"
 
 #include <QComboBox>
-#include <QHeaderView>
 #include <QDialog>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>

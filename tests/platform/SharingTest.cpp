@@ -51,8 +51,8 @@ void SharingTest::mailIsHandedToTheMailProgram_data()
     QTest::addColumn<QByteArray>("program");
     QTest::addColumn<QString>("failure");
     QTest::newRow("opens") << QByteArray("printf %s \"$1\" > \"${0%/*}/address\"") << QString();
-    QTest::newRow("finds no mail program") << QByteArray("echo no method available >&2; exit 3")
-                                           << u"no method available"_s;
+    QTest::newRow("finds no mail program")
+        << QByteArray("echo no method available >&2; exit 3") << u"no method available"_s;
     QTest::newRow("is not there") << QByteArray() << u"xdg-email"_s;
 }
 
