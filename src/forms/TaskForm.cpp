@@ -8,6 +8,7 @@
 #include "ui_TaskFields.h"
 
 #include <QCompleter>
+#include <QLineEdit>
 #include <QShowEvent>
 #include <QStringListModel>
 
@@ -133,6 +134,7 @@ void TaskForm::showText(QComboBox &box, const QString &text)
 {
     box.setCurrentIndex(box.findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive));
     box.setEditText(text);
+    box.lineEdit()->home(false); // a long name is read from its beginning
 }
 
 void TaskForm::acceptColor(const QObject &sender)

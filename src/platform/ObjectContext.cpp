@@ -89,13 +89,18 @@ std::deque<ObjectContext::Record> ObjectContext::read(const Entity &entity) cons
     if (!query.exec(u"SELECT id, %1 FROM \"%2\" ORDER BY id"_s.arg(columns(entity, {}), entity.name)))
         return {};
     std::deque<Record> records;
+    const int attributes = int(entity.attributes.size());
     while (query.next()) {
         Record &record = records.emplace_back(Record{.id = query.value(0).toLongLong()});
-        for (int column = 1; column <= int(entity.attributes.size()); ++column)
-            record.values.push_back(query.isNull(column) ? std::nullopt
-                                                         : std::optional(query.value(column).toString()));
+        record.values.reserve(size_t(attributes));
+        for (int column = 1; column <= attributes; ++column) {
+            const QVariant value = query.value(column);
+            record.values.push_back(value.isNull() ? std::nullopt : std::optional(value.toString()));
+        }
     }
-    return query.lastError().isValid() ? std::deque<Record>() : records;
+    if (query.lastError().isValid())
+        records.clear();
+    return records;
 }
 
 void ObjectContext::deleteObject(const ManagedObject &object)
