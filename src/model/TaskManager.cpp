@@ -112,6 +112,11 @@ task TaskManager::selectedTask() const
 {
     if (const TaskList &list = workingList(); isSelectedIn(list))
         return *list[selected];
+    return blankTask();
+}
+
+task TaskManager::blankTask() const
+{
     task blank;
     blank.date = blank.due = Calendar::now();
     blank.client = blank.teamMember = u"UnAssigned"_s;

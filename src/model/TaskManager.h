@@ -55,6 +55,8 @@ public:
     qint64 selectTaskByKey(const QString &key);
     /// A copy of the selected task, or a blank one.
     task selectedTask() const;
+    /// What stands for a task where there is none: of today, at the default times, for nobody.
+    task blankTask() const;
     void deleteSelectedTask();
     void hideSelectedTask();
     void unhideSelectedTask();

@@ -2,6 +2,13 @@
 
 #include "platform/Diagnostics.h"
 
+void appendItem(QByteArray &line, const task &entry)
+{
+    diagnostics::appendItem(line, entry.key);
+    line += ' ';
+    diagnostics::appendItem(line, entry.name);
+}
+
 void appendItem(QByteArray &line, const TaskList &tasks)
 {
     QList<QStringView> keys;

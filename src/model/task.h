@@ -66,5 +66,7 @@ inline constexpr qint64 closed = 1;
 inline const QString closedName = QStringLiteral("Closed");
 } // namespace taskStatus
 
+/// In a diagnostic line, a task is written as its key and name.
+void appendItem(QByteArray &line, const task &entry);
 /// In a diagnostic line, a list of tasks is written as the tasks' keys in brackets.
 void appendItem(QByteArray &line, const TaskList &tasks);

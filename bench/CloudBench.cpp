@@ -1,0 +1,202 @@
+#include "SampleTasks.h"
+
+#include "cloud/CloudSync.h"
+#include "cloud/TaskRecord.h"
+#include "mainwindow/TaskListFile.h"
+#include "model/TaskManager.h"
+#include "platform/Diagnostics.h"
+#include "platform/MainThreadQueue.h"
+#include "platform/NotificationCenter.h"
+#include "platform/Preferences.h"
+#include "platform/SqlCloudContainer.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <benchmark/benchmark.h>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+// Against the embedded database, or the server that QUORVANE_BENCH_CLOUD names; bench/README.md tells how.
+
+namespace {
+
+/// A database of its own for each run; a server's is emptied.
+class BenchCloud
+{
+    QTemporaryDir folder; // first: the home is made from it
+
+public:
+    BenchCloud()
+        : home(CloudHome::read(accountFile(), folder.path()))
+    {
+        CloudConnection connection(home, taskRecordType());
+        if (!connection.open())
+            qFatal("%s", qPrintable(connection.problem()));
+        const auto records = std::get<std::vector<CloudRecord>>(connection.find({taskRecordType().name}));
+        connection.begin();
+        for (const CloudRecord &record : records)
+            connection.remove(record.recordID());
+        connection.commit();
+    }
+
+    CloudHome home;
+
+private:
+    QString accountFile()
+    {
+        const QByteArray url = qgetenv("QUORVANE_BENCH_CLOUD");
+        const QString path = folder.filePath(u"cloud.ini"_s);
+        QSettings(path, QSettings::IniFormat).setValue(u"url"_s, QString::fromUtf8(url));
+        return url.isEmpty() ? QString() : path;
+    }
+};
+
+/// The longest time that the event loop did not get round to a timer.
+class StopWatch
+{
+public:
+    StopWatch()
+    {
+        QObject::connect(&timer, &QTimer::timeout, &timer,
+                         [this] { longest = std::max(longest, sinceLast.restart()); });
+        sinceLast.start();
+        timer.start(0ms);
+    }
+
+    void countIn(benchmark::State &state)
+    {
+        state.counters["longest_stop_ms"] =
+            std::max(state.counters["longest_stop_ms"].value, double(std::max(longest, sinceLast.elapsed())));
+    }
+
+private:
+    QTimer timer;
+    QElapsedTimer sinceLast;
+    qint64 longest = 0;
+};
+
+class Program
+{
+public:
+    Program(const CloudHome &home, qint64 tasks)
+        : container(home, taskRecordType())
+    {
+        TaskListFile(manager, QString(), QString()).parseFile(QString::fromUtf8(sampleText(tasks)));
+        notices.observe(notice::update, &notices, [this] { ++updates; });
+        notices.observe(notice::reload, &notices, [this] { ++reloads; });
+    }
+
+    /// Copies and waits for the last answer; a task that is new to the cloud has two account checks.
+    void copy(qint64 expectedUpdates)
+    {
+        updates = 0;
+        sync.syncAllToCloud();
+        while (updates < expectedUpdates)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        while (!container.finish(0ms)) // the saves that the last answers led to
+            QCoreApplication::processEvents();
+    }
+
+    void update()
+    {
+        reloads = 0;
+        sync.updateFromCloud();
+        while (reloads == 0)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+
+    Preferences preferences{u"/nonexistent/preferences.ini"_s};
+    TaskManager manager{preferences};
+    NotificationCenter notices;
+    MainThreadQueue mainThread;
+    SqlCloudContainer container;
+    CloudSync sync{manager, notices, container, mainThread};
+    qint64 updates = 0;
+    int reloads = 0;
+};
+
+void copyToEmptyCloud(benchmark::State &state)
+{
+    for (auto _ : state) {
+        state.PauseTiming();
+        const BenchCloud cloud;
+        Program program(cloud.home, state.range(0));
+        state.ResumeTiming();
+        StopWatch watch;
+        program.copy(2 * state.range(0));
+        watch.countIn(state);
+    }
+}
+BENCHMARK(copyToEmptyCloud)->Arg(10'000)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(3);
+
+void copyToFullCloud(benchmark::State &state)
+{
+    const BenchCloud cloud;
+    Program program(cloud.home, state.range(0));
+    program.copy(2 * state.range(0));
+    for (auto _ : state) {
+        StopWatch watch;
+        program.copy(state.range(0));
+        watch.countIn(state);
+    }
+}
+BENCHMARK(copyToFullCloud)->Arg(10'000)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(3);
+
+/// The same statements in one transaction each.
+void copyYardstick(benchmark::State &state)
+{
+    const bool isFull = state.range(1) != 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        const BenchCloud cloud;
+        const Program program(cloud.home, state.range(0));
+        CloudConnection connection(cloud.home, taskRecordType());
+        connection.open();
+        const auto copy = [&] {
+            connection.begin();
+            for (const SharedTask &entry : program.manager.tasks) {
+                const auto found =
+                    std::get<std::vector<CloudRecord>>(connection.find({taskRecordType().name, entry->key}));
+                CloudRecord record = found.empty() ? newTaskRecord() : found.front();
+                fillRecord(record, *entry, found.empty());
+                connection.save(record);
+            }
+            connection.commit();
+        };
+        if (isFull)
+            copy();
+        state.ResumeTiming();
+        copy();
+    }
+}
+BENCHMARK(copyYardstick)
+    ->Args({10'000, 0})
+    ->Args({10'000, 1})
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime()
+    ->Iterations(3);
+
+void updateFromCloud(benchmark::State &state)
+{
+    const BenchCloud cloud;
+    Program program(cloud.home, state.range(0));
+    program.copy(2 * state.range(0));
+    for (auto _ : state) {
+        StopWatch watch;
+        program.update();
+        watch.countIn(state);
+    }
+}
+BENCHMARK(updateFromCloud)
+    ->Arg(10'000)
+    ->Arg(20'000)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime()
+    ->Iterations(5);
+
+} // namespace

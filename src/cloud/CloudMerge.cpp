@@ -1,0 +1,67 @@
+#include "cloud/CloudMerge.h"
+
+#include "cloud/TaskRecord.h"
+#include "model/TaskManager.h"
+#include "platform/Diagnostics.h"
+
+CloudMerge::CloudMerge(TaskManager &taskManager, std::vector<CloudRecord> fetched)
+    : manager(taskManager)
+    , records(std::move(fetched))
+{
+}
+
+bool CloudMerge::mergeSome()
+{
+    constexpr size_t some = 50;
+    // Between two calls the user may have changed the list, or begun a search.
+    if (next == 0 || !workingList().isSharedWith(seen))
+        findKeys();
+    seen.clear(); // or every change would copy the list
+    for (const size_t end = std::min(next + some, records.size()); next < end; ++next)
+        merge(records[next]);
+    seen = workingList();
+    return next < records.size();
+}
+
+const TaskList &CloudMerge::workingList() const
+{
+    return manager.isSearching ? manager.backupTasks : manager.tasks;
+}
+
+void CloudMerge::findKeys()
+{
+    const TaskList &list = workingList();
+    lastOfKey.clear();
+    lastOfKey.reserve(list.size());
+    for (qsizetype index = 0; index < list.size(); ++index)
+        lastOfKey.insert(list[index]->key, index);
+}
+
+qint64 CloudMerge::selectTask(const QString &key)
+{
+    // As TaskManager::selectTaskByKey, without a walk through the list for every record.
+    return manager.selected = lastOfKey.value(key, -1);
+}
+
+void CloudMerge::merge(const CloudRecord &record)
+{
+    const task fetched = taskOfRecord(record, manager.blankTask());
+    diagnostics::line("Selected:", selectTask(fetched.key));
+    if (manager.selected < 0) {
+        const QString key = manager.addTask(
+            fetched.key, fetched.date, fetched.name, fetched.desc, fetched.color, fetched.due, fetched.status,
+            fetched.priority, fetched.statusName, fetched.priorityName, fetched.hidden, fetched.startHour,
+            fetched.startMin, fetched.endHour, fetched.endMin, fetched.client, fetched.teamMember);
+        lastOfKey.insert(key, workingList().size() - 1);
+        return;
+    }
+    manager.editSelectedTask(fetched.date, fetched.name, fetched.desc, fetched.color, fetched.due,
+                             fetched.status, fetched.priority, fetched.statusName, fetched.priorityName,
+                             fetched.startHour, fetched.startMin, fetched.endHour, fetched.endMin,
+                             fetched.client, fetched.teamMember);
+    if (fetched.hidden)
+        manager.hideSelectedTask();
+    else
+        manager.unhideSelectedTask();
+    diagnostics::line("Selected Task:", manager.selectedTask());
+}

@@ -1,0 +1,288 @@
+#include "platform/CloudConnection.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QUuid>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int recordsAtOnce = 1000;
+
+using Value = CloudRecordType::Value;
+
+/// The value of a column as the field's type, or as what the database holds instead.
+CloudValue valueOf(const QVariant &column, Value expected)
+{
+    switch (column.typeId()) {
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong: // what the PostgreSQL driver makes of a bigint without a sign
+        return expected == Value::Moment ? CloudValue(Instant(std::chrono::milliseconds(column.toLongLong())))
+                                         : CloudValue(column.toLongLong());
+    case QMetaType::Double:
+        return column.toDouble();
+    default:
+        return column.toString();
+    }
+}
+
+QVariant columnOf(const std::optional<CloudValue> &value)
+{
+    if (!value)
+        return {};
+    if (const auto *text = std::get_if<QString>(&*value))
+        return text->isNull() ? u""_s : *text;
+    if (const auto *moment = std::get_if<Instant>(&*value))
+        return qint64(moment->time_since_epoch().count());
+    if (const auto *real = std::get_if<double>(&*value))
+        return *real;
+    return std::get<qint64>(*value);
+}
+
+CloudError errorOf(const QSqlQuery &query)
+{
+    return {query.lastError().text()};
+}
+
+} // namespace
+
+CloudConnection::CloudConnection(CloudHome cloudHome, const CloudRecordType &recordType)
+    : home(std::move(cloudHome))
+    , type(recordType)
+    , name(u"cloud "_s + QUuid::createUuid().toString(QUuid::WithoutBraces))
+{
+}
+
+CloudConnection::~CloudConnection()
+{
+    close();
+}
+
+QSqlDatabase CloudConnection::database() const
+{
+    return QSqlDatabase::database(name, false);
+}
+
+bool CloudConnection::open()
+{
+    if (statements)
+        return true;
+    openProblem.clear();
+    const bool isOpen = home.kind == CloudHome::Kind::Embedded     ? openEmbedded()
+                        : home.kind == CloudHome::Kind::PostgreSql ? openOnServer()
+                        : home.kind == CloudHome::Kind::SignedOut
+                            ? fail(CloudAccount::NoAccount, u"signed out"_s)
+                            : fail(CloudAccount::CouldNotDetermine, home.problem);
+    if (!isOpen)
+        close();
+    return isOpen;
+}
+
+bool CloudConnection::fail(CloudAccount account, const QString &problem)
+{
+    state = account;
+    openProblem = problem;
+    return false;
+}
+
+void CloudConnection::close()
+{
+    statements.reset();
+    if (QSqlDatabase::contains(name)) {
+        database().close();
+        QSqlDatabase::removeDatabase(name);
+    }
+}
+
+bool CloudConnection::openEmbedded()
+{
+    QSqlDatabase connection = QSqlDatabase::addDatabase(u"QSQLITE"_s, name);
+    connection.setDatabaseName(home.file);
+    connection.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=5000"_s); // milliseconds
+    QDir().mkpath(QFileInfo(home.file).path());
+    if (!connection.open() || !createTable() || !prepare())
+        return fail(CloudAccount::CouldNotDetermine, connection.lastError().text());
+    state = CloudAccount::Available;
+    return true;
+}
+
+bool CloudConnection::createTable()
+{
+    QStringList columns;
+    for (const CloudRecordType::Field &field : type.fields)
+        columns.append(u", \"%1\" %2"_s.arg(field.name, field.value == Value::Text   ? u"TEXT"_s
+                                                        : field.value == Value::Real ? u"REAL"_s
+                                                                                     : u"INTEGER"_s));
+    return run(u"CREATE TABLE IF NOT EXISTS \"%1\" (seq INTEGER PRIMARY KEY AUTOINCREMENT, "
+               "record_name TEXT NOT NULL UNIQUE%2)"_s.arg(type.name, columns.join(QString()))) &&
+           run(u"CREATE INDEX IF NOT EXISTS \"%1_key\" ON \"%1\" (\"key\")"_s.arg(type.name));
+}
+
+bool CloudConnection::openOnServer()
+{
+    QSqlDatabase connection = QSqlDatabase::addDatabase(u"QPSQL"_s, name);
+    connection.setHostName(home.host);
+    connection.setUserName(home.user);
+    connection.setDatabaseName(home.database);
+    if (home.port > 0)
+        connection.setPort(home.port);
+    // Seconds, and milliseconds for the last one: a server that has gone away is noticed.
+    connection.setConnectOptions(
+        u"sslmode=%1;connect_timeout=5;keepalives_idle=10;keepalives_interval=5;keepalives_count=3;"
+        "tcp_user_timeout=20000;application_name=quorvane"_s.arg(home.sslMode));
+    if (!connection.open()) {
+        // libpq tells refused credentials by their text only.
+        const QString problem = connection.lastError().text();
+        static const QStringList refusals{u"authentication failed"_s, u"no password supplied"_s,
+                                          u"does not exist"_s, u"no pg_hba.conf entry"_s,
+                                          u"is not permitted to log in"_s};
+        const bool isRefused =
+            std::ranges::any_of(refusals, [&](const QString &refusal) { return problem.contains(refusal); });
+        return fail(isRefused && !problem.contains(u"database \"") ? CloudAccount::NoAccount
+                                                                   : CloudAccount::CouldNotDetermine,
+                    problem);
+    }
+    // The planner knows nothing yet of a table that has just been filled, and would walk it for every key.
+    run(u"SET enable_seqscan = off"_s);
+    if (!prepare() || !hasRights())
+        return fail(CloudAccount::Restricted, connection.lastError().text());
+    state = CloudAccount::Available;
+    return true;
+}
+
+bool CloudConnection::hasRights() const
+{
+    QSqlQuery query(database());
+    return query.exec(
+               u"SELECT has_table_privilege('\"%1\"', 'SELECT') AND has_table_privilege('\"%1\"', 'INSERT') "
+               "AND has_table_privilege('\"%1\"', 'UPDATE') AND has_table_privilege('\"%1\"', 'DELETE')"_s
+                   .arg(type.name)) &&
+           query.next() && query.value(0).toBool();
+}
+
+bool CloudConnection::prepare()
+{
+    QStringList columns;
+    QStringList places;
+    QStringList changes;
+    for (const CloudRecordType::Field &field : type.fields) {
+        columns.append(u", \"%1\""_s.arg(field.name));
+        places.append(u", ?"_s);
+        changes.append(u"\"%1\" = ?"_s.arg(field.name));
+    }
+    const QString list = columns.join(QString());
+    const auto prepared = [&](QSqlQuery &query, const QString &sql) {
+        query = QSqlQuery(database());
+        query.setForwardOnly(true);
+        return query.prepare(sql);
+    };
+    statements = std::make_unique<Statements>();
+    const bool isPrepared =
+        prepared(statements->all,
+                 u"SELECT seq, record_name%1 FROM \"%2\" WHERE seq > ? ORDER BY seq LIMIT %3"_s.arg(
+                     list, type.name, QString::number(recordsAtOnce))) &&
+        prepared(statements->byKey,
+                 u"SELECT seq, record_name%1 FROM \"%2\" WHERE \"key\" = ?"_s.arg(list, type.name)) &&
+        prepared(statements->insert, u"INSERT INTO \"%1\" (record_name%2) VALUES (?%3)"_s.arg(
+                                         type.name, list, places.join(QString()))) &&
+        prepared(statements->update,
+                 u"UPDATE \"%1\" SET %2 WHERE record_name = ?"_s.arg(type.name, changes.join(u", "_s))) &&
+        prepared(statements->remove, u"DELETE FROM \"%1\" WHERE record_name = ?"_s.arg(type.name));
+    return isPrepared;
+}
+
+bool CloudConnection::run(const QString &sql) const
+{
+    return QSqlQuery(database()).exec(sql);
+}
+
+bool CloudConnection::isAlive()
+{
+    return statements && run(u"SELECT 1"_s);
+}
+
+CloudAccount CloudConnection::account()
+{
+    if (statements && home.kind == CloudHome::Kind::PostgreSql && !std::exchange(isStateCurrent, true))
+        state = hasRights() ? CloudAccount::Available : CloudAccount::Restricted;
+    return state;
+}
+
+bool CloudConnection::begin()
+{
+    isStateCurrent = false;
+    // SQLite would refuse to turn a transaction that has read into one that writes while another writes.
+    return run(home.kind == CloudHome::Kind::Embedded ? u"BEGIN IMMEDIATE"_s : u"BEGIN"_s);
+}
+
+bool CloudConnection::commit()
+{
+    return run(u"COMMIT"_s);
+}
+
+void CloudConnection::rollback()
+{
+    run(u"ROLLBACK"_s);
+}
+
+CloudAnswer<std::vector<CloudRecord>> CloudConnection::find(const CloudQuery &query)
+{
+    std::vector<CloudRecord> records;
+    QSqlQuery &statement = query.key ? statements->byKey : statements->all;
+    qint64 last = 0;
+    size_t before = 0;
+    do {
+        before = records.size();
+        statement.bindValue(0, query.key ? columnOf(*query.key) : QVariant(last));
+        if (!statement.exec())
+            return errorOf(statement);
+        while (statement.next()) {
+            last = statement.value(0).toLongLong();
+            records.push_back(recordOf(statement));
+        }
+        if (statement.lastError().isValid())
+            return errorOf(statement);
+        statement.finish();
+    } while (!query.key && records.size() - before == size_t(recordsAtOnce));
+    return records;
+}
+
+CloudRecord CloudConnection::recordOf(const QSqlQuery &query) const
+{
+    CloudRecord record(type.name, {query.value(1).toString()});
+    record.isFetched = true;
+    int column = 2;
+    for (const CloudRecordType::Field &field : type.fields) {
+        if (const QVariant value = query.value(column++); !value.isNull())
+            record.setValue(field.name, valueOf(value, field.value));
+    }
+    return record;
+}
+
+CloudAnswer<CloudRecord> CloudConnection::save(const CloudRecord &record)
+{
+    QSqlQuery &statement = record.isFetched ? statements->update : statements->insert;
+    int place = 0;
+    if (!record.isFetched)
+        statement.bindValue(place++, record.recordID().recordName);
+    for (const CloudRecordType::Field &field : type.fields)
+        statement.bindValue(place++, columnOf(record.value(field.name)));
+    if (record.isFetched)
+        statement.bindValue(place, record.recordID().recordName);
+    if (!statement.exec())
+        return errorOf(statement);
+    if (statement.numRowsAffected() != 1)
+        return CloudError{u"the record is no longer there"_s};
+    return record;
+}
+
+CloudAnswer<CloudRecordID> CloudConnection::remove(const CloudRecordID &id)
+{
+    statements->remove.bindValue(0, id.recordName);
+    if (!statements->remove.exec())
+        return errorOf(statements->remove);
+    return id;
+}

@@ -1,0 +1,47 @@
+#include "platform/CloudDatabase.h"
+
+#include "platform/Diagnostics.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+std::optional<CloudValue> CloudRecord::value(const QString &field) const
+{
+    const auto found = std::ranges::find(values, field, &std::pair<QString, CloudValue>::first);
+    return found == values.cend() ? std::nullopt : std::optional(found->second);
+}
+
+void CloudRecord::setValue(const QString &field, CloudValue value)
+{
+    const auto found = std::ranges::find(values, field, &std::pair<QString, CloudValue>::first);
+    if (found == values.cend())
+        values.emplace_back(field, std::move(value));
+    else
+        found->second = std::move(value);
+}
+
+static void appendValue(QByteArray &line, const CloudValue &value)
+{
+    if (const auto *text = std::get_if<QString>(&value))
+        diagnostics::appendItem(line, *text);
+    else if (const auto *number = std::get_if<qint64>(&value))
+        diagnostics::appendItem(line, *number);
+    else if (const auto *real = std::get_if<double>(&value))
+        line += QByteArray::number(*real, 'g', QLocale::FloatingPointShortest);
+    else
+        appendItem(line, std::get<Instant>(value));
+}
+
+void appendItem(QByteArray &line, const CloudRecord &record)
+{
+    diagnostics::appendItem(line, record.recordType());
+    line += ' ';
+    diagnostics::appendItem(line, record.recordID().recordName);
+    for (const auto &[field, value] : record.fields()) {
+        line += ' ';
+        diagnostics::appendItem(line, field);
+        line += '=';
+        appendValue(line, value);
+    }
+}

@@ -1,0 +1,134 @@
+#include "support/PostgresServer.h"
+
+#include "support/ScratchHome.h"
+
+#include <QDir>
+#include <QStandardPaths>
+#include <QTcpServer>
+#include <QTest>
+
+#include <csignal>
+#include <pwd.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Debian keeps the server's programs in a folder of their version.
+QString toolPath(const QString &tool)
+{
+    const QDir versions(u"/usr/lib/postgresql"_s);
+    for (const QString &version :
+         versions.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::Reversed))
+        if (const QString path = versions.filePath(version + u"/bin/"_s + tool);
+            QFileInfo(path).isExecutable())
+            return path;
+    qFatal("%s: not installed", qPrintable(tool));
+}
+
+/// The server refuses to run as root; then it runs as the user that its package made for it.
+void runUnprivileged(QProcess &process)
+{
+    const passwd *user = ::geteuid() == 0 ? ::getpwnam("postgres") : nullptr;
+    if (!user)
+        return;
+    process.setChildProcessModifier([uid = user->pw_uid, gid = user->pw_gid] {
+        if (::setgid(gid) != 0 || ::setuid(uid) != 0)
+            ::_exit(EXIT_FAILURE);
+    });
+}
+
+int freePort()
+{
+    QTcpServer probe;
+    probe.listen(QHostAddress::LocalHost);
+    return probe.serverPort();
+}
+
+} // namespace
+
+PostgresServer::PostgresServer()
+    : serverPort(freePort())
+{
+    if (const passwd *user = ::geteuid() == 0 ? ::getpwnam("postgres") : nullptr)
+        if (::chown(folder.path().toUtf8().constData(), user->pw_uid, user->pw_gid) != 0)
+            qFatal("the server's folder cannot be given to it");
+    writeTo(folder.filePath(u"password"_s), "admin");
+    QFile::setPermissions(folder.filePath(u"password"_s),
+                          QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther);
+    runTool(u"initdb"_s, {u"--pgdata="_s + folder.filePath(u"data"_s), u"--username=admin"_s,
+                          u"--auth=scram-sha-256"_s, u"--pwfile="_s + folder.filePath(u"password"_s),
+                          u"--encoding=UTF8"_s, u"--locale=C"_s, u"--no-sync"_s});
+    start();
+    run(u"admin"_s, u"CREATE DATABASE planner"_s);
+}
+
+PostgresServer::~PostgresServer()
+{
+    stop();
+}
+
+void PostgresServer::runTool(const QString &tool, const QStringList &arguments) const
+{
+    QProcess process;
+    runUnprivileged(process);
+    process.start(toolPath(tool), arguments);
+    if (!process.waitForFinished() || process.exitCode() != 0)
+        qFatal("%s: %s", qPrintable(tool), process.readAllStandardError().constData());
+}
+
+void PostgresServer::start()
+{
+    runUnprivileged(server);
+    server.start(toolPath(u"postgres"_s),
+                 {u"-D"_s, folder.filePath(u"data"_s), u"-p"_s, QString::number(serverPort), u"-h"_s,
+                  u"127.0.0.1"_s, u"-k"_s, folder.path()});
+    server.setStandardErrorFile(folder.filePath(u"log"_s));
+    const auto answers = [this] {
+        return run(u"admin"_s, u"SELECT 'ready'"_s) == u"ready";
+    };
+    if (!QTest::qWaitFor(answers, 20'000))
+        qFatal("the server does not start");
+}
+
+void PostgresServer::stop()
+{
+    if (server.state() == QProcess::NotRunning)
+        return;
+    ::kill(pid_t(server.processId()), SIGQUIT); // immediate shutdown, together with its processes
+    server.waitForFinished();
+}
+
+QString PostgresServer::psql(const QString &role, const QStringList &arguments) const
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"PGPASSWORD"_s, role);
+    process.setProcessEnvironment(environment);
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(toolPath(u"psql"_s),
+                  QStringList{u"--host=127.0.0.1"_s, u"--port="_s + QString::number(serverPort),
+                              u"--username="_s + role, u"--no-psqlrc"_s, u"--no-password"_s,
+                              u"--tuples-only"_s, u"--no-align"_s, u"--quiet"_s} +
+                      arguments);
+    process.waitForFinished();
+    return QString::fromUtf8(process.readAll()).trimmed();
+}
+
+QString PostgresServer::run(const QString &role, const QString &sql) const
+{
+    const QString database =
+        sql.startsWith(u"CREATE DATABASE") || sql == u"SELECT 'ready'" ? u"postgres"_s : u"planner"_s;
+    return psql(role, {u"--dbname="_s + database, u"--command="_s + sql});
+}
+
+QString PostgresServer::runFile(const QString &role, const QString &path) const
+{
+    return psql(role, {u"--dbname=planner"_s, u"--set=ON_ERROR_STOP=1"_s, u"--file="_s + path});
+}
+
+QString PostgresServer::url(const QString &role) const
+{
+    return u"postgresql://%1@127.0.0.1:%2/planner"_s.arg(role).arg(serverPort);
+}
