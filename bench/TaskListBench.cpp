@@ -1,5 +1,7 @@
 #include "SampleTasks.h"
 
+#include "cloud/CloudSync.h"
+#include "cloud/TaskRecord.h"
 #include "mainwindow/Screens.h"
 #include "mainwindow/TaskListFile.h"
 #include "mainwindow/ViewController.h"
@@ -7,8 +9,10 @@
 #include "platform/ColorWell.h"
 #include "platform/Diagnostics.h"
 #include "platform/FileDescriptor.h"
+#include "platform/MainThreadQueue.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
+#include "platform/SqlCloudContainer.h"
 #include "platform/TextFile.h"
 
 #include <QApplication>
@@ -128,7 +132,10 @@ void searchKeystroke(benchmark::State &state)
     manager.tasks = sampleTasks(state.range(0));
     ColorPanel colorPanel;
     Screens screens({manager, notices, systemNotices, colorPanel, folder.path()});
-    ViewController window(manager, notices, systemNotices, screens, QString(), folder.path());
+    SqlCloudContainer container({.kind = CloudHome::Kind::SignedOut}, taskRecordType());
+    MainThreadQueue cloudAnswers;
+    CloudSync cloud(manager, notices, container, cloudAnswers);
+    ViewController window(manager, notices, systemNotices, screens, cloud, QString(), folder.path());
     window.show();
     auto *field = window.findChild<QLineEdit *>(u"searchField"_s);
     auto *table = window.findChild<QTableView *>(u"tblView"_s);

@@ -11,14 +11,18 @@
 #include "TaskFormSteps.h"
 #include "TourFailure.h"
 #include "app/Palettes.h"
+#include "cloud/CloudSync.h"
+#include "cloud/TaskRecord.h"
 #include "mainwindow/Screens.h"
 #include "mainwindow/ViewController.h"
 #include "model/Appearance.h"
 #include "model/TaskManager.h"
 #include "platform/ColorWell.h"
 #include "platform/Folders.h"
+#include "platform/MainThreadQueue.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
+#include "platform/SqlCloudContainer.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -53,11 +57,14 @@ static void giveTour(Stage &stage, const QString &taskListPath, QDate today)
 
     ColorPanel colorPanel;
     Screens screens({TaskManager::shared(), notices, systemNotices, colorPanel, folders::data()});
+    SqlCloudContainer container({.kind = CloudHome::Kind::SignedOut}, taskRecordType());
+    MainThreadQueue cloudAnswers;
+    CloudSync cloud(TaskManager::shared(), notices, container, cloudAnswers);
     Desktop desktop(systemNotices);
     ExpectedList expected(taskListPath, today);
     MainWindowFileSteps fileSteps(stage, expected);
     {
-        ViewController window(TaskManager::shared(), notices, systemNotices, screens, folders::documents(),
+        ViewController window(TaskManager::shared(), notices, systemNotices, screens, cloud, folders::documents(),
                               folders::state());
         window.show();
         const MainWindowHandle main(window);
@@ -91,7 +98,7 @@ static void giveTour(Stage &stage, const QString &taskListPath, QDate today)
         fileSteps.closeWindow(main, taskListPath);
     }
     TaskManager manager(Preferences::standard());
-    ViewController window(manager, notices, systemNotices, screens, folders::documents(), folders::state());
+    ViewController window(manager, notices, systemNotices, screens, cloud, folders::documents(), folders::state());
     window.show();
     fileSteps.openAgain(MainWindowHandle(window));
 }

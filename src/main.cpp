@@ -1,5 +1,7 @@
 #include "app/AppDelegate.h"
 #include "app/Palettes.h"
+#include "cloud/CloudSync.h"
+#include "cloud/TaskRecord.h"
 #include "mainwindow/Screens.h"
 #include "mainwindow/ViewController.h"
 #include "model/Appearance.h"
@@ -8,9 +10,11 @@
 #include "platform/DesktopAppearance.h"
 #include "platform/Diagnostics.h"
 #include "platform/Folders.h"
+#include "platform/MainThreadQueue.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
 #include "platform/SingleInstance.h"
+#include "platform/SqlCloudContainer.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
@@ -19,7 +23,9 @@
 #include <QPixmapCache>
 #include <QStyleFactory>
 
+#include <chrono>
 #include <csignal>
+#include <cstdlib>
 
 using namespace Qt::StringLiterals;
 
@@ -67,10 +73,20 @@ int main(int argc, char **argv)
 
     ColorPanel colorPanel;
     Screens screens({TaskManager::shared(), notices, systemNotices, colorPanel, folders::data()});
-    ViewController window(TaskManager::shared(), notices, systemNotices, screens, folders::documents(),
+    const CloudHome cloudHome = CloudHome::read(folders::config() + u"/cloud.ini"_s, folders::data());
+    MainThreadQueue cloudAnswers;
+    SqlCloudContainer container(cloudHome, taskRecordType());
+    CloudSync cloud(TaskManager::shared(), notices, container, cloudAnswers);
+    ViewController window(TaskManager::shared(), notices, systemNotices, screens, cloud, folders::documents(),
                           folders::state());
     QObject::connect(&instance, &SingleInstance::activated, &window, &ViewController::bringToFront);
     window.show();
     delegate.applicationDidFinishLaunching();
-    return QApplication::exec();
+    const int result = QApplication::exec();
+    if (!container.finish(std::chrono::seconds(5))) {
+        // A server keeps the container's thread waiting; there is nothing to clean up that may not be left.
+        diagnostics::drain();
+        std::_Exit(result);
+    }
+    return result;
 }

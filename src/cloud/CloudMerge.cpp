@@ -17,10 +17,14 @@ bool CloudMerge::mergeSome()
     if (next == 0 || !workingList().isSharedWith(seen))
         findKeys();
     seen.clear(); // or every change would copy the list
+    const qint64 chosen = manager.selected;
     for (const size_t end = std::min(next + some, records.size()); next < end; ++next)
         merge(records[next]);
     seen = workingList();
-    return next < records.size();
+    if (next == records.size())
+        return false;
+    manager.selected = chosen; // until all is merged the user goes on with the task of their choice
+    return true;
 }
 
 const TaskList &CloudMerge::workingList() const

@@ -19,6 +19,7 @@ ViewControllerEdit::ViewControllerEdit(const TaskFormServices &formServices, con
                                        QWidget *parent)
     : TaskForm(formServices, edited.color, edited.date, edited.due, parent)
     , ui(std::make_unique<Ui::ViewControllerEdit>())
+    , editedKey(edited.key)
 {
     ui->setupUi(this);
     loadView(*ui->taskFields);
@@ -81,6 +82,7 @@ void ViewControllerEdit::btnEditTask_ClickWithSender(QObject *)
 void ViewControllerEdit::storeControls()
 {
     const task stored = taskOfControls();
+    manager.selectAgain(editedKey);
     manager.editSelectedTask(stored.date, stored.name, stored.desc, stored.color, stored.due, stored.status,
                              stored.priority, stored.statusName, stored.priorityName, stored.startHour,
                              stored.startMin, stored.endHour, stored.endMin, stored.client,
@@ -117,6 +119,7 @@ void ViewControllerEdit::SelectColorWell(QObject *sender)
 void ViewControllerEdit::ResetToOriginal(QObject *)
 {
     diagnostics::line("Reset");
+    manager.selectAgain(editedKey);
     const task stored = manager.selectedTask();
     showTask(stored);
     fields->color->setColor(stored.color);

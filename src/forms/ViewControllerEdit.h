@@ -37,5 +37,6 @@ private:
     void logDates() const;
 
     std::unique_ptr<Ui::ViewControllerEdit> ui;
+    QString editedKey;
     bool isRegistered = false;
 };

@@ -21,15 +21,16 @@ TaskButtons::TaskButtons(Ui::ViewController &window)
 
 void TaskButtons::disable()
 {
-    for (QAction *action : {ui.actionEdit, ui.actionHide, ui.actionShare, ui.actionClose, ui.actionClone})
+    for (QAction *action :
+         {ui.actionEdit, ui.actionDelete, ui.actionHide, ui.actionShare, ui.actionClose, ui.actionClone})
         action->setEnabled(false);
     ui.shareButton->setEnabled(false);
 }
 
 void TaskButtons::enable()
 {
-    for (QAction *action : {ui.actionEdit, ui.actionHide, ui.actionUp, ui.actionDown, ui.actionShare,
-                            ui.actionClose, ui.actionClone})
+    for (QAction *action : {ui.actionEdit, ui.actionDelete, ui.actionHide, ui.actionUp, ui.actionDown,
+                            ui.actionShare, ui.actionClose, ui.actionClone})
         action->setEnabled(true);
     ui.shareButton->setEnabled(true);
 }

@@ -1,6 +1,5 @@
 #include "mainwindow/ViewController.h"
 
-#include "app/Alert.h"
 #include "app/UIUtil.h"
 #include "mainwindow/Screens.h"
 #include "model/Appearance.h"
@@ -25,13 +24,15 @@ static std::unique_ptr<Ui::ViewController> setUpUi(QMainWindow &window)
 
 ViewController::ViewController(TaskManager &taskManager, NotificationCenter &applicationNotices,
                                NotificationCenter &desktopNotices, Screens &furtherScreens,
-                               const QString &documentsFolder, const QString &stateFolder)
+                               CloudSync &cloudSync, const QString &documentsFolder,
+                               const QString &stateFolder)
     : ui(setUpUi(*this))
     , taskButtons(*ui)
     , manager(taskManager)
     , notices(applicationNotices)
     , systemNotices(desktopNotices)
     , screens(furtherScreens)
+    , cloud(cloudSync)
     , taskListFile(taskManager, documentsFolder, stateFolder)
     , table(taskManager)
     , keptState(stateFolder)
@@ -69,6 +70,9 @@ void ViewController::connectActions()
     onTrigger(ui->actionDown, &ViewController::downer);
     onTrigger(ui->actionClone, &ViewController::cloneTask);
     onTrigger(ui->actionClose, &ViewController::closeTask);
+    onTrigger(ui->actionDelete, &ViewController::btnDeleteTask_ClickWithSender);
+    onTrigger(ui->actionCopyToCloud, &ViewController::UpdateToCloud);
+    onTrigger(ui->actionUpdateFromCloud, &ViewController::UpdateFromCoud);
     onTrigger(ui->actionShare, &ViewController::sharingTask);
     onTrigger(ui->actionGuide, &ViewController::addEnhancement);
     connectScreens();
@@ -215,88 +219,6 @@ void ViewController::search(QObject *)
     reloadTable();
     ui->tblView->selectRowOfKey(shownKey);
 }
-
-void ViewController::hideClicked(QObject *)
-{
-    if (manager.selected < 0) {
-        diagnostics::line(manager.selected);
-        return;
-    }
-    diagnostics::line("Hide Pressed!");
-    const bool hide = !manager.isSelectedTaskHidden();
-    taskButtons.showHideState(hide);
-    if (hide)
-        manager.hideSelectedTask();
-    else
-        manager.unhideSelectedTask();
-    reloadTableData();
-    diagnostics::line(manager.selected);
-}
-
-void ViewController::upper(QObject *)
-{
-    moveTask(true, u"Change to Global-All View to order Tasks."_s);
-}
-
-void ViewController::downer(QObject *)
-{
-    moveTask(false, u"Change to the Global-All View to order Tasks."_s);
-}
-
-void ViewController::moveTask(bool up, const QString &wrongViewMessage)
-{
-    const QString key = manager.selectedTask().key;
-    const bool inGlobalView = ui->viewSelection->currentIndex() == int(TaskView::GlobalAll);
-    if (manager.selected < 0 || !inGlobalView) {
-        alertMessage(this, inGlobalView ? u"Select a Task."_s : wrongViewMessage);
-        return;
-    }
-    manager.moveSelectedTask(up);
-    reloadTable();
-    taskButtons.disable();
-    manager.selectTaskByKey(key);
-    ui->tblView->selectRowOfKey(key);
-    taskListFile.writeFile();
-}
-
-void ViewController::cloneTask(QObject *)
-{
-    manager.cloneSelectedTask();
-    reloadTable();
-    taskButtons.disable();
-    taskListFile.writeFile();
-}
-
-void ViewController::closeTask(QObject *)
-{
-    if (manager.selectedTask().status != taskStatus::open) {
-        alertMessage(this, u"Task already closed"_s);
-        return;
-    }
-    if (player)
-        player->play();
-    diagnostics::line("Close Task");
-    manager.closeSelectedTask();
-    reloadTable();
-    taskButtons.disable();
-    taskListFile.writeFile();
-}
-
-void ViewController::sharingTask(QObject *)
-{
-    manager.shareSelectedTask(*ui->shareButton);
-}
-
-void ViewController::doubleClickTable(QObject *)
-{
-    diagnostics::line("Double Click");
-    const int row = ui->tblView->clickedRow();
-    if (row >= 0)
-        screens.openEditForm(*this);
-    diagnostics::line("doubleClickOnResultRow ", row);
-}
-
-void ViewController::addEnhancement(QObject *) {}
 
 void ViewController::reloadTableData()
 {

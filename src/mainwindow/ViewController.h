@@ -9,6 +9,7 @@
 
 #include <memory>
 
+class CloudSync;
 class NotificationCenter;
 class QAction;
 class Screens;
@@ -30,10 +31,12 @@ public:
     /// \param notices          the application's own notification centre
     /// \param systemNotices    the system-wide one
     /// \param screens          opens the further screens
+    /// \param cloud            copies tasks to and from the cloud
     /// \param documentsFolder  where the task list file is; empty when there is no such folder
     /// \param stateFolder      where window state and unfinished writes are kept
     ViewController(TaskManager &manager, NotificationCenter &notices, NotificationCenter &systemNotices,
-                   Screens &screens, const QString &documentsFolder, const QString &stateFolder);
+                   Screens &screens, CloudSync &cloud, const QString &documentsFolder,
+                   const QString &stateFolder);
     ~ViewController() override;
 
     /// Brings the window to the user, also from the task bar.
@@ -47,9 +50,12 @@ public slots:
     void downer(QObject *sender);
     void cloneTask(QObject *sender);
     void closeTask(QObject *sender);
+    void btnDeleteTask_ClickWithSender(QObject *sender);
     void sharingTask(QObject *sender);
     /// A double click on the table, on a row or below the rows.
     void doubleClickTable(QObject *sender);
+    void UpdateToCloud(QObject *sender);
+    void UpdateFromCoud(QObject *sender);
     void addEnhancement(QObject *sender);
     /// The desktop switched between light and dark.
     void interfaceModeChangedWithSender(QObject *sender);
@@ -81,6 +87,7 @@ private:
     NotificationCenter &notices;
     NotificationCenter &systemNotices;
     Screens &screens;
+    CloudSync &cloud;
     TaskListFile taskListFile;
     TaskTable table;
     WindowState keptState;

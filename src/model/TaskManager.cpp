@@ -108,6 +108,12 @@ qint64 TaskManager::selectTaskByKey(const QString &key)
     return selected;
 }
 
+void TaskManager::selectAgain(const QString &key)
+{
+    if (selectedTask().key != key)
+        selectTaskByKey(key);
+}
+
 task TaskManager::selectedTask() const
 {
     if (const TaskList &list = workingList(); isSelectedIn(list))

@@ -53,6 +53,9 @@ public:
 
     /// Selects the last task of the working list with this key and returns its index, or −1.
     qint64 selectTaskByKey(const QString &key);
+    /// Selects the task with this key unless it is the selected one: while a dialog about it is open, a merge
+    /// may select others.
+    void selectAgain(const QString &key);
     /// A copy of the selected task, or a blank one.
     task selectedTask() const;
     /// What stands for a task where there is none: of today, at the default times, for nobody.

@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QTableView>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 
 using namespace Qt::StringLiterals;
@@ -38,22 +39,33 @@ void ViewControllerTest::init()
 
 void ViewControllerTest::open()
 {
-    window.reset();
+    closeAll();
     notices = std::make_unique<NotificationCenter>();
     systemNotices = std::make_unique<NotificationCenter>();
     manager = std::make_unique<TaskManager>(preferences);
     screens = std::make_unique<Screens>(
         TaskFormServices{*manager, *notices, *systemNotices, colorPanel, home->filePath(u"data"_s)});
-    window = std::make_unique<ViewController>(*manager, *notices, *systemNotices, *screens, home->path(),
-                                              home->filePath(u"state"_s));
+    container = std::make_unique<SqlCloudContainer>(
+        CloudHome::read(home->filePath(u"cloud.ini"_s), home->filePath(u"data"_s)), taskRecordType());
+    cloudAnswers = std::make_unique<MainThreadQueue>();
+    cloud = std::make_unique<CloudSync>(*manager, *notices, *container, *cloudAnswers);
+    window = std::make_unique<ViewController>(*manager, *notices, *systemNotices, *screens, *cloud,
+                                              home->path(), home->filePath(u"state"_s));
     window->show();
     QVERIFY(QTest::qWaitForWindowExposed(window.get()));
     table = window->findChild<QTableView *>(u"tblView"_s);
 }
 
-void ViewControllerTest::cleanup()
+void ViewControllerTest::closeAll()
 {
     window.reset();
+    container.reset(); // what it still answers goes to the queue
+    cloudAnswers.reset();
+}
+
+void ViewControllerTest::cleanup()
+{
+    closeAll();
     output.reset();
     Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, std::nullopt);
 }
@@ -66,7 +78,7 @@ QToolButton *ViewControllerTest::button(const char *name) const
 QString ViewControllerTest::enabledButtons() const
 {
     QStringList enabled;
-    for (const char *name : {"edit", "hide", "share", "close", "clone", "upper", "downer"})
+    for (const char *name : {"edit", "delete", "hide", "share", "close", "clone", "upper", "downer"})
         if (button(name)->isEnabled())
             enabled.append(QString::fromLatin1(name));
     return enabled.join(u' ');
@@ -121,7 +133,7 @@ void ViewControllerTest::buttonsFollowTheSelection()
     output->takeLines();
     selectRow(1);
     QCOMPARE(manager->selectedTask().key, u"b"_s);
-    QCOMPARE(enabledButtons(), u"edit hide share close clone upper downer"_s);
+    QCOMPARE(enabledButtons(), u"edit delete hide share close clone upper downer"_s);
     QCOMPARE(output->takeLines().filter(QRegularExpression(u"^(Sel|Ind|Hid|b$|Row: 1$)"_s)).first(7),
              QStringList({u"Selection changed"_s, u"Selected Row: 1"_s, u"b"_s, u"Index: 2"_s,
                           u"Selected: 2"_s, u"Hidden: false"_s, u"Row: 1"_s}));
@@ -129,7 +141,7 @@ void ViewControllerTest::buttonsFollowTheSelection()
     const QRect cell = table->visualRect(table->model()->index(1, 3));
     QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::ControlModifier, cell.center());
     QCOMPARE(manager->selected, 2); // the commands stay with the task last selected
-    QCOMPARE(enabledButtons(), u"edit hide share close clone upper downer"_s);
+    QCOMPARE(enabledButtons(), u"edit delete hide share close clone upper downer"_s);
 }
 
 void ViewControllerTest::commandsWithoutATask()
@@ -184,7 +196,7 @@ void ViewControllerTest::searchesAsTheUserTypes()
     QVERIFY(field->hasFocus());
     QTest::keyClicks(field, u"TASK B"_s);
     QCOMPARE(rows(), u"b"_s);
-    QCOMPARE(enabledButtons(), u"edit hide share close clone upper downer"_s); // as they were
+    QCOMPARE(enabledButtons(), u"edit delete hide share close clone upper downer"_s); // as they were
     chooseView(1);
     QCOMPARE(rows(), QString());
     chooseView(0);
@@ -244,6 +256,61 @@ void ViewControllerTest::addsDuringASearch()
     QTest::keyClick(name, Qt::Key_Return);
     QCOMPARE(table->model()->rowCount(), 1);
     QCOMPARE(fileContent().count('^'), 5);
+}
+
+void ViewControllerTest::deletesOnlyWhenConfirmed()
+{
+    const QByteArray before = fileContent();
+    window->findChild<QLineEdit *>(u"searchField"_s)->setText(u"task"_s);
+    selectRow(1);
+    {
+        const AlertAnswer answer(u"No"_s);
+        QTest::mouseClick(button("delete"), Qt::LeftButton);
+        QCOMPARE(answer.text,
+                 u"The task will be deleted locally as well as from the Cloud if present. Are you "
+                 "sure you want to delete ?"_s);
+        QCOMPARE(answer.informativeText, u"task b"_s);
+    }
+    QCOMPARE(rows(), u"abc"_s);
+    QCOMPARE(enabledButtons(), u"upper downer"_s);
+    QCOMPARE(fileContent().count('^'), before.count('^'));
+    selectRow(1);
+    output->takeLines();
+    // While the question is open, a merge selects another task.
+    QTimer::singleShot(0, window.get(), [&] { manager->selected = 0; });
+    const AlertAnswer answer(u"Yes"_s);
+    QTest::mouseClick(button("delete"), Qt::LeftButton);
+    QVERIFY(output->takeLines().contains(u"Tasks: 4"_s)); // the hits, before they are searched again
+    QCOMPARE(rows(), u"ac"_s);
+    QVERIFY(!fileContent().contains("|task b|") && fileContent().count('^') == 3);
+}
+
+void ViewControllerTest::copiesToAndFromTheCloud()
+{
+    const auto trigger = [&](const char *action, const QString &button) {
+        auto answer = std::make_unique<AlertAnswer>(button);
+        window->findChild<QAction *>(QString::fromLatin1(action))->trigger();
+        return answer;
+    };
+    QCOMPARE(trigger("actionCopyToCloud", u"OK"_s)->informativeText, u"Sync to iCloud succesfully!"_s);
+    QVERIFY(container->finish(std::chrono::seconds(30)));
+    QVERIFY(
+        QTest::qWaitFor([&] { return output->takeLines().contains(u"----CloudKit:Save Success----"_s); }));
+    QVERIFY(container->finish(std::chrono::seconds(30)));
+    const SharedTask kept = manager->tasks[3];
+    manager->tasks = {kept};
+    notices->post(notice::reload);
+    QCOMPARE(trigger("actionUpdateFromCloud", u"No"_s)->text, u"Do you want to update from the Cloud?"_s);
+    QVERIFY(!output->takeLines().contains(u"Ok Pressed!"_s));
+    QVERIFY(trigger("actionUpdateFromCloud", u"Yes"_s)->wasShown());
+    const AlertAnswer done(u"OK"_s); // a second later
+    auto *status = window->findChild<QLabel *>(u"statusMessageLabel"_s);
+    QVERIFY(QTest::qWaitFor([&] { return status->text() == u"----iCloud:Update Complete!----"; }));
+    QCOMPARE(manager->tasks.size(), 4);
+    QCOMPARE(fileContent().count('^'), 4);
+    QVERIFY(!done.wasShown());
+    QVERIFY(QTest::qWaitFor([&] { return done.wasShown(); }));
+    QCOMPARE(done.informativeText, u"Sync from iCloud succesfully!"_s);
 }
 
 void ViewControllerTest::noticesReloadAndWrite()

@@ -1,11 +1,15 @@
 #pragma once
 
+#include "cloud/CloudSync.h"
+#include "cloud/TaskRecord.h"
 #include "mainwindow/Screens.h"
 #include "mainwindow/ViewController.h"
 #include "model/TaskManager.h"
 #include "platform/ColorWell.h"
+#include "platform/MainThreadQueue.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
+#include "platform/SqlCloudContainer.h"
 #include "support/CapturedOutput.h"
 
 #include <QObject>
@@ -29,11 +33,14 @@ private slots:
     void searchesAsTheUserTypes();
     void doubleClickEditsTheTask();
     void addsDuringASearch();
+    void deletesOnlyWhenConfirmed();
+    void copiesToAndFromTheCloud();
     void noticesReloadAndWrite();
     void appearanceReloadsTheList();
 
 private:
     void open();
+    void closeAll();
     QToolButton *button(const char *name) const;
     QString enabledButtons() const;
     QString rows() const;
@@ -48,6 +55,9 @@ private:
     std::unique_ptr<TaskManager> manager;
     ColorPanel colorPanel;
     std::unique_ptr<Screens> screens;
+    std::unique_ptr<MainThreadQueue> cloudAnswers;
+    std::unique_ptr<SqlCloudContainer> container;
+    std::unique_ptr<CloudSync> cloud;
     std::unique_ptr<ViewController> window;
     std::unique_ptr<CapturedOutput> output;
     QTableView *table = nullptr;

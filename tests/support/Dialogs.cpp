@@ -5,14 +5,14 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QTest>
-#include <QTimer>
 
 AlertAnswer::AlertAnswer(const QString &button)
 {
-    QTimer::singleShot(0, qApp, [this, button] {
+    timer.callOnTimeout([this, button] {
         const auto *alert = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
         if (!alert)
             return;
+        timer.stop();
         shown = true;
         text = alert->text();
         informativeText = alert->informativeText();
@@ -25,4 +25,5 @@ AlertAnswer::AlertAnswer(const QString &button)
                 QTest::mouseClick(choice, Qt::LeftButton);
         }
     });
+    timer.start(0);
 }

@@ -1,8 +1,9 @@
 #pragma once
 
 #include <QStringList>
+#include <QTimer>
 
-/// Answers the next modal alert by pressing one of its buttons, as soon as the event loop runs.
+/// Answers the next modal alert, while it lives, by pressing one of its buttons.
 class AlertAnswer
 {
 public:
@@ -16,5 +17,6 @@ public:
     bool isPlain = true; ///< no label takes its text for markup
 
 private:
+    QTimer timer;
     bool shown = false;
 };

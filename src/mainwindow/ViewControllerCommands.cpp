@@ -1,0 +1,143 @@
+#include "app/Alert.h"
+#include "app/UIUtil.h"
+#include "cloud/CloudSync.h"
+#include "mainwindow/Screens.h"
+#include "mainwindow/ViewController.h"
+#include "model/TaskManager.h"
+#include "model/TaskView.h"
+#include "platform/Diagnostics.h"
+#include "ui_ViewController.h"
+
+#include <QTimer>
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+
+// What the buttons and menu entries of the main window do with the selected task and with the list.
+
+void ViewController::hideClicked(QObject *)
+{
+    if (manager.selected < 0) {
+        diagnostics::line(manager.selected);
+        return;
+    }
+    diagnostics::line("Hide Pressed!");
+    const bool hide = !manager.isSelectedTaskHidden();
+    taskButtons.showHideState(hide);
+    if (hide)
+        manager.hideSelectedTask();
+    else
+        manager.unhideSelectedTask();
+    reloadTableData();
+    diagnostics::line(manager.selected);
+}
+
+void ViewController::upper(QObject *)
+{
+    moveTask(true, u"Change to Global-All View to order Tasks."_s);
+}
+
+void ViewController::downer(QObject *)
+{
+    moveTask(false, u"Change to the Global-All View to order Tasks."_s);
+}
+
+void ViewController::moveTask(bool up, const QString &wrongViewMessage)
+{
+    const QString key = manager.selectedTask().key;
+    const bool inGlobalView = ui->viewSelection->currentIndex() == int(TaskView::GlobalAll);
+    if (manager.selected < 0 || !inGlobalView) {
+        alertMessage(this, inGlobalView ? u"Select a Task."_s : wrongViewMessage);
+        return;
+    }
+    manager.moveSelectedTask(up);
+    reloadTable();
+    taskButtons.disable();
+    manager.selectTaskByKey(key);
+    ui->tblView->selectRowOfKey(key);
+    taskListFile.writeFile();
+}
+
+void ViewController::cloneTask(QObject *)
+{
+    manager.cloneSelectedTask();
+    reloadTable();
+    taskButtons.disable();
+    taskListFile.writeFile();
+}
+
+void ViewController::closeTask(QObject *)
+{
+    if (manager.selectedTask().status != taskStatus::open) {
+        alertMessage(this, u"Task already closed"_s);
+        return;
+    }
+    if (player)
+        player->play();
+    diagnostics::line("Close Task");
+    manager.closeSelectedTask();
+    reloadTable();
+    taskButtons.disable();
+    taskListFile.writeFile();
+}
+
+void ViewController::btnDeleteTask_ClickWithSender(QObject *)
+{
+    if (manager.selected < 0) {
+        diagnostics::line(manager.selected);
+        return;
+    }
+    const task selected = manager.selectedTask();
+    if (util().askYesNo(
+            u"The task will be deleted locally as well as from the Cloud if present. Are you sure you "
+            "want to delete ?"_s,
+            selected.name)) {
+        diagnostics::line("Ok Pressed!");
+        manager.selectAgain(selected.key);
+        cloud.deleteTaskFromCloud(selected.key);
+        manager.deleteSelectedTask();
+    }
+    diagnostics::line("Tasks:", manager.tasks.size());
+    reloadTableData();
+    diagnostics::line(manager.selected);
+}
+
+void ViewController::UpdateToCloud(QObject *)
+{
+    alertMessage(this,
+                 cloud.syncAllToCloud() ? u"Sync to iCloud succesfully!"_s : u"Error sync to iCloud!"_s);
+}
+
+void ViewController::UpdateFromCoud(QObject *)
+{
+    diagnostics::line("Update from Cloud");
+    if (!util().askYesNo(
+            u"Do you want to update from the Cloud?"_s,
+            u"Your eventual changes on existing tasks will be overwritten. For security reasons, the "
+            "extra tasks you may have saved locally vs what is saved in the Cloud will not be deleted. "
+            "Please delete these manually as needed."_s))
+        return;
+    diagnostics::line("Ok Pressed!");
+    const bool isStarted = cloud.updateFromCloud();
+    // The pause lets the window go on working.
+    QTimer::singleShot(std::chrono::seconds(1), this, [this, isStarted] {
+        alertMessage(this, isStarted ? u"Sync from iCloud succesfully!"_s : u"Error sync from iCloud!"_s);
+    });
+}
+
+void ViewController::sharingTask(QObject *)
+{
+    manager.shareSelectedTask(*ui->shareButton);
+}
+
+void ViewController::doubleClickTable(QObject *)
+{
+    diagnostics::line("Double Click");
+    const int row = ui->tblView->clickedRow();
+    if (row >= 0)
+        screens.openEditForm(*this);
+    diagnostics::line("doubleClickOnResultRow ", row);
+}
+
+void ViewController::addEnhancement(QObject *) {}
