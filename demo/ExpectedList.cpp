@@ -121,3 +121,8 @@ void ExpectedList::change(const QString &name, ListRow::Field position, const QS
 {
     find(name).fields[position] = text;
 }
+
+void ExpectedList::remove(const QString &name)
+{
+    listRows.removeAt(&row(name) - listRows.constData());
+}

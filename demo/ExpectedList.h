@@ -57,6 +57,7 @@ public:
     void close(const QString &name);
     void clone(const QString &name, const QString &newKey);
     void add(const ListRow &row) { listRows.append(row); }
+    void remove(const QString &name);
     void change(const QString &name, ListRow::Field position, const QString &text);
 
 private:

@@ -1,3 +1,4 @@
+#include "CloudSteps.h"
 #include "ContactSteps.h"
 #include "Desktop.h"
 #include "ExpectedList.h"
@@ -6,27 +7,23 @@
 #include "MainWindowFileSteps.h"
 #include "MainWindowHandle.h"
 #include "MainWindowListSteps.h"
+#include "Profile.h"
 #include "ScratchHome.h"
 #include "Stage.h"
 #include "TaskFormSteps.h"
 #include "TourFailure.h"
 #include "app/Palettes.h"
-#include "cloud/CloudSync.h"
-#include "cloud/TaskRecord.h"
-#include "mainwindow/Screens.h"
-#include "mainwindow/ViewController.h"
 #include "model/Appearance.h"
 #include "model/TaskManager.h"
-#include "platform/ColorWell.h"
 #include "platform/Folders.h"
-#include "platform/MainThreadQueue.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
-#include "platform/SqlCloudContainer.h"
+#include "support/PostgresServer.h"
 
 #include <QApplication>
 #include <QIcon>
 #include <QPixmapCache>
+#include <QSettings>
 #include <QStyleFactory>
 
 #include <cstdio>
@@ -42,6 +39,33 @@ static void setUpApplication()
     QApplication::setQuitOnLastWindowClosed(false);
 }
 
+/// Sets the server up as its administrator would, for one user.
+static CloudHome homeOnServer(const PostgresServer &server)
+{
+    const QString user = u"gardener"_s;
+    server.runFile(u"admin"_s, u"" SOURCE_DIR "/resources/cloud/postgresql.sql"_s);
+    server.run(u"admin"_s, u"CREATE ROLE %1 LOGIN PASSWORD '%1' IN ROLE quorvane"_s.arg(user));
+    qputenv("PGPASSWORD", user.toUtf8());
+    const QString accountFile = folders::config() + u"/cloud.ini"_s;
+    QSettings(accountFile, QSettings::IniFormat).setValue(u"url"_s, server.url(user));
+    return CloudHome::read(accountFile, folders::data());
+}
+
+/// The same user's program in another home.
+static void receiveElsewhere(CloudSteps &steps, NotificationCenter &systemNotices, const CloudHome &cloudHome)
+{
+    const QTemporaryDir home;
+    TaskManager manager(Preferences::standard());
+    Profile profile(manager, systemNotices, cloudHome,
+                    {home.filePath(u"Documents"_s), home.filePath(u"data"_s), home.filePath(u"state"_s)});
+    steps.receiveList(MainWindowHandle(profile.window));
+    const auto size = [](const QString &path) {
+        return ExpectedList::readRows(path).size();
+    };
+    require(size(home.filePath(u"Documents/zandulist.txt"_s)) == manager.tasks.size(),
+            u"the other machine's file holds the list"_s);
+}
+
 /// The tour plays the desktop, too: it sets the appearance and posts the notice, and leaves the real one
 /// alone.
 static void giveTour(Stage &stage, const QString &taskListPath, QDate today)
@@ -55,19 +79,15 @@ static void giveTour(Stage &stage, const QString &taskListPath, QDate today)
     systemNotices.observe(notice::appearanceChanged, qApp, followPalette);
     followPalette();
 
-    ColorPanel colorPanel;
-    Screens screens({TaskManager::shared(), notices, systemNotices, colorPanel, folders::data()});
-    SqlCloudContainer container({.kind = CloudHome::Kind::SignedOut}, taskRecordType());
-    MainThreadQueue cloudAnswers;
-    CloudSync cloud(TaskManager::shared(), notices, container, cloudAnswers);
+    PostgresServer server;
+    const CloudHome cloudHome = homeOnServer(server);
+    const Profile::Folders here{folders::documents(), folders::data(), folders::state()};
     Desktop desktop(systemNotices);
     ExpectedList expected(taskListPath, today);
     MainWindowFileSteps fileSteps(stage, expected);
     {
-        ViewController window(TaskManager::shared(), notices, systemNotices, screens, cloud, folders::documents(),
-                              folders::state());
-        window.show();
-        const MainWindowHandle main(window);
+        Profile profile(TaskManager::shared(), systemNotices, cloudHome, here);
+        const MainWindowHandle main(profile.window);
 
         MainWindowListSteps listSteps(stage, main, expected);
         listSteps.openWindow();
@@ -95,12 +115,17 @@ static void giveTour(Stage &stage, const QString &taskListPath, QDate today)
         formSteps.shareTask(folders::documents() + u"/shared task.txt"_s);
 
         MainWindowAppearanceSteps(stage, main, expected, taskListPath, desktop).switchToDarkAndBack();
+
+        CloudSteps cloudSteps(stage, main, expected, profile.container);
+        cloudSteps.copyToCloud();
+        cloudSteps.updateFromCloud();
+        cloudSteps.deleteTask();
+        receiveElsewhere(cloudSteps, systemNotices, cloudHome);
         fileSteps.closeWindow(main, taskListPath);
     }
     TaskManager manager(Preferences::standard());
-    ViewController window(manager, notices, systemNotices, screens, cloud, folders::documents(), folders::state());
-    window.show();
-    fileSteps.openAgain(MainWindowHandle(window));
+    Profile profile(manager, systemNotices, cloudHome, here);
+    fileSteps.openAgain(MainWindowHandle(profile.window));
 }
 
 static int runTour(const QString &pictureFolder, const QString &samplePath, int argc, char **argv)

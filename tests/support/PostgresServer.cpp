@@ -1,7 +1,5 @@
 #include "support/PostgresServer.h"
 
-#include "support/ScratchHome.h"
-
 #include <QDir>
 #include <QStandardPaths>
 #include <QTcpServer>
@@ -54,12 +52,14 @@ PostgresServer::PostgresServer()
     if (const passwd *user = ::geteuid() == 0 ? ::getpwnam("postgres") : nullptr)
         if (::chown(folder.path().toUtf8().constData(), user->pw_uid, user->pw_gid) != 0)
             qFatal("the server's folder cannot be given to it");
-    writeTo(folder.filePath(u"password"_s), "admin");
-    QFile::setPermissions(folder.filePath(u"password"_s),
-                          QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther);
-    runTool(u"initdb"_s, {u"--pgdata="_s + folder.filePath(u"data"_s), u"--username=admin"_s,
-                          u"--auth=scram-sha-256"_s, u"--pwfile="_s + folder.filePath(u"password"_s),
-                          u"--encoding=UTF8"_s, u"--locale=C"_s, u"--no-sync"_s});
+    QFile password(folder.filePath(u"password"_s));
+    if (!password.open(QIODevice::WriteOnly) || password.write("admin") < 0)
+        qFatal("%s", qPrintable(password.errorString()));
+    password.setPermissions(QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther);
+    password.close();
+    runTool(u"initdb"_s,
+            {u"--pgdata="_s + folder.filePath(u"data"_s), u"--username=admin"_s, u"--auth=scram-sha-256"_s,
+             u"--pwfile="_s + password.fileName(), u"--encoding=UTF8"_s, u"--locale=C"_s, u"--no-sync"_s});
     start();
     run(u"admin"_s, u"CREATE DATABASE planner"_s);
 }

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+
+class ExpectedList;
+class MainWindowHandle;
+class SqlCloudContainer;
+class Stage;
+
+/// The steps in which the list is copied to the cloud and comes back from it.
+class CloudSteps
+{
+public:
+    CloudSteps(Stage &stage, const MainWindowHandle &main, ExpectedList &expected,
+               SqlCloudContainer &container);
+
+    void copyToCloud();
+    /// A local change is overwritten by what the cloud has.
+    void updateFromCloud();
+    void deleteTask();
+    /// The window of the same user on another machine, with an empty list.
+    void receiveList(const MainWindowHandle &other);
+
+private:
+    void command(const MainWindowHandle &window, const QString &entry, const QString &pictureName);
+    void update(const MainWindowHandle &window);
+
+    Stage &stage;
+    const MainWindowHandle &main;
+    ExpectedList &expected;
+    SqlCloudContainer &container;
+};

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "cloud/CloudSync.h"
+#include "mainwindow/Screens.h"
+#include "mainwindow/ViewController.h"
+#include "platform/ColorWell.h"
+#include "platform/MainThreadQueue.h"
+#include "platform/NotificationCenter.h"
+#include "platform/SqlCloudContainer.h"
+
+/// One user's program: all objects that the program itself builds, over folders of its own.
+class Profile
+{
+public:
+    struct Folders
+    {
+        QString documents;
+        QString data;
+        QString state;
+    };
+
+    Profile(TaskManager &manager, NotificationCenter &systemNotices, const CloudHome &cloudHome,
+            const Folders &folders);
+
+    NotificationCenter notices;
+    ColorPanel colorPanel;
+    Screens screens;
+    MainThreadQueue cloudAnswers;
+    SqlCloudContainer container;
+    CloudSync cloud;
+    ViewController window;
+};
