@@ -100,11 +100,10 @@ void SqlCloudContainer::deleteRecord(const CloudRecordID &id,
 
 void SqlCloudContainer::send(std::unique_ptr<Request> request)
 {
-    {
-        const std::lock_guard lock(mutex);
-        queue.push_back(std::move(request));
-    }
-    changed.notify_all();
+    const std::lock_guard lock(mutex);
+    queue.push_back(std::move(request));
+    if (queue.size() == 1)
+        changed.notify_all(); // the thread sleeps only over an empty queue
 }
 
 void SqlCloudContainer::drainQueue()
