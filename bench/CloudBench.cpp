@@ -98,7 +98,7 @@ public:
         sync.syncAllToCloud();
         while (updates < expectedUpdates)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        while (!container.finish(0ms)) // the saves that the last answers led to
+        while (!container.finish(0ms, mainThread)) // the saves that the last answers led to
             QCoreApplication::processEvents();
     }
 

@@ -3,8 +3,8 @@
 #include "ExpectedList.h"
 #include "Hand.h"
 #include "MainWindowHandle.h"
+#include "Profile.h"
 #include "Stage.h"
-#include "platform/SqlCloudContainer.h"
 
 #include <QAbstractButton>
 #include <QLabel>
@@ -32,11 +32,11 @@ void press(QDialog &dialog, const QString &button)
 } // namespace
 
 CloudSteps::CloudSteps(Stage &tourStage, const MainWindowHandle &mainWindow, ExpectedList &expectedList,
-                       SqlCloudContainer &cloudContainer)
+                       Profile &tourProfile)
     : stage(tourStage)
     , main(mainWindow)
     , expected(expectedList)
-    , container(cloudContainer)
+    , profile(tourProfile)
 {
 }
 
@@ -51,16 +51,18 @@ void CloudSteps::command(const MainWindowHandle &window, const QString &entry, c
                         });
 }
 
+void CloudSteps::waitForAnswers()
+{
+    stage.check(profile.container.finish(std::chrono::seconds(30), profile.cloudAnswers),
+                u"the cloud answers"_s);
+}
+
 void CloudSteps::copyToCloud()
 {
     stage.step(u"The list is copied to the cloud"_s);
     main.showView(TaskView::GlobalAll);
     command(main, u"Copy to Cloud"_s, u"copied-to-cloud"_s);
-    // Every task is looked for, then saved.
-    for (int round = 0; round < 2; ++round) {
-        stage.check(container.finish(std::chrono::seconds(30)), u"the cloud answers"_s);
-        hand::settle();
-    }
+    waitForAnswers();
     main.checkView(stage, expected, TaskView::GlobalAll);
 }
 
@@ -114,10 +116,7 @@ void CloudSteps::deleteTask()
     expected.remove(name);
     main.checkView(stage, expected, TaskView::GlobalAll);
     main.checkTaskButtons(stage, false);
-    for (int round = 0; round < 2; ++round) {
-        stage.check(container.finish(std::chrono::seconds(30)), u"the cloud answers"_s);
-        hand::settle();
-    }
+    waitForAnswers();
 }
 
 void CloudSteps::receiveList(const MainWindowHandle &other)

@@ -4,15 +4,14 @@
 
 class ExpectedList;
 class MainWindowHandle;
-class SqlCloudContainer;
+class Profile;
 class Stage;
 
 /// The steps in which the list is copied to the cloud and comes back from it.
 class CloudSteps
 {
 public:
-    CloudSteps(Stage &stage, const MainWindowHandle &main, ExpectedList &expected,
-               SqlCloudContainer &container);
+    CloudSteps(Stage &stage, const MainWindowHandle &main, ExpectedList &expected, Profile &profile);
 
     void copyToCloud();
     /// A local change is overwritten by what the cloud has.
@@ -23,10 +22,11 @@ public:
 
 private:
     void command(const MainWindowHandle &window, const QString &entry, const QString &pictureName);
+    void waitForAnswers();
     void update(const MainWindowHandle &window);
 
     Stage &stage;
     const MainWindowHandle &main;
     ExpectedList &expected;
-    SqlCloudContainer &container;
+    Profile &profile;
 };

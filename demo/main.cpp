@@ -116,7 +116,7 @@ static void giveTour(Stage &stage, const QString &taskListPath, QDate today)
 
         MainWindowAppearanceSteps(stage, main, expected, taskListPath, desktop).switchToDarkAndBack();
 
-        CloudSteps cloudSteps(stage, main, expected, profile.container);
+        CloudSteps cloudSteps(stage, main, expected, profile);
         cloudSteps.copyToCloud();
         cloudSteps.updateFromCloud();
         cloudSteps.deleteTask();

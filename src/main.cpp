@@ -83,7 +83,7 @@ int main(int argc, char **argv)
     window.show();
     delegate.applicationDidFinishLaunching();
     const int result = QApplication::exec();
-    if (!container.finish(std::chrono::seconds(5))) {
+    if (!container.finish(std::chrono::seconds(5), cloudAnswers)) {
         // A server keeps the container's thread waiting; there is nothing to clean up that may not be left.
         diagnostics::drain();
         std::_Exit(result);

@@ -26,6 +26,16 @@ void MainThreadQueue::runSome()
     }
 }
 
+bool MainThreadQueue::runAll()
+{
+    bool isEmpty = true;
+    while (const std::function<void()> job = take()) {
+        job();
+        isEmpty = false;
+    }
+    return !isEmpty;
+}
+
 std::function<void()> MainThreadQueue::take()
 {
     const std::lock_guard lock(mutex);

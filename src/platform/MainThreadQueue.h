@@ -17,6 +17,9 @@ class MainThreadQueue : public QObject
 public:
     /// Queues the job. From any thread.
     void post(std::function<void()> job);
+    /// Does what is queued without returning to the event loop; false when there was nothing. On the main
+    /// thread.
+    bool runAll();
 
 private:
     void runSome();

@@ -1,5 +1,9 @@
 #include "platform/SqlCloudContainer.h"
 
+#include "platform/MainThreadQueue.h"
+
+#include <QDeadlineTimer>
+
 using namespace Qt::StringLiterals;
 
 class SqlCloudContainer::Request
@@ -64,10 +68,16 @@ SqlCloudContainer::~SqlCloudContainer()
     thread.join();
 }
 
-bool SqlCloudContainer::finish(std::chrono::milliseconds limit)
+bool SqlCloudContainer::finish(std::chrono::milliseconds limit, MainThreadQueue &answers)
 {
-    std::unique_lock lock(mutex);
-    return changed.wait_for(lock, limit, [this] { return queue.empty() && !isBusy; });
+    const QDeadlineTimer deadline(limit);
+    do {
+        std::unique_lock lock(mutex);
+        if (!changed.wait_for(lock, deadline.remainingTimeAsDuration(),
+                              [this] { return queue.empty() && !isBusy; }))
+            return false;
+    } while (answers.runAll());
+    return true;
 }
 
 void SqlCloudContainer::accountStatus(std::function<void(CloudAnswer<CloudAccount>)> handler)

@@ -11,6 +11,8 @@
 #include <span>
 #include <thread>
 
+class MainThreadQueue;
+
 /// The cloud over an SQL database. Requests go into a queue, which a thread of its own drains: what stands in
 /// the queue together is done in one transaction and answered when that is committed.
 class SqlCloudContainer : public CloudContainer, private CloudDatabase
@@ -25,8 +27,10 @@ public:
     CloudDatabase &privateCloudDatabase() override { return *this; }
     QString description() const override { return home.description(); }
 
-    /// Waits until every request sent so far has been answered; false when that takes longer than the limit.
-    bool finish(std::chrono::milliseconds limit);
+    /// Waits, on the main thread, until every request has been answered, also those that follow from the
+    /// answers; false when that takes longer than the limit.
+    /// \param answers  where the handlers put what they do on the main thread
+    bool finish(std::chrono::milliseconds limit, MainThreadQueue &answers);
 
 private:
     class Request;

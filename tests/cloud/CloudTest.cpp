@@ -67,17 +67,7 @@ public:
         notices.observe(notice::update, &notices, [this] { events += u'u'; });
     }
 
-    /// Waits until no request, and none that follows from its answer, is under way.
-    void settle()
-    {
-        constexpr int longestChain = 5;
-        for (int link = 0; link < longestChain; ++link) {
-            QVERIFY(container.finish(30s));
-            bool isReached = false;
-            mainThread.post([&] { isReached = true; });
-            QVERIFY(QTest::qWaitFor([&] { return isReached; }, 30'000));
-        }
-    }
+    void settle() { QVERIFY(container.finish(30s, mainThread)); }
 
     QStringList names() const
     {
@@ -390,13 +380,14 @@ private slots:
                         ++(std::holds_alternative<CloudRecord>(answer) ? saved : failed);
                     });
             }
-            QVERIFY(container.finish(60s));
+            MainThreadQueue nothing;
+            QVERIFY(container.finish(60s, nothing));
         }
         ::setrlimit(RLIMIT_FSIZE, &unlimited);
         QVERIFY(saved > 0 && failed > 0);
         Program again(homeOf(false, data));
         again.sync.updateFromCloud();
-        QVERIFY(QTest::qWaitFor([&] { return again.events.endsWith(u"ru"); }, 30'000));
+        again.settle();
         QCOMPARE(again.names().size(), saved.load());
     }
 
@@ -419,7 +410,7 @@ private slots:
         first.settle();
         second.settle();
         first.sync.updateFromCloud();
-        QVERIFY(QTest::qWaitFor([&] { return first.events.endsWith(u"ru"); }, 30'000));
+        first.settle();
         QCOMPARE(first.manager.tasks.size(), 2 * each);
     }
 
@@ -429,19 +420,22 @@ private slots:
         const QTemporaryDir data;
         Program program(homeOf(false, data));
         for (int number = 0; number < count; ++number)
-            program.manager.tasks.append(sample(QString::number(number), u"T"_s));
+            program.manager.tasks.append(sample(QString::number(number), QString::number(number)));
         program.sync.syncAllToCloud();
         program.settle();
         program.sync.updateFromCloud();
-        QVERIFY(program.container.finish(30s));
-        // Job by job, and between them the user moves the tasks about.
-        program.mainThread.post([&] { program.manager.tasks.move(0, count - 1); });
-        QVERIFY(QTest::qWaitFor([&] { return program.events.endsWith(u"ru"); }, 30'000));
-        QSet<QString> keys;
-        for (const SharedTask &entry : program.manager.tasks)
-            keys.insert(entry->key);
+        // Between the parts of the merge the user moves the tasks about.
+        const std::function<void()> move = [&] {
+            program.manager.tasks.move(0, count - 1);
+            if (!program.events.endsWith(u"ru"))
+                program.mainThread.post(move);
+        };
+        move();
+        program.settle();
+        QCOMPARE(program.events.right(2), u"ru"_s);
         QCOMPARE(program.manager.tasks.size(), count);
-        QCOMPARE(keys.size(), count);
+        for (const SharedTask &entry : program.manager.tasks)
+            QCOMPARE(entry->name, entry->key);
     }
 
     void whatIsStillQueuedIsAnsweredAtTheEnd()

@@ -104,6 +104,20 @@ private slots:
         QCOMPARE(child<QTimeEdit>("endTime").time(), QTime(18, 45));
     }
 
+    void tabOrderFollowsTheForm()
+    {
+        openAdd();
+        QStringList order;
+        for (QWidget *widget = form->focusWidget(); order.size() < 13; widget = widget->nextInFocusChain())
+            if ((widget->focusPolicy() & Qt::TabFocus) && !widget->focusProxy() && widget->isVisible() &&
+                !order.contains(widget->objectName()) && !widget->objectName().startsWith(u"qt_"))
+                order.append(widget->objectName());
+        QCOMPARE(order, QStringList({u"txtTaskName"_s, u"dtTaskDate"_s, u"startTime"_s, u"dtTaskDueDate"_s,
+                                     u"endTime"_s, u"inTaskStatus"_s, u"inTaskPriority"_s, u"client"_s,
+                                     u"teamMember"_s, u"color"_s, u"txtTaskDescription"_s, u"resetButton"_s,
+                                     u"addButton"_s}));
+    }
+
     void storingAnUntouchedTaskKeepsIt()
     {
         const task original{.key = u"KEY"_s,
@@ -281,6 +295,8 @@ private slots:
     void sharingStoresFirstAndKeepsTheFormOpen()
     {
         openEdit({.key = u"KEY"_s, .name = u"old"_s});
+        manager->tasks.append(task{.key = u"other"_s});
+        manager->selected = 1; // by a merge, while the form is open
         child<QLineEdit>("txtTaskName").setText(u"new"_s);
         int reloads = 0;
         QObject observer;

@@ -293,10 +293,7 @@ void ViewControllerTest::copiesToAndFromTheCloud()
         return answer;
     };
     QCOMPARE(trigger("actionCopyToCloud", u"OK"_s)->informativeText, u"Sync to iCloud succesfully!"_s);
-    QVERIFY(container->finish(std::chrono::seconds(30)));
-    QVERIFY(
-        QTest::qWaitFor([&] { return output->takeLines().contains(u"----CloudKit:Save Success----"_s); }));
-    QVERIFY(container->finish(std::chrono::seconds(30)));
+    QVERIFY(container->finish(std::chrono::seconds(30), *cloudAnswers));
     const SharedTask kept = manager->tasks[3];
     manager->tasks = {kept};
     notices->post(notice::reload);
