@@ -92,13 +92,10 @@ void ViewController::connectActions()
 
 void ViewController::connectScreens()
 {
-    const auto onTrigger = [this](QAction *action, void (Screens::*open)(QWidget &)) {
-        connect(action, &QAction::triggered, this, [this, open] { (screens.*open)(*this); });
-    };
-    onTrigger(ui->actionAdd, &Screens::openAddForm);
-    onTrigger(ui->actionEdit, &Screens::openEditForm);
-    onTrigger(ui->actionClients, &Screens::openClients);
-    onTrigger(ui->actionTeamMembers, &Screens::openTeamMembers);
+    connect(ui->actionAdd, &QAction::triggered, this, [this] { screens.openAddForm(*this); });
+    connect(ui->actionEdit, &QAction::triggered, this, [this] { screens.openEditForm(*this); });
+    connect(ui->actionClients, &QAction::triggered, this, [this] { screens.openClients(*this); });
+    connect(ui->actionTeamMembers, &QAction::triggered, this, [this] { screens.openTeamMembers(*this); });
 }
 
 void ViewController::viewDidLoad()
