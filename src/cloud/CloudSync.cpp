@@ -27,7 +27,7 @@ template <typename Result, typename Handler>
 std::function<void(CloudAnswer<Result>)> CloudSync::onMainThread(Handler handler)
 {
     return [this, handler](CloudAnswer<Result> answer) {
-        mainThread.post([handler, answer = std::move(answer)] { handler(answer); });
+        mainThread.post([handler, answer = std::move(answer)]() mutable { handler(answer); });
     };
 }
 
@@ -151,10 +151,10 @@ bool CloudSync::updateFromCloud()
     const Saved saved = std::make_shared<bool>(true);
     checkCloudAccount(saved);
     container.privateCloudDatabase().performQuery(
-        {taskRecordType().name}, onMainThread<Records>([this, saved](const CloudAnswer<Records> &answer) {
-            const auto *records = std::get_if<Records>(&answer);
+        {taskRecordType().name}, onMainThread<Records>([this, saved](CloudAnswer<Records> &answer) {
+            auto *records = std::get_if<Records>(&answer);
             if (records && !records->empty())
-                goOnMerging(std::make_shared<CloudMerge>(manager, *records), saved);
+                goOnMerging(std::make_shared<CloudMerge>(manager, std::move(*records)), saved);
             else
                 *saved = false;
         }));

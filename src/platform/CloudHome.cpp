@@ -55,8 +55,8 @@ QString CloudHome::description() const
     case Kind::Embedded:
         return u"embedded "_s + file;
     case Kind::PostgreSql:
-        return u"postgresql://%1@%2:%3/%4?sslmode=%5"_s.arg(user, host, QString::number(port), database,
-                                                            sslMode);
+        return u"postgresql://%1@%2%3/%4?sslmode=%5"_s.arg(
+            user, host, port > 0 ? u':' + QString::number(port) : QString(), database, sslMode);
     case Kind::SignedOut:
         return u"none"_s;
     case Kind::Unusable:
