@@ -2,9 +2,10 @@
 
 #include "cloud/CloudSync.h"
 #include "cloud/TaskRecord.h"
-#include "mainwindow/TaskListFile.h"
+#include "mainwindow/Screens.h"
+#include "mainwindow/ViewController.h"
 #include "model/TaskManager.h"
-#include "platform/Diagnostics.h"
+#include "platform/ColorWell.h"
 #include "platform/MainThreadQueue.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
@@ -86,7 +87,14 @@ public:
     Program(const CloudHome &home, qint64 tasks)
         : container(home, taskRecordType())
     {
-        TaskListFile(manager, QString(), QString()).parseFile(QString::fromUtf8(sampleText(tasks)));
+        QFile list(folder.filePath(u"zandulist.txt"_s));
+        if (!list.open(QIODevice::WriteOnly) || list.write(sampleText(tasks)) < 0)
+            qFatal("the sample list cannot be written");
+        list.close();
+        window = std::make_unique<ViewController>(manager, notices, systemNotices, screens, sync,
+                                                  folder.path(), folder.filePath(u"state"_s));
+        window->show();
+        QCoreApplication::processEvents();
         notices.observe(notice::update, &notices, [this] { ++updates; });
         notices.observe(notice::reload, &notices, [this] { ++reloads; });
     }
@@ -110,12 +118,17 @@ public:
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
 
+    QTemporaryDir folder;
     Preferences preferences{u"/nonexistent/preferences.ini"_s};
     TaskManager manager{preferences};
     NotificationCenter notices;
+    NotificationCenter systemNotices;
+    ColorPanel colorPanel;
+    Screens screens{{manager, notices, systemNotices, colorPanel, folder.path()}};
     MainThreadQueue mainThread;
     SqlCloudContainer container;
     CloudSync sync{manager, notices, container, mainThread};
+    std::unique_ptr<ViewController> window;
     qint64 updates = 0;
     int reloads = 0;
 };
