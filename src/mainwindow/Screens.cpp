@@ -4,10 +4,12 @@
 #include "contacts/ViewControllerTeamMgmt.h"
 #include "forms/ViewControllerAdd.h"
 #include "forms/ViewControllerEdit.h"
+#include "messaging/ViewControllerSettings.h"
+#include "model/TaskManager.h"
 
 /// Shows the screen, which is made if it is not open. A screen that was closed is gone.
 template <typename Screen, typename Resources>
-static void open(QPointer<Screen> &screen, const Resources &resources, QWidget &mainWindow)
+static void open(QPointer<Screen> &screen, Resources &&resources, QWidget &mainWindow)
 {
     if (!screen || !screen->isVisible()) {
         screen = new Screen(resources, &mainWindow);
@@ -44,4 +46,9 @@ void Screens::openClients(QWidget &mainWindow)
 void Screens::openTeamMembers(QWidget &mainWindow)
 {
     open(teamMembers, services.dataFolder, mainWindow);
+}
+
+void Screens::openSettings(QWidget &mainWindow)
+{
+    open(settings, services.manager.defaults, mainWindow);
 }

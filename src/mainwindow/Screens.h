@@ -6,6 +6,7 @@
 
 class ViewControllerAdd;
 class ViewControllerClientMgmt;
+class ViewControllerSettings;
 class ViewControllerTeamMgmt;
 
 /// Opens the program's further screens. Each exists once, opening it again raises it, and each is made anew
@@ -20,10 +21,12 @@ public:
     void openEditForm(QWidget &mainWindow);
     void openClients(QWidget &mainWindow);
     void openTeamMembers(QWidget &mainWindow);
+    void openSettings(QWidget &mainWindow);
 
 private:
     TaskFormServices services;
     QPointer<ViewControllerAdd> addForm;
     QPointer<ViewControllerClientMgmt> clients;
     QPointer<ViewControllerTeamMgmt> teamMembers;
+    QPointer<ViewControllerSettings> settings;
 };

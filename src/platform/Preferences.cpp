@@ -2,6 +2,11 @@
 
 #include "platform/Folders.h"
 
+#include <QDir>
+#include <QFile>
+
+using namespace Qt::StringLiterals;
+
 Preferences::Preferences(const QString &filePath)
     : settings(filePath, QSettings::IniFormat)
 {
@@ -21,6 +26,33 @@ std::optional<QString> Preferences::text(const QString &key) const
     if (const auto global = globalTexts.constFind(key); global != globalTexts.cend())
         return *global;
     return std::nullopt;
+}
+
+bool Preferences::boolean(const QString &key) const
+{
+    return text(key) == u"true"_s;
+}
+
+qint64 Preferences::integer(const QString &key) const
+{
+    return text(key).value_or(QString()).toLongLong();
+}
+
+bool Preferences::store(const QString &key, const QVariant &value)
+{
+    const QMutexLocker lock(&mutex);
+    // The file keeps its mode when it is written, so it is made with the right one.
+    constexpr auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
+    QFile file(settings.fileName());
+    QDir().mkpath(QFileInfo(file).path());
+    if (!file.exists() && file.open(QIODevice::WriteOnly | QIODevice::NewOnly, ownerOnly))
+        file.close();
+    const bool isPrivate = file.setPermissions(ownerOnly);
+    // As text, which is also what is read back from the file.
+    settings.setValue(key, value.toString());
+    if (isPrivate)
+        settings.sync();
+    return isPrivate && settings.status() == QSettings::NoError;
 }
 
 void Preferences::setGlobalText(const QString &key, const std::optional<QString> &text)

@@ -1,0 +1,102 @@
+#include "messaging/ViewControllerSettings.h"
+
+#include "app/Alert.h"
+#include "messaging/MessagingSettings.h"
+#include "platform/Preferences.h"
+#include "ui_ViewControllerSettings.h"
+
+#include <QShowEvent>
+
+#include <algorithm>
+#include <cstdlib>
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+/// The leading decimal number of the text as 32 bits; blanks before it are skipped, and without a number it
+/// is 0. One that is too large is the largest.
+static int integerValue(const QString &text)
+{
+    const long value = std::strtol(text.toLatin1().constData(), nullptr, 10);
+    using Limits = std::numeric_limits<int>;
+    return int(std::clamp<long>(value, Limits::min(), Limits::max()));
+}
+
+ViewControllerSettings::ViewControllerSettings(Preferences &userPreferences, QWidget *parent)
+    : QDialog(parent)
+    , ui(std::make_unique<Ui::ViewControllerSettings>())
+    , preferences(userPreferences)
+{
+    ui->setupUi(this);
+    connectActions();
+}
+
+ViewControllerSettings::~ViewControllerSettings() = default;
+
+void ViewControllerSettings::connectActions()
+{
+    connect(ui->saveButton, &QPushButton::clicked, this, [this] { setSettings(ui->saveButton); });
+    connect(ui->resetButton, &QPushButton::clicked, this, [this] { resetToOriginal(ui->resetButton); });
+    connect(ui->revealButton, &QToolButton::toggled, this, &ViewControllerSettings::revealSecret);
+}
+
+void ViewControllerSettings::revealSecret(bool reveal)
+{
+    ui->passPhrase->setEchoMode(reveal ? QLineEdit::Normal : QLineEdit::Password);
+}
+
+void ViewControllerSettings::showEvent(QShowEvent *event)
+{
+    if (!event->spontaneous())
+        viewWillAppear();
+    QDialog::showEvent(event);
+}
+
+void ViewControllerSettings::viewWillAppear()
+{
+    const auto fill = [this](QLineEdit *field, const QString &key) {
+        field->setText(preferences.text(key).value_or(QString()));
+    };
+    fill(ui->secureID, messagingKey::accountId);
+    fill(ui->passPhrase, messagingKey::secret);
+    fill(ui->sendingPhoneNo, messagingKey::sendingPhoneNo);
+    fill(ui->messageTitle, messagingKey::messageTitle);
+    fill(ui->testPhoneNo, messagingKey::testPhoneNo);
+    fill(ui->messageFooter, messagingKey::messageFooter);
+    ui->sendSMS->setChecked(preferences.boolean(messagingKey::notifications));
+    ui->overwritePhoneNo->setChecked(preferences.boolean(messagingKey::overwrite));
+    ui->delayMS->setText(QString::number(preferences.integer(messagingKey::delay)));
+}
+
+void ViewControllerSettings::setSettings(QObject *)
+{
+    if (!saveControls())
+        alertMessage(this, u"The settings hold until the program ends: they could not be written to its "
+                           "preferences file."_s);
+    close();
+}
+
+bool ViewControllerSettings::saveControls()
+{
+    bool isWritten = preferences.setText(messagingKey::secret, ui->passPhrase->text());
+    isWritten &= preferences.setText(messagingKey::accountId, ui->secureID->text());
+    isWritten &= preferences.setText(messagingKey::sendingPhoneNo, ui->sendingPhoneNo->text());
+    isWritten &= preferences.setBoolean(messagingKey::notifications, ui->sendSMS->isChecked());
+    isWritten &= preferences.setText(messagingKey::messageTitle, ui->messageTitle->text());
+    isWritten &= preferences.setText(messagingKey::testPhoneNo, ui->testPhoneNo->text());
+    isWritten &= preferences.setBoolean(messagingKey::overwrite, ui->overwritePhoneNo->isChecked());
+    isWritten &= preferences.setText(messagingKey::messageFooter, ui->messageFooter->text());
+    isWritten &= preferences.setInteger(messagingKey::delay, integerValue(ui->delayMS->text()));
+    return isWritten;
+}
+
+void ViewControllerSettings::resetToOriginal(QObject *)
+{
+    for (QLineEdit *field : {ui->secureID, ui->passPhrase, ui->sendingPhoneNo})
+        field->clear();
+    ui->sendSMS->setChecked(false);
+    ui->overwritePhoneNo->setChecked(false);
+    for (QLineEdit *field : {ui->messageTitle, ui->testPhoneNo, ui->messageFooter})
+        field->clear();
+    ui->delayMS->setText(u"0"_s);
+}
