@@ -50,6 +50,7 @@ CREATE INDEX IF NOT EXISTS "Task_key" ON "Task" (owner, "key");
 CREATE INDEX IF NOT EXISTS "Task_order" ON "Task" (owner, seq);
 
 ALTER TABLE "Task" ENABLE ROW LEVEL SECURITY;
+ALTER TABLE "Task" FORCE ROW LEVEL SECURITY; -- on the role that runs this, too, unless it is a superuser
 DROP POLICY IF EXISTS own_records ON "Task";
 CREATE POLICY own_records ON "Task" USING (owner = current_user) WITH CHECK (owner = current_user);
 
