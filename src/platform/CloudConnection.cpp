@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QUuid>
@@ -135,14 +136,11 @@ bool CloudConnection::openOnServer()
         "tcp_user_timeout=20000;application_name=quorvane"_s.arg(home.sslMode));
     if (!connection.open()) {
         // libpq tells refused credentials by their text only.
+        static const QRegularExpression refusal(
+            u"authentication failed|no password supplied|role \".*\" does not exist|no pg_hba.conf entry|"
+            "is not permitted to log in"_s);
         const QString problem = connection.lastError().text();
-        static const QStringList refusals{u"authentication failed"_s, u"no password supplied"_s,
-                                          u"does not exist"_s, u"no pg_hba.conf entry"_s,
-                                          u"is not permitted to log in"_s};
-        const bool isRefused =
-            std::ranges::any_of(refusals, [&](const QString &refusal) { return problem.contains(refusal); });
-        return fail(isRefused && !problem.contains(u"database \"") ? CloudAccount::NoAccount
-                                                                   : CloudAccount::CouldNotDetermine,
+        return fail(problem.contains(refusal) ? CloudAccount::NoAccount : CloudAccount::CouldNotDetermine,
                     problem);
     }
     // The planner knows nothing yet of a table that has just been filled, and would walk it for every key.
