@@ -10,8 +10,8 @@
 /// The user's preferences by key: an ini file of the user's own, behind it the desktop's global settings.
 ///
 /// A key the file lacks is asked of the global settings, which live in memory and are fed by the desktop.
-/// The file is read when the program starts; nobody but the program changes it. It holds an account secret, so
-/// that only its owner can read it. Safe to use from any thread.
+/// The file is read when the program starts; nobody but the program changes it. It holds an account secret,
+/// so that only its owner can read it. Safe to use from any thread.
 class Preferences
 {
 public:
