@@ -1,18 +1,24 @@
 #include "cloud/CloudMerge.h"
 
 #include "cloud/TaskRecord.h"
+#include "model/Appearance.h"
 #include "model/TaskManager.h"
 #include "platform/Diagnostics.h"
 
 CloudMerge::CloudMerge(TaskManager &taskManager, std::vector<CloudRecord> fetched)
     : manager(taskManager)
     , records(std::move(fetched))
+    , isDark(isDarkMode())
 {
 }
 
 bool CloudMerge::mergeSome()
 {
     constexpr size_t some = 50;
+    // The window reads the list anew from its file when the appearance changes, without what was merged so
+    // far.
+    if (std::exchange(isDark, isDarkMode()) != isDark)
+        next = 0;
     // Between two calls the user may have changed the list, or begun a search.
     if (next == 0 || !workingList().isSharedWith(seen))
         findKeys();

@@ -28,4 +28,5 @@ private:
     /// The last task of each key in the working list, as it was at the end of the last call.
     QHash<QString, qint64> lastOfKey;
     TaskList seen;
+    bool isDark;
 };

@@ -27,6 +27,7 @@ void suggestOnly(QComboBox &box)
 {
     box.completer()->setCompletionMode(QCompleter::PopupCompletion);
     box.completer()->setCaseSensitivity(Qt::CaseSensitive);
+    box.setDuplicatesEnabled(true); // or Return would look for the text in any case and take the entry's
 }
 
 /// Selects the list's entry at the position; where there is none, the box shows the text.
@@ -101,11 +102,31 @@ void TaskForm::hideEvent(QHideEvent *event)
         viewDidDisappear();
 }
 
+bool TaskForm::commitTyping()
+{
+    isRefused = false;
+    for (QDateTimeEdit *picker : std::initializer_list<QDateTimeEdit *>{
+             fields->dtTaskDate, fields->dtTaskDueDate, fields->startTime, fields->endTime})
+        picker->interpretText();
+    return !isRefused;
+}
+
+QString TaskForm::description() const
+{
+    // The view's own line ends and blanks are not the task's, so an untouched text is not read back.
+    const QTextDocument &document = *fields->txtTaskDescription->document();
+    if (!document.isModified())
+        return shownDescription;
+    QString text = document.toRawText();
+    text.replace(QChar(QChar::ParagraphSeparator), u'\n');
+    return text.replace(QChar(QChar::LineSeparator), u'\n');
+}
+
 task TaskForm::taskOfControls() const
 {
     return {.date = fields->dtTaskDate->moment(),
             .name = fields->txtTaskName->text(),
-            .desc = fields->txtTaskDescription->toPlainText(),
+            .desc = description(),
             .client = fields->client->currentText(),
             .teamMember = fields->teamMember->currentText(),
             .color = fields->color->color(),
@@ -124,6 +145,7 @@ void TaskForm::showTask(const task &shown)
 {
     fields->dtTaskDate->setMoment(shown.date);
     fields->txtTaskName->setText(shown.name);
+    shownDescription = shown.desc;
     fields->txtTaskDescription->setPlainText(shown.desc);
     fields->dtTaskDueDate->setMoment(shown.due);
     selectPosition(*fields->inTaskStatus, shown.status, shown.statusName);
@@ -151,6 +173,7 @@ void TaskForm::acceptColor(const QObject &sender)
 
 void TaskForm::refuse(DatePicker &picker, Instant previous, const QString &reason)
 {
+    isRefused = true;
     alertMessage(this, reason);
     picker.setMoment(previous);
 }

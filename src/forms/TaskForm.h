@@ -46,6 +46,8 @@ protected:
     virtual void viewDidAppear();
     void viewDidDisappear();
 
+    /// Takes over what is still being typed; false when a date of it was refused.
+    bool commitTyping();
     /// The controls' values as a task without key.
     task taskOfControls() const;
     /// What both forms fill and reset: name, description, dates, status and priority.
@@ -69,4 +71,10 @@ protected:
     Color colorWell;
     Instant previousDate;
     Instant previousDueDate;
+
+private:
+    QString description() const;
+
+    QString shownDescription;
+    bool isRefused = false;
 };

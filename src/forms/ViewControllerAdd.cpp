@@ -64,6 +64,8 @@ void ViewControllerAdd::focusInEvent(QFocusEvent *event)
 void ViewControllerAdd::btnAddTask_Click(QObject *)
 {
     diagnostics::line("Button Pressed");
+    if (!commitTyping())
+        return;
     const task added = taskOfControls();
     manager.addTask(QString(), added.date, added.name, added.desc, added.color, added.due, added.status,
                     added.priority, added.statusName, added.priorityName, false, added.startHour,

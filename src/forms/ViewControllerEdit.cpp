@@ -74,6 +74,8 @@ void ViewControllerEdit::viewDidAppear()
 void ViewControllerEdit::btnEditTask_ClickWithSender(QObject *)
 {
     diagnostics::line("Button Pressed");
+    if (!commitTyping())
+        return;
     storeControls();
     close();
     services.notices.post(notice::reload);
@@ -133,6 +135,8 @@ void ViewControllerEdit::interfaceModeChangedWithSender(QObject *)
 
 void ViewControllerEdit::shareTask(QObject *)
 {
+    if (!commitTyping())
+        return;
     storeControls();
     services.notices.post(notice::reload);
     manager.shareSelectedTask(*ui->shareButton);

@@ -150,7 +150,7 @@ SqlCloudContainer::Requests SqlCloudContainer::takeRequests()
 void SqlCloudContainer::perform(CloudConnection &connection,
                                 std::span<const std::unique_ptr<Request>> requests)
 {
-    if (!connection.open()) {
+    if (!begin(connection)) {
         for (const std::unique_ptr<Request> &request : requests)
             if (request->needsConnection())
                 request->fail(connection.problem());
@@ -173,21 +173,31 @@ void SqlCloudContainer::perform(CloudConnection &connection,
     perform(connection, requests.subspan(requests.size() / 2));
 }
 
+bool SqlCloudContainer::begin(CloudConnection &connection)
+{
+    if (!connection.open())
+        return false;
+    if (connection.begin())
+        return true;
+    if (connection.isAlive())
+        return false; // another program keeps the database to itself
+    // It was lost while nothing was to be done.
+    connection.close();
+    return connection.open() && connection.begin();
+}
+
 bool SqlCloudContainer::performTogether(CloudConnection &connection,
                                         std::span<const std::unique_ptr<Request>> requests)
 {
-    const auto failAll = [&](const QString &reason) {
-        connection.rollback();
-        for (const std::unique_ptr<Request> &request : requests)
-            request->fail(reason);
-        return false;
-    };
-    if (!connection.begin())
-        return failAll(u"no transaction could be begun"_s);
     for (const std::unique_ptr<Request> &request : requests)
         if (!request->perform(connection)) {
             connection.rollback();
             return false;
         }
-    return connection.commit() || failAll(u"the transaction could not be committed"_s);
+    if (connection.commit())
+        return true;
+    connection.rollback();
+    for (const std::unique_ptr<Request> &request : requests)
+        request->fail(u"the transaction could not be committed"_s);
+    return false;
 }

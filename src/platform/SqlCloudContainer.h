@@ -49,6 +49,8 @@ private:
     void drainQueue();
     Requests takeRequests();
     static void perform(CloudConnection &connection, std::span<const std::unique_ptr<Request>> requests);
+    /// Begins a transaction, on a connection that is opened, or opened again, when need be.
+    static bool begin(CloudConnection &connection);
     static bool performTogether(CloudConnection &connection,
                                 std::span<const std::unique_ptr<Request>> requests);
 

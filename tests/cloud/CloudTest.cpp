@@ -1,5 +1,6 @@
 #include "cloud/CloudSync.h"
 #include "cloud/TaskRecord.h"
+#include "model/Appearance.h"
 #include "model/TaskManager.h"
 #include "platform/MainThreadQueue.h"
 #include "platform/NotificationCenter.h"
@@ -346,6 +347,19 @@ private slots:
                  u"3000|t"_s);
     }
 
+    void aConnectionLostWhileIdleIsNotNoticed()
+    {
+        Program program(homeOnServer(u"anna"_s));
+        program.sync.saveTaskToCloud(sample(u"a"_s, u"A"_s));
+        program.settle();
+        server->run(u"admin"_s,
+                    u"SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE usename = 'anna'"_s);
+        program.sync.updateFromCloud();
+        program.settle();
+        QCOMPARE(program.names(), QStringList({u"A"_s}));
+        QCOMPARE(program.events, u"uuru"_s);
+    }
+
     void aSpoiltRequestSpoilsNoOther()
     {
         // A text of the server's cannot hold the character zero.
@@ -436,6 +450,34 @@ private slots:
         QCOMPARE(program.manager.tasks.size(), count);
         for (const SharedTask &entry : program.manager.tasks)
             QCOMPARE(entry->name, entry->key);
+    }
+
+    void theAppearanceMayChangeDuringAMerge()
+    {
+        constexpr int count = 200;
+        const QTemporaryDir data;
+        Program program(homeOf(false, data));
+        for (int number = 0; number < count; ++number)
+            program.manager.tasks.append(sample(QString::number(number), u"T"_s));
+        program.sync.syncAllToCloud();
+        program.settle();
+        program.manager.tasks.clear();
+        program.sync.updateFromCloud();
+        // As soon as a part is merged, the desktop turns dark and the window reads its file, which is empty.
+        const std::function<void()> turnDark = [&] {
+            if (program.manager.tasks.isEmpty()) {
+                program.mainThread.post(turnDark);
+                return;
+            }
+            Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, u"Dark"_s);
+            program.manager.tasks.clear();
+        };
+        turnDark();
+        program.settle();
+        QVERIFY(isDarkMode());
+        QCOMPARE(program.manager.tasks.size(), count);
+        for (const SharedTask &entry : program.manager.tasks)
+            QCOMPARE(entry->color.red, 1.0 - 0.1);
     }
 
     void whatIsStillQueuedIsAnsweredAtTheEnd()

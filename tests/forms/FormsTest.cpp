@@ -73,7 +73,7 @@ private slots:
         QCOMPARE(client.count(), 4);
         QCOMPARE(client.itemText(1), QString());
         QCOMPARE(client.currentText(), QString());
-        type("client", u"smith"_s); // not the one that is listed
+        type("client", u"smith"_s, Qt::Key_Return); // not the one that is listed
         type("inTaskStatus", u"Waiting"_s);
         type("inTaskPriority", u"High"_s);
         child<QTimeEdit>("endTime").setTime(QTime(18, 45));
@@ -123,7 +123,7 @@ private slots:
         const task original{.key = u"KEY"_s,
                             .date = moment(u"2026-11-01T06:30:15.123Z"_s), // 1:30 for the second time
                             .name = u"name"_s,
-                            .desc = u"two\nlines"_s,
+                            .desc = u"two\r\nlines with\u00A0blanks"_s,
                             .client = u"Nobody listed"_s,
                             .teamMember = u"Anna"_s,
                             .color = {0.1, 0.2, 1.0 / 3.0, 0.25},
@@ -207,6 +207,22 @@ private slots:
         else // what was accepted last is the moment of the form's creation
             QVERIFY(qAbs(picker.dateTime().secsTo(QDateTime::currentDateTime())) < 60);
         QCoreApplication::processEvents(); // what has not been answered yet
+    }
+
+    void aDateThatIsBeingTypedCounts()
+    {
+        for (const auto &[year, stored] : {std::pair("2027", true), {"2020", false}}) {
+            openEdit({.date = moment(u"2026-03-03T12:00:00"_s), .due = moment(u"2026-03-05T12:00:00"_s)});
+            auto &due = child<DatePicker>("dtTaskDueDate");
+            due.setFocus();
+            due.setSelectedSection(QDateTimeEdit::YearSection);
+            QTest::keyClicks(&due, QString::fromLatin1(year));
+            const AlertAnswer answer(u"OK"_s);
+            child<QPushButton>("storeButton").click(); // as by its key, which leaves the focus where it is
+            QCOMPARE(answer.wasShown(), !stored);
+            QCOMPARE(form->isVisible(), !stored);
+            QCOMPARE(Calendar::localTime(manager->tasks[0]->due).date().year(), stored ? 2027 : 2026);
+        }
     }
 
     void theLastAcceptedDateReturns()
@@ -340,7 +356,7 @@ private:
     }
 
     /// Types the text over what the box shows, and goes on to the next control.
-    void type(const char *name, const QString &text)
+    void type(const char *name, const QString &text, Qt::Key end = Qt::Key_Tab)
     {
         QLineEdit &field = *child<QComboBox>(name).lineEdit();
         field.setFocus();
@@ -348,7 +364,7 @@ private:
         QTest::keyClicks(&field, text);
         if (QWidget *suggestions = QApplication::activePopupWidget())
             suggestions->close();
-        QTest::keyClick(&field, Qt::Key_Tab);
+        QTest::keyClick(&field, end);
     }
 
     void chooseColor(const QColor &color)
