@@ -12,6 +12,8 @@
 #include <QShowEvent>
 #include <QStringListModel>
 
+#include <limits>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -72,6 +74,11 @@ void TaskForm::loadView(QWidget &place)
     listNames(*fields->teamMember, contactNames(*managedObjectContext, TeamMembers::fetchRequest()));
     for (QComboBox *box : {fields->inTaskStatus, fields->inTaskPriority, fields->client, fields->teamMember})
         suggestOnly(*box);
+    // The task list file knows no limit, so neither do its texts here.
+    constexpr int unlimited = std::numeric_limits<int>::max();
+    fields->txtTaskName->setMaxLength(unlimited);
+    for (QComboBox *box : {fields->inTaskStatus, fields->inTaskPriority, fields->client, fields->teamMember})
+        box->lineEdit()->setMaxLength(unlimited);
     fields->txtTaskName->setFocus();
 }
 

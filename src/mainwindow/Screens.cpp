@@ -15,6 +15,7 @@ static void open(QPointer<Screen> &screen, Resources &&resources, QWidget &mainW
         screen = new Screen(resources, &mainWindow);
         screen->setAttribute(Qt::WA_DeleteOnClose);
     }
+    screen->setWindowState(screen->windowState() & ~Qt::WindowMinimized);
     screen->show();
     screen->raise();
     screen->activateWindow();

@@ -1,7 +1,8 @@
 #include "platform/DatePicker.h"
 
 #include <QApplication>
-#include <QEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QSignalBlocker>
 
 using namespace Qt::StringLiterals;
@@ -54,4 +55,19 @@ bool DatePicker::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::Hide && std::exchange(choosing, false))
         QMetaObject::invokeMethod(this, &DatePicker::dayChosen, Qt::QueuedConnection);
     return QDateTimeEdit::eventFilter(watched, event);
+}
+
+void DatePicker::keyPressEvent(QKeyEvent *event)
+{
+    const QString typed = event->text();
+    const bool isDigit = !typed.isEmpty() && typed[0].isDigit();
+    const bool isSeparator = typed == u"/" || typed == u"." || typed == u"-";
+    // A full part goes on to the next one by itself; the separator that is typed after it would skip that.
+    if (std::exchange(hasAdvanced, false) && isSeparator)
+        return;
+    if (isDigit && lineEdit()->selectedText() == lineEdit()->text())
+        setSelectedSection(sectionAt(0)); // a whole date is typed over the old one
+    const int before = currentSectionIndex();
+    QDateTimeEdit::keyPressEvent(event);
+    hasAdvanced = isDigit && currentSectionIndex() > before;
 }

@@ -24,9 +24,11 @@ signals:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void changed();
 
-    bool choosing = false; ///< in the open calendar
+    bool choosing = false;    ///< in the open calendar
+    bool hasAdvanced = false; ///< to the next part of the date, by the last digit
 };

@@ -12,6 +12,7 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSaveFile>
+#include <QTemporaryFile>
 #include <QUrl>
 
 using namespace Qt::StringLiterals;
@@ -58,8 +59,10 @@ void SharingServicePicker::copy() const
 
 void SharingServicePicker::mail(QWidget *window) const
 {
-    // A process of ours, since QDesktopServices does not tell when no mail program is found.
-    auto *process = new QProcess(qApp);
+    // A process of ours, since QDesktopServices does not tell when no mail program is found. What it starts
+    // goes on after it, so that there are no pipes to it which would close.
+    auto *process = new QProcess;
+    auto *messages = new QTemporaryFile(process);
     const auto fail = [process, window = QPointer(window), tell = report](const QString &reason) {
         process->deleteLater();
         tell(window, u"The mail program could not be opened. "_s + reason);
@@ -68,14 +71,18 @@ void SharingServicePicker::mail(QWidget *window) const
         if (error == QProcess::FailedToStart)
             fail(u"xdg-email: "_s + process->errorString());
     });
-    QObject::connect(process, &QProcess::finished, qApp, [process, fail](int exitCode) {
+    QObject::connect(process, &QProcess::finished, qApp, [process, messages, fail](int exitCode) {
         if (exitCode == 0)
             process->deleteLater();
         else
-            fail(QString::fromLocal8Bit(process->readAllStandardError()).trimmed());
+            fail(u"xdg-email: %1 %2"_s.arg(exitCode).arg(
+                QString::fromLocal8Bit(messages->readAll()).trimmed()));
     });
+    process->setStandardInputFile(QProcess::nullDevice());
+    process->setStandardOutputFile(QProcess::nullDevice());
+    if (messages->open())
+        process->setStandardErrorFile(messages->fileName());
     process->start(u"xdg-email"_s, {mailAddress(title, text)});
-    process->closeWriteChannel();
 }
 
 void SharingServicePicker::save(QWidget *window) const

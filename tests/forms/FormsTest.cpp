@@ -122,7 +122,7 @@ private slots:
     {
         const task original{.key = u"KEY"_s,
                             .date = moment(u"2026-11-01T06:30:15.123Z"_s), // 1:30 for the second time
-                            .name = u"name"_s,
+                            .name = QString(40'000, u'n'),
                             .desc = u"two\r\nlines with\u00A0blanks"_s,
                             .client = u"Nobody listed"_s,
                             .teamMember = u"Anna"_s,
@@ -223,6 +223,21 @@ private slots:
             QCOMPARE(form->isVisible(), !stored);
             QCOMPARE(Calendar::localTime(manager->tasks[0]->due).date().year(), stored ? 2027 : 2026);
         }
+    }
+
+    void aWholeDateIsTyped()
+    {
+        openEdit({.date = moment(u"2026-03-03T12:00:00"_s), .due = moment(u"2026-03-05T12:00:00"_s)});
+        auto &due = child<DatePicker>("dtTaskDueDate");
+        due.setFocus();
+        due.setSelectedSection(QDateTimeEdit::MonthSection);
+        QTest::keyClicks(&due, u"12/25/2026"_s);
+        QTest::keyClick(&due, Qt::Key_Return);
+        QCOMPARE(due.dateTime(), QDateTime(QDate(2026, 12, 25), QTime(12, 0)));
+        due.selectAll();
+        QTest::keyClicks(&due, u"4/7/2027"_s);
+        QTest::keyClick(&due, Qt::Key_Return);
+        QCOMPARE(due.date(), QDate(2027, 4, 7));
     }
 
     void theLastAcceptedDateReturns()
