@@ -20,27 +20,22 @@ bool CloudMerge::mergeSome()
     if (std::exchange(isDark, isDarkMode()) != isDark)
         next = 0;
     // Between two calls the user may have changed the list, or begun a search.
-    if (next == 0 || !workingList().isSharedWith(seen))
+    if (next == 0 || !manager.workingList().isSharedWith(seen))
         findKeys();
     seen.clear(); // or every change would copy the list
     const qint64 chosen = manager.selected;
     for (const size_t end = std::min(next + some, records.size()); next < end; ++next)
         merge(records[next]);
-    seen = workingList();
+    seen = manager.workingList();
     if (next == records.size())
         return false;
     manager.selected = chosen; // until all is merged the user goes on with the task of their choice
     return true;
 }
 
-const TaskList &CloudMerge::workingList() const
-{
-    return manager.isSearching ? manager.backupTasks : manager.tasks;
-}
-
 void CloudMerge::findKeys()
 {
-    const TaskList &list = workingList();
+    const TaskList &list = manager.workingList();
     lastOfKey.clear();
     lastOfKey.reserve(list.size());
     for (qsizetype index = 0; index < list.size(); ++index)
@@ -62,7 +57,7 @@ void CloudMerge::merge(const CloudRecord &record)
             fetched.key, fetched.date, fetched.name, fetched.desc, fetched.color, fetched.due, fetched.status,
             fetched.priority, fetched.statusName, fetched.priorityName, fetched.hidden, fetched.startHour,
             fetched.startMin, fetched.endHour, fetched.endMin, fetched.client, fetched.teamMember);
-        lastOfKey.insert(key, workingList().size() - 1);
+        lastOfKey.insert(key, manager.workingList().size() - 1);
         return;
     }
     manager.editSelectedTask(fetched.date, fetched.name, fetched.desc, fetched.color, fetched.due,

@@ -19,7 +19,6 @@ public:
 private:
     void merge(const CloudRecord &record);
     qint64 selectTask(const QString &key);
-    const TaskList &workingList() const;
     void findKeys();
 
     TaskManager &manager;

@@ -24,6 +24,8 @@ public:
     /// Removes the rows; they may come in any order.
     void remove(QList<int> rows);
 
+    const Contact &contact(int row) const { return contacts[row]; }
+
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;

@@ -19,7 +19,7 @@ TaskListFile::TaskListFile(TaskManager &taskManager, const QString &documentsFol
 bool TaskListFile::writeFile()
 {
     constexpr qsizetype usualRow = 240;
-    const TaskList &tasks = manager.isSearching ? manager.backupTasks : manager.tasks;
+    const TaskList &tasks = manager.workingList();
     TaskRowWriter writer(separatorFieldsFile, separatorRowsFile);
     QByteArray text;
     text.reserve(tasks.size() * usualRow);

@@ -36,6 +36,10 @@ public:
     QString searchTerm; ///< the text of the active or last search
     Preferences &defaults;
 
+    /// The list that holds every task, also during a search.
+    TaskList &workingList() { return isSearching ? backupTasks : tasks; }
+    const TaskList &workingList() const { return isSearching ? backupTasks : tasks; }
+
     /// Appends a task to the working list. An empty key is replaced by a new one. Returns the task's key. The
     /// default times follow the task's.
     QString addTask(const QString &key, Instant date, const QString &name, const QString &desc,
@@ -93,8 +97,6 @@ public:
     void sortByColumn(const SortDescriptor &descriptor);
 
 private:
-    TaskList &workingList() { return isSearching ? backupTasks : tasks; }
-    const TaskList &workingList() const { return isSearching ? backupTasks : tasks; }
     bool isSelectedIn(const TaskList &list) const { return selected >= 0 && selected < list.size(); }
     void setSelectedHidden(bool hidden);
     void followDefaultTimes(qint64 startHour, qint64 startMin, qint64 endHour, qint64 endMin);

@@ -6,6 +6,7 @@
 #include <QStringView>
 
 #include <concepts>
+#include <optional>
 
 /// Plain lines for whoever watches the program's standard output. Nothing reads them back.
 ///
@@ -21,6 +22,18 @@ void appendItem(QByteArray &line, const char *text);
 void appendItem(QByteArray &line, const QByteArray &utf8);
 void appendItem(QByteArray &line, bool value);
 void appendItem(QByteArray &line, const QList<QStringView> &texts);
+/// A text that may be absent: Optional("text") or nil.
+template <std::same_as<QString> Text> // or every text could be meant
+void appendItem(QByteArray &line, const std::optional<Text> &text)
+{
+    if (!text) {
+        line += "nil";
+        return;
+    }
+    line += "Optional(\"";
+    appendItem(line, QStringView(*text));
+    line += "\")";
+}
 template <std::signed_integral Number>
 void appendItem(QByteArray &line, Number value)
 {
