@@ -3,8 +3,9 @@
 #include "cloud/TaskRecord.h"
 
 Profile::Profile(TaskManager &manager, NotificationCenter &systemNotices, const CloudHome &cloudHome,
-                 const Folders &folders)
-    : screens({manager, notices, systemNotices, colorPanel, folders.data})
+                 const GatewayAddress &gateway, const Folders &folders)
+    : scheduleRuns(manager.defaults, gateway)
+    , screens({manager, notices, systemNotices, colorPanel, folders.data}, scheduleRuns)
     , container(cloudHome, taskRecordType())
     , cloud(manager, notices, container, cloudAnswers)
     , window(manager, notices, systemNotices, screens, cloud, folders.documents, folders.state)

@@ -3,6 +3,7 @@
 #include "cloud/CloudSync.h"
 #include "mainwindow/Screens.h"
 #include "mainwindow/ViewController.h"
+#include "messaging/ScheduleRuns.h"
 #include "platform/ColorWell.h"
 #include "platform/MainThreadQueue.h"
 #include "platform/NotificationCenter.h"
@@ -20,10 +21,11 @@ public:
     };
 
     Profile(TaskManager &manager, NotificationCenter &systemNotices, const CloudHome &cloudHome,
-            const Folders &folders);
+            const GatewayAddress &gateway, const Folders &folders);
 
     NotificationCenter notices;
     ColorPanel colorPanel;
+    ScheduleRuns scheduleRuns;
     Screens screens;
     MainThreadQueue cloudAnswers;
     SqlCloudContainer container;

@@ -4,6 +4,7 @@
 #include "cloud/TaskRecord.h"
 #include "mainwindow/Screens.h"
 #include "mainwindow/ViewController.h"
+#include "messaging/ScheduleRuns.h"
 #include "model/Appearance.h"
 #include "model/TaskManager.h"
 #include "platform/ColorWell.h"
@@ -18,6 +19,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QIcon>
 #include <QPixmapCache>
@@ -72,7 +74,9 @@ int main(int argc, char **argv)
     followPalette();
 
     ColorPanel colorPanel;
-    Screens screens({TaskManager::shared(), notices, systemNotices, colorPanel, folders::data()});
+    ScheduleRuns scheduleRuns(Preferences::standard(), GatewayAddress{});
+    Screens screens({TaskManager::shared(), notices, systemNotices, colorPanel, folders::data()},
+                    scheduleRuns);
     const CloudHome cloudHome = CloudHome::read(folders::config() + u"/cloud.ini"_s, folders::data());
     MainThreadQueue cloudAnswers;
     SqlCloudContainer container(cloudHome, taskRecordType());
@@ -83,8 +87,12 @@ int main(int argc, char **argv)
     window.show();
     delegate.applicationDidFinishLaunching();
     const int result = QApplication::exec();
-    if (!container.finish(std::chrono::seconds(5), cloudAnswers)) {
-        // A server keeps the container's thread waiting; there is nothing to clean up that may not be left.
+    scheduleRuns.stop();
+    const QDeadlineTimer deadline(std::chrono::seconds(5));
+    const bool isCloudDone = container.finish(deadline.remainingTimeAsDuration(), cloudAnswers);
+    const bool areMessagesDone = scheduleRuns.finish(deadline.remainingTimeAsDuration());
+    if (!isCloudDone || !areMessagesDone) {
+        // A server keeps a thread waiting; there is nothing to clean up that may not be left.
         diagnostics::drain();
         std::_Exit(result);
     }

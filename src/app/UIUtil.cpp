@@ -89,17 +89,16 @@ void UIUtil::setTime(QDateTimeEdit &picker, qint64 hour, qint64 minute) const
     picker.setTime(QTime(0, 0).addSecs(minutes * 60));
 }
 
-int UIUtil::compareDays(Instant a, Instant b) const
+int UIUtil::compareDays(Instant a, Instant b, const Calendar &calendar) const
 {
-    const Calendar calendar;
     const QDate dayA = calendar.dayOf(a);
     const QDate dayB = calendar.dayOf(b);
     return int(dayA < dayB) - int(dayB < dayA);
 }
 
-bool UIUtil::isSameDayOrEarlier(Instant a, Instant b) const
+bool UIUtil::isSameDayOrEarlier(Instant a, Instant b, const Calendar &calendar) const
 {
-    const int order = compareDays(a, b);
+    const int order = compareDays(a, b, calendar);
     diagnostics::line(order > 0 ? "ASCENDING" : order == 0 ? "SAME" : "DESCENDING");
     return order >= 0;
 }

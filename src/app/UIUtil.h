@@ -31,8 +31,8 @@ public:
     void setTime(QDateTimeEdit &picker, qint64 hour, qint64 minute) const;
 
     /// 1 when a's day is before b's, 0 when it is the same, −1 when it is after.
-    int compareDays(Instant a, Instant b) const;
-    bool isSameDayOrEarlier(Instant a, Instant b) const;
+    int compareDays(Instant a, Instant b, const Calendar &calendar = {}) const;
+    bool isSameDayOrEarlier(Instant a, Instant b, const Calendar &calendar = {}) const;
 
     /// The 12-hour text of a time of day, such as 05:00PM for hour 17 and minute 0.
     QString formatTime(qint64 hour, qint64 minute) const;

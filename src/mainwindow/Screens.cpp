@@ -4,8 +4,17 @@
 #include "contacts/ViewControllerTeamMgmt.h"
 #include "forms/ViewControllerAdd.h"
 #include "forms/ViewControllerEdit.h"
+#include "messaging/ViewControllerSending.h"
 #include "messaging/ViewControllerSettings.h"
 #include "model/TaskManager.h"
+
+static void bringToFront(QWidget &screen)
+{
+    screen.setWindowState(screen.windowState() & ~Qt::WindowMinimized);
+    screen.show();
+    screen.raise();
+    screen.activateWindow();
+}
 
 /// Shows the screen, which is made if it is not open. A screen that was closed is gone.
 template <typename Screen, typename Resources>
@@ -15,14 +24,12 @@ static void open(QPointer<Screen> &screen, Resources &&resources, QWidget &mainW
         screen = new Screen(resources, &mainWindow);
         screen->setAttribute(Qt::WA_DeleteOnClose);
     }
-    screen->setWindowState(screen->windowState() & ~Qt::WindowMinimized);
-    screen->show();
-    screen->raise();
-    screen->activateWindow();
+    bringToFront(*screen);
 }
 
-Screens::Screens(const TaskFormServices &formServices)
+Screens::Screens(const TaskFormServices &formServices, ScheduleRuns &scheduleRuns)
     : services(formServices)
+    , runs(scheduleRuns)
 {
 }
 
@@ -47,6 +54,15 @@ void Screens::openClients(QWidget &mainWindow)
 void Screens::openTeamMembers(QWidget &mainWindow)
 {
     open(teamMembers, services.dataFolder, mainWindow);
+}
+
+void Screens::openSending(QWidget &mainWindow)
+{
+    if (sending && sending->isSending())
+        bringToFront(*sending); // it may have been closed meanwhile
+    else
+        open(sending, ViewControllerSending::Services{services.manager, runs, services.dataFolder},
+             mainWindow);
 }
 
 void Screens::openSettings(QWidget &mainWindow)

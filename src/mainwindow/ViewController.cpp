@@ -96,6 +96,7 @@ void ViewController::connectScreens()
     connect(ui->actionEdit, &QAction::triggered, this, [this] { screens.openEditForm(*this); });
     connect(ui->actionClients, &QAction::triggered, this, [this] { screens.openClients(*this); });
     connect(ui->actionTeamMembers, &QAction::triggered, this, [this] { screens.openTeamMembers(*this); });
+    connect(ui->actionMessages, &QAction::triggered, this, [this] { screens.openSending(*this); });
     connect(ui->actionSettings, &QAction::triggered, this, [this] { screens.openSettings(*this); });
 }
 

@@ -8,10 +8,19 @@
 
 using namespace Qt::StringLiterals;
 
-TaskList tasksForSchedules(TaskList tasks)
+const QString &nameIn(const task &entry, RecipientKind kind)
+{
+    return kind == RecipientKind::Client ? entry.client : entry.teamMember;
+}
+
+std::vector<ScheduledTask> tasksForSchedules(RecipientKind kind, TaskList tasks)
 {
     std::ranges::stable_sort(tasks, {}, [](const SharedTask &entry) { return entry->date; });
-    return tasks;
+    std::vector<ScheduledTask> schedule;
+    schedule.reserve(size_t(tasks.size()));
+    for (const SharedTask &entry : tasks)
+        schedule.push_back({entry, nameIn(*entry, kind).toLower()});
+    return schedule;
 }
 
 ScheduleText::ScheduleText(RecipientKind recipientKind, Instant first, Instant last,
@@ -23,29 +32,34 @@ ScheduleText::ScheduleText(RecipientKind recipientKind, Instant first, Instant l
 {
 }
 
-const QString &ScheduleText::nameIn(const task &entry) const
+bool ScheduleText::matches(const std::optional<QString> &lowerName, const ScheduledTask &candidate) const
 {
-    return kind == RecipientKind::Client ? entry.client : entry.teamMember;
+    return lowerName && candidate.lowerName == *lowerName &&
+           util().isSameDayOrEarlier(start, candidate.entry->date, calendar) &&
+           util().isSameDayOrEarlier(candidate.entry->date, end, calendar);
 }
 
-bool ScheduleText::matches(const Recipient &recipient, const task &entry) const
+bool ScheduleText::wouldMatch(const std::optional<QString> &lowerName, const ScheduledTask &candidate) const
 {
-    return recipient.name && nameIn(entry).toLower() == recipient.name->toLower() &&
-           util().isSameDayOrEarlier(start, entry.date) && util().isSameDayOrEarlier(entry.date, end);
+    return lowerName && candidate.lowerName == *lowerName &&
+           util().compareDays(start, candidate.entry->date, calendar) >= 0 &&
+           util().compareDays(candidate.entry->date, end, calendar) >= 0;
 }
 
 QString ScheduleText::header(const task &first) const
 {
     return preferences.text(messagingKey::messageTitle).value_or(QString()) + u'\n' +
            (kind == RecipientKind::Client ? u"Client Schedule: "_s : u"Team Member Schedule: "_s) +
-           nameIn(first) + u'\n' + dateText(start) + u'-' + dateText(end) + u"\n\r"_s;
+           nameIn(first, kind) + u'\n' + dateText(start) + u'-' + dateText(end) + u"\n\r"_s;
 }
 
 QString ScheduleText::taskMessage(const task &entry) const
 {
-    return dateText(entry.date) + u' ' + util().formatTime(entry.startHour, entry.startMin) + u'-' +
-           dateText(entry.due) + u' ' + util().formatTime(entry.endHour, entry.endMin) + u' ' + entry.name +
-           u'-' + (kind == RecipientKind::Client ? entry.teamMember : entry.client);
+    // One after the other, since both are written to the diagnostic lines.
+    const QString startTime = util().formatTime(entry.startHour, entry.startMin);
+    const QString endTime = util().formatTime(entry.endHour, entry.endMin);
+    return dateText(entry.date) + u' ' + startTime + u'-' + dateText(entry.due) + u' ' + endTime + u' ' +
+           entry.name + u'-' + (kind == RecipientKind::Client ? entry.teamMember : entry.client);
 }
 
 QString ScheduleText::footer() const

@@ -5,20 +5,28 @@
 #include <QLocale>
 
 #include <optional>
+#include <vector>
 
 class Preferences;
 
 /// Somebody who is sent a schedule, as the contact store has it.
 struct Recipient
 {
-    std::optional<QString> name;
-    std::optional<QString> phoneNo;
+    std::optional<QString> name = {};
+    std::optional<QString> phoneNo = {};
 };
 
 enum class RecipientKind { Client, TeamMember };
 
+/// A task with the name that a recipient's has to equal, both in lower case.
+struct ScheduledTask
+{
+    SharedTask entry;
+    QString lowerName;
+};
+
 /// The tasks in the order in which schedules list them: by start moment, equal ones in the order of the list.
-TaskList tasksForSchedules(TaskList tasks);
+std::vector<ScheduledTask> tasksForSchedules(RecipientKind kind, TaskList tasks);
 
 /// Which tasks belong to a recipient's schedule, and the texts of its messages.
 ///
@@ -31,8 +39,11 @@ public:
     /// \param preferences  asked anew for every text
     ScheduleText(RecipientKind kind, Instant start, Instant end, const Preferences &preferences);
 
-    /// True when the task is the recipient's, whatever the case of the name, and begins within the range.
-    bool matches(const Recipient &recipient, const task &entry) const;
+    /// True when the task is of the recipient with this name in lower case and begins within the range. Says
+    /// in diagnostic lines how the days compare.
+    bool matches(const std::optional<QString> &lowerName, const ScheduledTask &candidate) const;
+    /// The same without a word.
+    bool wouldMatch(const std::optional<QString> &lowerName, const ScheduledTask &candidate) const;
 
     /// What comes before the recipient's first task.
     QString header(const task &first) const;
@@ -41,7 +52,6 @@ public:
     QString footer() const;
 
 private:
-    const QString &nameIn(const task &entry) const;
     QString dateText(Instant instant) const;
 
     RecipientKind kind;
@@ -51,3 +61,6 @@ private:
     Calendar calendar;
     QLocale locale;
 };
+
+/// The name by which the task is matched: of its client or of its team member.
+const QString &nameIn(const task &entry, RecipientKind kind);

@@ -51,6 +51,7 @@ public:
                 startChunk(line.size());
             }
             chunks.last() += line;
+            queued += line.size();
             backlog += line.size();
         }
         if (isChunkDone)
@@ -71,7 +72,8 @@ public:
         std::unique_lock lock(mutex);
         flushing = true;
         wake.notify_one();
-        drained.wait_for(lock, limit, [this] { return chunks.isEmpty() && !writing; });
+        // Others may go on adding lines.
+        drained.wait_for(lock, limit, [this, target = queued] { return written >= target; });
     }
 
 private:
@@ -82,6 +84,7 @@ private:
         if (dropped > 0)
             chunk += "Diagnostics dropped: " + QByteArray::number(dropped) + '\n';
         dropped = 0;
+        queued += chunk.size();
         chunks.append(chunk);
     }
 
@@ -93,21 +96,18 @@ private:
             while (!chunks.isEmpty() && (chunks.size() > 1 || flushing))
                 writeFirstChunk(lock);
             flushing = false;
-            drained.notify_all();
         }
     }
 
     void writeFirstChunk(std::unique_lock<std::mutex> &lock)
     {
-        writing = true;
-        {
-            const QByteArray chunk = chunks.takeFirst();
-            lock.unlock();
-            writeAll(chunk);
-            lock.lock();
-            backlog -= qMin(backlog, chunk.size());
-        }
-        writing = false;
+        const QByteArray chunk = chunks.takeFirst();
+        lock.unlock();
+        writeAll(chunk);
+        lock.lock();
+        written += chunk.size();
+        backlog -= qMin(backlog, chunk.size());
+        drained.notify_all();
     }
 
     /// A reader that has gone away ends the writing of this chunk, never the program.
@@ -127,10 +127,11 @@ private:
     std::condition_variable wake;
     std::condition_variable drained;
     QList<QByteArray> chunks;
+    qint64 queued = 0;  ///< bytes ever
+    qint64 written = 0; ///< of them
     qsizetype backlog = 0;
     qint64 dropped = 0;
     bool flushing = false;
-    bool writing = false;
 };
 
 /// Appends texts of so many UTF-16 units in all to a line.

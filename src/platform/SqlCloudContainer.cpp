@@ -68,7 +68,7 @@ SqlCloudContainer::~SqlCloudContainer()
     thread.join();
 }
 
-bool SqlCloudContainer::finish(std::chrono::milliseconds limit, MainThreadQueue &answers)
+bool SqlCloudContainer::finish(std::chrono::nanoseconds limit, MainThreadQueue &answers)
 {
     const QDeadlineTimer deadline(limit);
     do {

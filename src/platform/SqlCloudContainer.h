@@ -30,7 +30,7 @@ public:
     /// Waits, on the main thread, until every request has been answered, also those that follow from the
     /// answers; false when that takes longer than the limit.
     /// \param answers  where the handlers put what they do on the main thread
-    bool finish(std::chrono::milliseconds limit, MainThreadQueue &answers);
+    bool finish(std::chrono::nanoseconds limit, MainThreadQueue &answers);
 
 private:
     class Request;

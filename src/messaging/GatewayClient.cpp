@@ -1,0 +1,217 @@
+#include "messaging/GatewayClient.h"
+
+#include "platform/Diagnostics.h"
+
+#include <QNetworkProxy>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+#include <QSslConfiguration>
+#include <QStringDecoder>
+#include <QTimer>
+
+#include <algorithm>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int connections = 6; // as many as a QNetworkAccessManager opens to one host
+constexpr auto timeLimit = 60s;
+constexpr qint64 longestAnswer = 1 << 20;
+
+/// A request's body that can be read only once. Where a connection breaks after a request was sent, Qt would
+/// otherwise send it again, and the gateway may have seen it already.
+class UnrepeatableBody : public QIODevice
+{
+public:
+    explicit UnrepeatableBody(const QByteArray &content)
+        : bytes(content)
+    {
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+
+    bool isSequential() const override { return true; }
+    bool reset() override { return read == 0; }
+    qint64 bytesAvailable() const override { return bytes.size() - read + QIODevice::bytesAvailable(); }
+
+protected:
+    qint64 readData(char *destination, qint64 most) override
+    {
+        const QByteArrayView part = QByteArrayView(bytes).sliced(read, std::min(most, bytes.size() - read));
+        std::ranges::copy(part, destination);
+        read += part.size();
+        return part.size();
+    }
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    QByteArray bytes;
+    qsizetype read = 0;
+};
+
+QNetworkRequest prepare(const GatewayAddress &address, const GatewayRequest &request)
+{
+    QUrl url;
+    url.setScheme(u"https"_s);
+    url.setHost(address.host);
+    url.setPort(address.port == 443 ? -1 : address.port);
+    url.setPath(request.path);
+    QNetworkRequest prepared(url);
+    prepared.setHeader(QNetworkRequest::ContentTypeHeader, "application/x-www-form-urlencoded"_ba);
+    prepared.setHeader(QNetworkRequest::ContentLengthHeader, request.body.size());
+    prepared.setRawHeader("Authorization", "Basic " + (request.userName + ':' + request.password).toBase64());
+    prepared.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
+    prepared.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
+    prepared.setAttribute(QNetworkRequest::Http2AllowedAttribute, false); // it has retries of its own
+    for (const auto attribute :
+         {QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::CookieLoadControlAttribute,
+          QNetworkRequest::CookieSaveControlAttribute})
+        prepared.setAttribute(attribute, QNetworkRequest::Manual);
+    QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
+    tls.setPeerVerifyMode(QSslSocket::VerifyPeer);
+    tls.addCaCertificates(address.trusted);
+    prepared.setSslConfiguration(tls);
+    return prepared;
+}
+
+/// Why there is no complete answer of the gateway; nothing when there is one, whatever it says.
+std::optional<QString> transportError(const QNetworkReply &reply)
+{
+    const QNetworkReply::NetworkError error = reply.error();
+    const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    // Qt reports the gateway's refusals as errors, too, and redirections that it would have to send again.
+    const bool isRefusal = status >= 400 && error > QNetworkReply::UnknownProxyError &&
+                           error != QNetworkReply::ContentReSendError &&
+                           error != QNetworkReply::ProtocolUnknownError &&
+                           error != QNetworkReply::ProtocolFailure;
+    const bool isRedirection = status >= 300 && status < 400 && error == QNetworkReply::ContentReSendError;
+    if (error == QNetworkReply::NoError || isRefusal || isRedirection)
+        return std::nullopt;
+    if (error == QNetworkReply::ContentReSendError)
+        return u"The gateway closed the connection without an answer"_s;
+    if (const QVariant reason = reply.property("reason"); reason.isValid())
+        return reason.toString();
+    return reply.errorString();
+}
+
+/// Ends the request with this reason.
+void breakOff(QNetworkReply &reply, const QString &reason)
+{
+    reply.setProperty("reason", reason);
+    reply.abort();
+}
+
+/// The text without what must not get into a diagnostic line, which a gateway may send back.
+QString withoutCredentials(QString text, const GatewayRequest &request)
+{
+    const QByteArray credentials = request.userName + ':' + request.password;
+    text.replace(QString::fromLatin1(credentials.toBase64()), u"…"_s);
+    if (!request.password.isEmpty())
+        text.replace(QString::fromUtf8(request.password), u"…"_s);
+    return text;
+}
+
+} // namespace
+
+GatewayClient::GatewayClient(const GatewayAddress &gateway)
+    : address(gateway)
+{
+    threadContext.moveToThread(&thread);
+    thread.setObjectName(u"gateway"_s);
+    // The manager's timers and connections are to end on the thread they belong to.
+    QObject::connect(&thread, &QThread::finished, &threadContext, [this] { manager.reset(); });
+    thread.start();
+}
+
+GatewayClient::~GatewayClient()
+{
+    finish(0ms);
+    thread.quit();
+    thread.wait();
+}
+
+bool GatewayClient::start(const GatewayRequest &request)
+{
+    std::unique_lock lock(mutex);
+    changed.wait(lock, [this] { return closed || underWay < connections; });
+    if (closed)
+        return false;
+    ++underWay;
+    QMetaObject::invokeMethod(
+        &threadContext, [this, request] { send(request); }, Qt::QueuedConnection);
+    return true;
+}
+
+void GatewayClient::pause(std::chrono::milliseconds duration)
+{
+    std::unique_lock lock(mutex);
+    changed.wait_for(lock, duration, [this] { return closed.load(); });
+}
+
+void GatewayClient::close()
+{
+    {
+        const std::lock_guard lock(mutex);
+        closed = true;
+    }
+    changed.notify_all();
+}
+
+bool GatewayClient::finish(std::chrono::nanoseconds limit)
+{
+    close();
+    const auto isIdle = [this] {
+        return underWay == 0;
+    };
+    std::unique_lock lock(mutex);
+    if (changed.wait_for(lock, limit, isIdle))
+        return true;
+    const auto breakAllOff = [this] {
+        for (QNetworkReply *reply : manager->findChildren<QNetworkReply *>())
+            breakOff(*reply, u"The program ended before the gateway answered"_s);
+    };
+    QMetaObject::invokeMethod(&threadContext, breakAllOff, Qt::QueuedConnection);
+    changed.wait(lock, isIdle);
+    return false;
+}
+
+void GatewayClient::send(const GatewayRequest &request)
+{
+    if (!manager) {
+        manager = std::make_unique<QNetworkAccessManager>();
+        manager->setProxy(QNetworkProxy::NoProxy);
+    }
+    auto body = std::make_unique<UnrepeatableBody>(request.body);
+    QNetworkReply *reply = manager->post(prepare(address, request), body.get());
+    body.release()->setParent(reply);
+    QTimer::singleShot(timeLimit, reply,
+                       [reply] { breakOff(*reply, u"The gateway did not answer in time"_s); });
+    QObject::connect(reply, &QNetworkReply::downloadProgress, reply, [reply](qint64 received) {
+        if (received > longestAnswer)
+            breakOff(*reply, u"The gateway's answer does not end"_s);
+    });
+    QObject::connect(reply, &QNetworkReply::finished, &threadContext,
+                     [this, reply, request] { complete(*reply, request); });
+}
+
+void GatewayClient::complete(QNetworkReply &reply, const GatewayRequest &request)
+{
+    const std::optional<QString> error = transportError(reply);
+    const QByteArray body = error ? QByteArray() : reply.readAll();
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    const QString text = decoder(body);
+    diagnostics::line("Finished");
+    if (!body.isEmpty() && !decoder.hasError())
+        diagnostics::line("Response:", withoutCredentials(text, request));
+    else
+        diagnostics::line("Error:",
+                          error ? u"Optional(%1)"_s.arg(withoutCredentials(*error, request)) : u"nil"_s);
+    reply.deleteLater();
+    {
+        const std::lock_guard lock(mutex);
+        --underWay;
+    }
+    changed.notify_all();
+}

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QList>
+#include <QNetworkAccessManager>
+#include <QSslCertificate>
+#include <QString>
+#include <QThread>
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+
+/// Where the gateway is reached by HTTPS.
+struct GatewayAddress
+{
+    QString host = QStringLiteral("api.twilio.com");
+    quint16 port = 443;
+    QList<QSslCertificate> trusted = {}; ///< certificates to trust besides those of the system
+};
+
+/// A form to be posted to the gateway.
+struct GatewayRequest
+{
+    QString path;
+    QByteArray userName;
+    QByteArray password;
+    QByteArray body; ///< application/x-www-form-urlencoded
+};
+
+/// The one HTTPS client through which all messages go, on a thread of its own.
+///
+/// Every request goes out once: none is repeated, redirected or answered to a challenge, and each ends after
+/// a minute at the latest. What comes back is written to the diagnostic lines. Made and destroyed on the
+/// main thread, used on others.
+class GatewayClient
+{
+public:
+    explicit GatewayClient(const GatewayAddress &address);
+    /// Breaks off what is under way.
+    ~GatewayClient();
+    GatewayClient(const GatewayClient &) = delete;
+    GatewayClient &operator=(const GatewayClient &) = delete;
+
+    /// Starts the request, as soon as fewer are under way than there are connections, and does not wait for
+    /// its answer. False when the client was closed before that.
+    bool start(const GatewayRequest &request);
+    /// Waits so long, or until the client is closed.
+    void pause(std::chrono::milliseconds duration);
+
+    /// Starts nothing from now on. From any thread.
+    void close();
+    bool isClosed() const { return closed; }
+    /// Closes the client and waits until every request under way has been answered; those that take longer
+    /// than the limit are broken off, and the answer is false.
+    bool finish(std::chrono::nanoseconds limit);
+
+private:
+    void send(const GatewayRequest &request);
+    void complete(QNetworkReply &reply, const GatewayRequest &request);
+
+    GatewayAddress address;
+    QThread thread;
+    QObject threadContext;                          ///< lives on the thread
+    std::unique_ptr<QNetworkAccessManager> manager; ///< likewise; made for the first request
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::atomic<bool> closed = false;
+    int underWay = 0;
+};

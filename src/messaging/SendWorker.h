@@ -1,0 +1,37 @@
+#pragma once
+
+#include "messaging/RunSnapshot.h"
+
+class GatewayClient;
+
+/// Walks through the recipients of a run and their tasks, composes the messages and hands them to the
+/// gateway. Its work is to be done on a thread of its own, since every message waits for the next one's time.
+class SendWorker
+{
+public:
+    SendWorker(const RunSnapshot &snapshot, RunCounters &counters, const Preferences &preferences,
+               GatewayClient &gateway);
+
+    /// Returns when everything has been handed over, or soon after the client was closed; then a diagnostic
+    /// line tells how many messages were not sent.
+    void run();
+
+private:
+    bool sendSchedule(qint64 position, const Recipient &recipient);
+    void beginRecipient();
+    void sendTask(const task &entry);
+    void send(const QString &message);
+    void countUnsent(const std::optional<QString> &lowerName, size_t firstTask);
+
+    const RunSnapshot &snapshot;
+    RunCounters &counters;
+    const Preferences &preferences;
+    GatewayClient &gateway;
+
+    // Whose schedule is being composed; nobody's before the first of the kind.
+    Recipient sendingClientTask;
+    Recipient sendingTeamMemberTask;
+    Recipient &sendingTask;
+    bool hasMatched = false; ///< the recipient has been sent a task
+    qint64 unsent = 0;
+};

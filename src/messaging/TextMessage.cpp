@@ -1,0 +1,64 @@
+#include "messaging/TextMessage.h"
+
+#include "messaging/GatewayClient.h"
+#include "messaging/MessagingSettings.h"
+#include "platform/Diagnostics.h"
+#include "platform/Preferences.h"
+
+#include <QTextBoundaryFinder>
+#include <QUrl>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+/// The text's first characters as a reader counts them.
+static QString firstCharacters(const QString &text, int count)
+{
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
+    while (count > 0 && characters.toNextBoundary() >= 0)
+        --count;
+    return count > 0 ? text : text.first(characters.position());
+}
+
+/// Whether all characters may stand in an address as they are (RFC 3986, unreserved and sub-delims).
+static bool areValid(const QString &text, QStringView others)
+{
+    return std::ranges::all_of(text, [others](QChar character) {
+        return character < u'\u0080' &&
+               (character.isLetterOrNumber() || u"-._~!$&'()*+,;="_s.contains(character) ||
+                others.contains(character));
+    });
+}
+
+bool sendTextMessage(const QString &message, const QString &phoneNo, const Preferences &preferences,
+                     GatewayClient &gateway)
+{
+    constexpr int longestMessage = 160;
+    constexpr qint64 longestDelay = 4'294'967; // milliseconds
+    const auto setting = [&preferences](const QString &key) {
+        return preferences.text(key).value_or(QString());
+    };
+    const QString accountId = setting(messagingKey::accountId);
+    const QString secret = setting(messagingKey::secret);
+    const QString from = setting(messagingKey::sendingPhoneNo);
+    const QString to =
+        preferences.boolean(messagingKey::overwrite) ? setting(messagingKey::testPhoneNo) : phoneNo;
+    const QString text = firstCharacters(message, longestMessage);
+    diagnostics::line("Start Message");
+    if (!areValid(accountId, u"") || !areValid(secret, u":")) {
+        diagnostics::line("Message refused: the account identifier or the secret makes no valid address");
+        return true;
+    }
+    diagnostics::line("Start Message");
+    const bool isStarted = gateway.start({.path = u"/2010-04-01/Accounts/"_s + accountId + u"/SMS/Messages"_s,
+                                          .userName = accountId.toUtf8(),
+                                          .password = secret.toUtf8(),
+                                          .body = "From=" + QUrl::toPercentEncoding(from) +
+                                                  "&To=" + QUrl::toPercentEncoding(to) +
+                                                  "&Body=" + QUrl::toPercentEncoding(text)});
+    if (isStarted)
+        gateway.pause(std::chrono::milliseconds(
+            std::clamp<qint64>(preferences.integer(messagingKey::delay), 0, longestDelay)));
+    return isStarted;
+}

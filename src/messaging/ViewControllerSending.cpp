@@ -1,0 +1,207 @@
+#include "messaging/ViewControllerSending.h"
+
+#include "messaging/MessagingSettings.h"
+#include "messaging/ScheduleRuns.h"
+#include "model/TaskManager.h"
+#include "platform/Diagnostics.h"
+#include "platform/Preferences.h"
+#include "ui_ViewControllerSending.h"
+
+#include <QShowEvent>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+/// The contacts of the selected rows, in the order of the rows.
+static std::vector<Recipient> selectedRecipients(const QTableView &table, const ContactTable &contacts)
+{
+    QList<int> rows;
+    for (const QModelIndex &index : table.selectionModel()->selectedRows())
+        rows.append(index.row());
+    std::ranges::sort(rows);
+    std::vector<Recipient> recipients;
+    for (const int row : rows)
+        recipients.push_back({contacts.contact(row).name(), contacts.contact(row).phoneNo()});
+    return recipients;
+}
+
+ViewControllerSending::ViewControllerSending(const Services &services, QWidget *parent)
+    : QDialog(parent)
+    , ui(std::make_unique<Ui::ViewControllerSending>())
+    , manager(services.manager)
+    , runs(services.runs)
+    , persistentContainer(contactModel(), services.dataFolder)
+{
+    ui->setupUi(this);
+    persistentContainer.loadPersistentStores();
+    managedObjectContext = &persistentContainer.viewContext();
+    clientsArray.arrange<Clients>(*managedObjectContext);
+    teamMembersArray.arrange<TeamMembers>(*managedObjectContext);
+    ui->clientsTable->setModel(&clientsArray);
+    ui->teamMembers->setModel(&teamMembersArray);
+    for (QTableView *table : {ui->clientsTable, ui->teamMembers})
+        table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    for (DatePicker *picker : {ui->startSendDate, ui->endSendDate})
+        picker->setMoment(Calendar::now());
+    connectActions();
+}
+
+ViewControllerSending::~ViewControllerSending() = default;
+
+void ViewControllerSending::connectActions()
+{
+    connect(ui->allClients, &QCheckBox::clicked, this, [this] { selectClients(ui->allClients); });
+    connect(ui->allTeamMembers, &QCheckBox::clicked, this, [this] { selectTeamMembers(ui->allTeamMembers); });
+    connect(ui->sendMsgClients, &QPushButton::clicked, this,
+            [this] { SendScheduleToClients(ui->sendMsgClients); });
+    connect(ui->sendMsgTeamMembers, &QPushButton::clicked, this,
+            [this] { SendScheduleToTeamMembers(ui->sendMsgTeamMembers); });
+    connect(ui->closeButton, &QPushButton::clicked, this, [this] { closeSending(ui->closeButton); });
+    keepInStep(*ui->clientsTable, *ui->allClients);
+    keepInStep(*ui->teamMembers, *ui->allTeamMembers);
+}
+
+/// Lets the check box follow when rows are selected one by one.
+void ViewControllerSending::keepInStep(QTableView &table, QCheckBox &selectAll)
+{
+    const auto follow = [&table, &selectAll] {
+        const qsizetype selected = table.selectionModel()->selectedRows().size();
+        selectAll.setChecked(selected > 0 && selected == table.model()->rowCount());
+    };
+    connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, &selectAll, follow);
+}
+
+void ViewControllerSending::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    if (!event->spontaneous())
+        viewDidAppear();
+}
+
+void ViewControllerSending::hideEvent(QHideEvent *event)
+{
+    if (!event->spontaneous())
+        viewWillDisappear();
+    QDialog::hideEvent(event);
+}
+
+void ViewControllerSending::viewDidAppear()
+{
+    if (isShowingRun)
+        return; // its end enables the buttons
+    const bool enabled = canSend();
+    ui->sendMsgClients->setEnabled(enabled);
+    ui->sendMsgTeamMembers->setEnabled(enabled);
+}
+
+void ViewControllerSending::viewWillDisappear()
+{
+    managedObjectContext->save();
+}
+
+bool ViewControllerSending::canSend() const
+{
+    const Preferences &preferences = manager.defaults;
+    const auto isSet = [&preferences](const QString &key) {
+        return !preferences.text(key).value_or(QString()).isEmpty();
+    };
+    return preferences.boolean(messagingKey::notifications) && isSet(messagingKey::secret) &&
+           isSet(messagingKey::accountId) && isSet(messagingKey::sendingPhoneNo);
+}
+
+static void select(QTableView &table, const QCheckBox &selectAll)
+{
+    const bool isOn = selectAll.isChecked();
+    diagnostics::line(isOn ? 1 : 0);
+    if (isOn)
+        table.selectAll();
+    else
+        table.clearSelection();
+}
+
+void ViewControllerSending::selectClients(QObject *)
+{
+    select(*ui->clientsTable, *ui->allClients);
+}
+
+void ViewControllerSending::selectTeamMembers(QObject *)
+{
+    select(*ui->teamMembers, *ui->allTeamMembers);
+}
+
+void ViewControllerSending::SendScheduleToClients(QObject *)
+{
+    send(RecipientKind::Client, selectedRecipients(*ui->clientsTable, clientsArray));
+}
+
+void ViewControllerSending::SendScheduleToTeamMembers(QObject *)
+{
+    send(RecipientKind::TeamMember, selectedRecipients(*ui->teamMembers, teamMembersArray));
+}
+
+void ViewControllerSending::send(RecipientKind kind, std::vector<Recipient> recipients)
+{
+    for (DatePicker *picker : {ui->startSendDate, ui->endSendDate})
+        picker->interpretText(); // what is still being typed there
+    const ScheduleText text(kind, ui->startSendDate->moment(), ui->endSendDate->moment(), manager.defaults);
+    RunSnapshot snapshot{.kind = kind,
+                         .recipients = std::move(recipients),
+                         .tasks = tasksForSchedules(kind, manager.workingList()),
+                         .text = text};
+    showStart(snapshot.lastStep());
+    runs.counters.stepsPerformed = 1;
+    runs.counters.schedulesSent = 0;
+    ui->progressBar->setStep(1);
+    ui->sendingInfo->setText(u"Sending..."_s);
+    if (kind == RecipientKind::TeamMember)
+        diagnostics::line("----NoOfSchedules1:", runs.counters.schedulesSent.load(), "----");
+
+    ScheduleRun &run = runs.add(std::move(snapshot));
+    connect(&run, &ScheduleRun::progressed, this, &ViewControllerSending::showProgress);
+    connect(&run, &ScheduleRun::lastStepReached, this, &ViewControllerSending::showEnd);
+    connect(&run, &ScheduleRun::finished, this, &ViewControllerSending::runFinished);
+    if (unfinishedRuns++ == 0)
+        isDeletedOnClose = testAttribute(Qt::WA_DeleteOnClose);
+    setAttribute(Qt::WA_DeleteOnClose, false);
+    run.start();
+}
+
+void ViewControllerSending::showStart(qint64 lastStep)
+{
+    isShowingRun = true;
+    ui->progressBar->setIndeterminate(true);
+    ui->progressBar->setSteps(1, lastStep);
+    ui->progressBar->startAnimation();
+    ui->sendMsgClients->setEnabled(false);
+    ui->sendMsgTeamMembers->setEnabled(false);
+}
+
+void ViewControllerSending::showProgress(qint64 steps)
+{
+    ui->progressBar->startAnimation();
+    ui->progressBar->setStep(steps);
+}
+
+void ViewControllerSending::showEnd(qint64 steps, qint64 schedules)
+{
+    isShowingRun = false;
+    ui->sendMsgClients->setEnabled(true);
+    ui->sendMsgTeamMembers->setEnabled(true);
+    ui->progressBar->stopAnimation();
+    ui->sendingInfo->setText(u"Steps Performed:%1 Schedules Sent:%2"_s.arg(steps).arg(schedules));
+}
+
+void ViewControllerSending::runFinished()
+{
+    if (--unfinishedRuns > 0)
+        return;
+    setAttribute(Qt::WA_DeleteOnClose, isDeletedOnClose);
+    if (isDeletedOnClose && !isVisible())
+        deleteLater();
+}
+
+void ViewControllerSending::closeSending(QObject *)
+{
+    close();
+}

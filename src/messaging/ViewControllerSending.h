@@ -1,0 +1,73 @@
+#pragma once
+
+#include "contacts/ContactTable.h"
+#include "messaging/ScheduleText.h"
+#include "platform/PersistentContainer.h"
+
+#include <QDialog>
+
+#include <memory>
+
+class QCheckBox;
+class QTableView;
+class ScheduleRuns;
+class TaskManager;
+
+namespace Ui {
+class ViewControllerSending;
+}
+
+/// Where the user picks clients or team members and a range of days, and has each of them sent their
+/// schedule. A run goes on when the screen is closed; the screen then waits for its end, out of sight.
+class ViewControllerSending : public QDialog
+{
+    Q_OBJECT
+
+public:
+    struct Services
+    {
+        TaskManager &manager;
+        ScheduleRuns &runs;
+        QString dataFolder; ///< where the contact store is
+    };
+
+    explicit ViewControllerSending(const Services &services, QWidget *parent = nullptr);
+    ~ViewControllerSending() override;
+
+    /// Whether a run that was started here is still going on.
+    bool isSending() const { return unfinishedRuns > 0; }
+
+public slots:
+    void selectClients(QObject *sender);
+    void selectTeamMembers(QObject *sender);
+    void SendScheduleToClients(QObject *sender);
+    void SendScheduleToTeamMembers(QObject *sender);
+    void closeSending(QObject *sender);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    void connectActions();
+    void keepInStep(QTableView &table, QCheckBox &selectAll);
+    void viewDidAppear();
+    void viewWillDisappear();
+    bool canSend() const;
+    void send(RecipientKind kind, std::vector<Recipient> recipients);
+    void showStart(qint64 lastStep);
+    void showProgress(qint64 steps);
+    void showEnd(qint64 steps, qint64 schedules);
+    void runFinished();
+
+    std::unique_ptr<Ui::ViewControllerSending> ui;
+    TaskManager &manager;
+    ScheduleRuns &runs;
+    PersistentContainer persistentContainer;
+    ObjectContext *managedObjectContext = nullptr;
+    ContactTable clientsArray;
+    ContactTable teamMembersArray;
+    int unfinishedRuns = 0;
+    bool isShowingRun = false;
+    bool isDeletedOnClose = false; ///< once no run needs the screen any more
+};

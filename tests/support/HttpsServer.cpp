@@ -1,0 +1,122 @@
+#include "support/HttpsServer.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QSslKey>
+#include <QSslServer>
+#include <QSslSocket>
+#include <QTimer>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("%s: %s", qPrintable(path), qPrintable(file.errorString()));
+    return file.readAll();
+}
+
+QSslConfiguration selfSigned(const QTemporaryDir &folder)
+{
+    const QString key = folder.filePath(u"key.pem"_s);
+    const QString certificate = folder.filePath(u"certificate.pem"_s);
+    QProcess openssl;
+    openssl.start(u"openssl"_s, {u"req"_s, u"-x509"_s, u"-newkey"_s, u"ec"_s, u"-pkeyopt"_s,
+                                 u"ec_paramgen_curve:prime256v1"_s, u"-nodes"_s, u"-days"_s, u"2"_s,
+                                 u"-subj"_s, u"/CN=gateway"_s, u"-addext"_s, u"subjectAltName=IP:127.0.0.1"_s,
+                                 u"-keyout"_s, key, u"-out"_s, certificate});
+    if (!openssl.waitForFinished() || openssl.exitCode() != 0)
+        qFatal("openssl: %s", openssl.readAllStandardError().constData());
+    QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
+    tls.setLocalCertificate(QSslCertificate(contentOf(certificate)));
+    tls.setPrivateKey(QSslKey(contentOf(key), QSsl::Ec));
+    return tls;
+}
+
+/// The number in the head's Content-Length line.
+qsizetype bodySize(const QByteArray &head)
+{
+    for (const QByteArray &line : head.split('\n'))
+        if (line.toLower().startsWith("content-length:"))
+            return line.sliced(line.indexOf(':') + 1).trimmed().toInt();
+    return 0;
+}
+
+} // namespace
+
+HttpsServer::HttpsServer(std::function<Answer(const Request &)> answerOf)
+    : tls(selfSigned(folder))
+    , answer(std::move(answerOf))
+{
+    threadContext.moveToThread(&thread);
+    thread.start();
+    QMetaObject::invokeMethod(
+        &threadContext, [this] { listen(); }, Qt::BlockingQueuedConnection);
+}
+
+HttpsServer::~HttpsServer()
+{
+    thread.quit();
+    thread.wait();
+}
+
+void HttpsServer::listen()
+{
+    auto *server = new QSslServer;
+    QObject::connect(&thread, &QThread::finished, server, &QObject::deleteLater);
+    server->setSslConfiguration(tls);
+    if (!server->listen(QHostAddress::LocalHost))
+        qFatal("%s", qPrintable(server->errorString()));
+    serverPort = server->serverPort();
+    QObject::connect(server, &QTcpServer::pendingConnectionAvailable, server, [this, server] {
+        auto *socket = static_cast<QSslSocket *>(server->nextPendingConnection());
+        QObject::connect(socket, &QSslSocket::disconnected, socket, &QObject::deleteLater);
+        QObject::connect(socket, &QIODevice::readyRead, socket,
+                         [this, socket, bytes = std::make_shared<QByteArray>()] {
+                             *bytes += socket->readAll();
+                             receive(*socket, *bytes);
+                         });
+    });
+}
+
+void HttpsServer::receive(QSslSocket &socket, QByteArray &bytes)
+{
+    const qsizetype headSize = bytes.indexOf("\r\n\r\n");
+    if (headSize < 0 || bytes.size() < headSize + 4 + bodySize(bytes.first(headSize)))
+        return;
+    const Request request{bytes.first(headSize), bytes.sliced(headSize + 4)};
+    bytes.clear(); // clients wait for the answer before they send more
+    {
+        const QMutexLocker lock(&mutex);
+        received.append(request);
+    }
+    mostWaiting = qMax(mostWaiting.load(), ++waiting);
+    const Answer given = answer(request);
+    const auto send = [this, &socket, given] {
+        --waiting;
+        socket.write(given.bytes);
+        if (given.closes)
+            socket.disconnectFromHost();
+    };
+    if (given.delay.count() > 0)
+        QTimer::singleShot(given.delay, &socket, send);
+    else
+        send();
+}
+
+QList<HttpsServer::Request> HttpsServer::requests() const
+{
+    const QMutexLocker lock(&mutex);
+    return received;
+}
+
+QByteArray HttpsServer::response(const QByteArray &status, const QByteArray &body, const QByteArray &headers)
+{
+    return "HTTP/1.1 " + status + "\r\n" + headers + "Content-Length: " + QByteArray::number(body.size()) +
+           "\r\n\r\n" + body;
+}
