@@ -4,6 +4,7 @@
 #include "cloud/TaskRecord.h"
 #include "mainwindow/Screens.h"
 #include "mainwindow/ViewController.h"
+#include "messaging/ScheduleRuns.h"
 #include "model/TaskManager.h"
 #include "platform/ColorWell.h"
 #include "platform/MainThreadQueue.h"
@@ -124,7 +125,8 @@ public:
     NotificationCenter notices;
     NotificationCenter systemNotices;
     ColorPanel colorPanel;
-    Screens screens{{manager, notices, systemNotices, colorPanel, folder.path()}};
+    ScheduleRuns scheduleRuns{preferences, {}};
+    Screens screens{{manager, notices, systemNotices, colorPanel, folder.path()}, scheduleRuns};
     MainThreadQueue mainThread;
     SqlCloudContainer container;
     CloudSync sync{manager, notices, container, mainThread};

@@ -5,6 +5,7 @@
 #include "mainwindow/Screens.h"
 #include "mainwindow/TaskListFile.h"
 #include "mainwindow/ViewController.h"
+#include "messaging/ScheduleRuns.h"
 #include "model/TaskManager.h"
 #include "platform/ColorWell.h"
 #include "platform/Diagnostics.h"
@@ -131,7 +132,8 @@ void searchKeystroke(benchmark::State &state)
     TaskManager manager(preferences());
     manager.tasks = sampleTasks(state.range(0));
     ColorPanel colorPanel;
-    Screens screens({manager, notices, systemNotices, colorPanel, folder.path()});
+    ScheduleRuns scheduleRuns(preferences(), {});
+    Screens screens({manager, notices, systemNotices, colorPanel, folder.path()}, scheduleRuns);
     SqlCloudContainer container({.kind = CloudHome::Kind::SignedOut}, taskRecordType());
     MainThreadQueue cloudAnswers;
     CloudSync cloud(manager, notices, container, cloudAnswers);

@@ -2,6 +2,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
+#include <QCheckBox>
 #include <QHeaderView>
 #include <QMainWindow>
 #include <QMenu>
@@ -43,14 +44,18 @@ void activate(QWidget &window)
 {
     settle();
     window.activateWindow();
-    require(QTest::qWaitForWindowActive(&window), u"the window does not become the active one"_s);
+    require(QTest::qWaitFor([&window] { return QApplication::activeWindow() == &window; }),
+            u"the window does not become the active one"_s);
 }
 
 void click(QWidget &widget)
 {
     settle();
     require(widget.isVisible() && widget.isEnabled(), widget.objectName() + u": cannot be clicked"_s);
-    QTest::mouseClick(&widget, Qt::LeftButton);
+    // A check box takes clicks on its box and text only, not all over its room.
+    const bool isBox = qobject_cast<QCheckBox *>(&widget) != nullptr;
+    QTest::mouseClick(&widget, Qt::LeftButton, {},
+                      isBox ? QPoint(widget.height() / 2, widget.height() / 2) : widget.rect().center());
 }
 
 void clickCell(QTableView &table, const QModelIndex &cell)

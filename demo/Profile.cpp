@@ -1,6 +1,7 @@
 #include "Profile.h"
 
 #include "cloud/TaskRecord.h"
+#include "model/TaskManager.h"
 
 Profile::Profile(TaskManager &manager, NotificationCenter &systemNotices, const CloudHome &cloudHome,
                  const GatewayAddress &gateway, const Folders &folders)

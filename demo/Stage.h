@@ -27,6 +27,9 @@ public:
         check(actual == expected, what + values);
     }
 
+    /// Says what was found.
+    void list(const QString &finding) const { say(QLatin1StringView("     ") + finding); }
+
     /// Takes a picture of the widget; pictures are numbered in the order they are taken.
     void picture(QWidget &widget, const QString &name);
 

@@ -7,6 +7,7 @@
 #include "MainWindowFileSteps.h"
 #include "MainWindowHandle.h"
 #include "MainWindowListSteps.h"
+#include "MessageSteps.h"
 #include "Profile.h"
 #include "ScratchHome.h"
 #include "Stage.h"
@@ -18,6 +19,7 @@
 #include "platform/Folders.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
+#include "support/HttpsServer.h"
 #include "support/PostgresServer.h"
 
 #include <QApplication>
@@ -56,7 +58,7 @@ static void receiveElsewhere(CloudSteps &steps, NotificationCenter &systemNotice
 {
     const QTemporaryDir home;
     TaskManager manager(Preferences::standard());
-    Profile profile(manager, systemNotices, cloudHome,
+    Profile profile(manager, systemNotices, cloudHome, {},
                     {home.filePath(u"Documents"_s), home.filePath(u"data"_s), home.filePath(u"state"_s)});
     steps.receiveList(MainWindowHandle(profile.window));
     const auto size = [](const QString &path) {
@@ -82,11 +84,17 @@ static void giveTour(Stage &stage, const QString &taskListPath, QDate today)
     PostgresServer server;
     const CloudHome cloudHome = homeOnServer(server);
     const Profile::Folders here{folders::documents(), folders::data(), folders::state()};
+    // Made before the program, which has its last messages answered when it ends.
+    const HttpsServer gateway([](const HttpsServer::Request &) {
+        return HttpsServer::Answer{HttpsServer::response("201 CREATED", R"({"status": "queued"})")};
+    });
+    const GatewayAddress gatewayAddress{
+        .host = u"127.0.0.1"_s, .port = gateway.port(), .trusted = {gateway.certificate()}};
     Desktop desktop(systemNotices);
     ExpectedList expected(taskListPath, today);
     MainWindowFileSteps fileSteps(stage, expected);
     {
-        Profile profile(TaskManager::shared(), systemNotices, cloudHome, here);
+        Profile profile(TaskManager::shared(), systemNotices, cloudHome, gatewayAddress, here);
         const MainWindowHandle main(profile.window);
 
         MainWindowListSteps listSteps(stage, main, expected);
@@ -105,14 +113,21 @@ static void giveTour(Stage &stage, const QString &taskListPath, QDate today)
 
         const QString client = u"Gärtnerei Öz & Töchter"_s;
         const QString teamMember = u"Aoife Brennan"_s;
+        const QString clientPhoneNo = u"+49 30 5550 123"_s;
+        const QString memberPhoneNo = u"0151 / 555-0142"_s;
         ContactSteps contactSteps(stage, main, desktop);
-        contactSteps.addClient(client, u"+49 30 5550 123"_s);
-        contactSteps.addTeamMember(teamMember, u"0151 / 555-0142"_s);
+        contactSteps.addClient(client, clientPhoneNo);
+        contactSteps.addTeamMember(teamMember, memberPhoneNo);
 
         TaskFormSteps formSteps(stage, main, expected, desktop, today);
         formSteps.addTask(client, teamMember);
         formSteps.editTask();
         formSteps.shareTask(folders::documents() + u"/shared task.txt"_s);
+
+        MessageSteps messageSteps(stage, main, expected, desktop, gateway, today);
+        messageSteps.setUpAccount();
+        messageSteps.sendToClients(client, clientPhoneNo);
+        messageSteps.sendToTeamMembers(teamMember, memberPhoneNo);
 
         MainWindowAppearanceSteps(stage, main, expected, taskListPath, desktop).switchToDarkAndBack();
 
@@ -124,7 +139,7 @@ static void giveTour(Stage &stage, const QString &taskListPath, QDate today)
         fileSteps.closeWindow(main, taskListPath);
     }
     TaskManager manager(Preferences::standard());
-    Profile profile(manager, systemNotices, cloudHome, here);
+    Profile profile(manager, systemNotices, cloudHome, gatewayAddress, here);
     fileSteps.openAgain(MainWindowHandle(profile.window));
 }
 

@@ -188,6 +188,7 @@ void ViewControllerSending::showEnd(qint64 steps, qint64 schedules)
     isShowingRun = false;
     ui->sendMsgClients->setEnabled(true);
     ui->sendMsgTeamMembers->setEnabled(true);
+    ui->progressBar->setStep(steps);
     ui->progressBar->stopAnimation();
     ui->sendingInfo->setText(u"Steps Performed:%1 Schedules Sent:%2"_s.arg(steps).arg(schedules));
 }

@@ -44,7 +44,8 @@ void ViewControllerTest::open()
     systemNotices = std::make_unique<NotificationCenter>();
     manager = std::make_unique<TaskManager>(preferences);
     screens = std::make_unique<Screens>(
-        TaskFormServices{*manager, *notices, *systemNotices, colorPanel, home->filePath(u"data"_s)});
+        TaskFormServices{*manager, *notices, *systemNotices, colorPanel, home->filePath(u"data"_s)},
+        scheduleRuns);
     container = std::make_unique<SqlCloudContainer>(
         CloudHome::read(home->filePath(u"cloud.ini"_s), home->filePath(u"data"_s)), taskRecordType());
     cloudAnswers = std::make_unique<MainThreadQueue>();

@@ -4,6 +4,7 @@
 #include "cloud/TaskRecord.h"
 #include "mainwindow/Screens.h"
 #include "mainwindow/ViewController.h"
+#include "messaging/ScheduleRuns.h"
 #include "model/TaskManager.h"
 #include "platform/ColorWell.h"
 #include "platform/MainThreadQueue.h"
@@ -54,6 +55,7 @@ private:
     std::unique_ptr<NotificationCenter> systemNotices;
     std::unique_ptr<TaskManager> manager;
     ColorPanel colorPanel;
+    ScheduleRuns scheduleRuns{preferences, {}};
     std::unique_ptr<Screens> screens;
     std::unique_ptr<MainThreadQueue> cloudAnswers;
     std::unique_ptr<SqlCloudContainer> container;
