@@ -5,7 +5,6 @@
 #include <QNetworkProxy>
 #include <QNetworkReply>
 #include <QNetworkRequest>
-#include <QSslConfiguration>
 #include <QStringDecoder>
 #include <QTimer>
 
@@ -18,7 +17,6 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr int connections = 6; // as many as a QNetworkAccessManager opens to one host
-constexpr auto timeLimit = 60s;
 constexpr qint64 longestAnswer = 1 << 20;
 
 /// A request's body that can be read only once. Where a connection breaks after a request was sent, Qt would
@@ -51,7 +49,8 @@ private:
     qsizetype read = 0;
 };
 
-QNetworkRequest prepare(const GatewayAddress &address, const GatewayRequest &request)
+QNetworkRequest prepare(const GatewayAddress &address, const QSslConfiguration &tls,
+                        const GatewayRequest &request)
 {
     QUrl url;
     url.setScheme(u"https"_s);
@@ -69,9 +68,6 @@ QNetworkRequest prepare(const GatewayAddress &address, const GatewayRequest &req
          {QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::CookieLoadControlAttribute,
           QNetworkRequest::CookieSaveControlAttribute})
         prepared.setAttribute(attribute, QNetworkRequest::Manual);
-    QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
-    tls.setPeerVerifyMode(QSslSocket::VerifyPeer);
-    tls.addCaCertificates(address.trusted);
     prepared.setSslConfiguration(tls);
     return prepared;
 }
@@ -81,13 +77,12 @@ std::optional<QString> transportError(const QNetworkReply &reply)
 {
     const QNetworkReply::NetworkError error = reply.error();
     const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    // Qt reports the gateway's refusals as errors, too, and redirections that it would have to send again.
-    const bool isRefusal = status >= 400 && error > QNetworkReply::UnknownProxyError &&
-                           error != QNetworkReply::ContentReSendError &&
-                           error != QNetworkReply::ProtocolUnknownError &&
-                           error != QNetworkReply::ProtocolFailure;
-    const bool isRedirection = status >= 300 && status < 400 && error == QNetworkReply::ContentReSendError;
-    if (error == QNetworkReply::NoError || isRefusal || isRedirection)
+    // Qt reports what the gateway refuses as errors, too, and redirections and challenges upon which it would
+    // have to send the body again.
+    const bool isAnswer = status >= 300 && error > QNetworkReply::UnknownNetworkError &&
+                          error != QNetworkReply::ProtocolUnknownError &&
+                          error != QNetworkReply::ProtocolFailure;
+    if (error == QNetworkReply::NoError || isAnswer)
         return std::nullopt;
     if (error == QNetworkReply::ContentReSendError)
         return u"The gateway closed the connection without an answer"_s;
@@ -103,20 +98,31 @@ void breakOff(QNetworkReply &reply, const QString &reason)
     reply.abort();
 }
 
-/// The text without what must not get into a diagnostic line, which a gateway may send back.
+/// The text without what must not get into a diagnostic line, and which a gateway may send back: the
+/// authorisation and the secret, even where a short one stands there by chance.
 QString withoutCredentials(QString text, const GatewayRequest &request)
 {
     const QByteArray credentials = request.userName + ':' + request.password;
-    text.replace(QString::fromLatin1(credentials.toBase64()), u"…"_s);
-    if (!request.password.isEmpty())
-        text.replace(QString::fromUtf8(request.password), u"…"_s);
+    for (const QByteArray &hidden :
+         {credentials.toBase64(), request.password, request.password.toPercentEncoding()})
+        if (!hidden.isEmpty())
+            text.replace(QString::fromLatin1(hidden), u"…"_s);
     return text;
 }
 
 } // namespace
 
-GatewayClient::GatewayClient(const GatewayAddress &gateway)
+QSslConfiguration tlsConfiguration(const GatewayAddress &address)
+{
+    QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
+    if (!address.trusted.isEmpty()) // setting none would make Qt forget the system's
+        tls.setCaCertificates(address.trusted);
+    return tls;
+}
+
+GatewayClient::GatewayClient(const GatewayAddress &gateway, std::chrono::milliseconds requestTimeLimit)
     : address(gateway)
+    , timeLimit(requestTimeLimit)
 {
     threadContext.moveToThread(&thread);
     thread.setObjectName(u"gateway"_s);
@@ -146,6 +152,8 @@ bool GatewayClient::start(const GatewayRequest &request)
 
 void GatewayClient::pause(std::chrono::milliseconds duration)
 {
+    if (duration > 0ms)
+        diagnostics::flush();
     std::unique_lock lock(mutex);
     changed.wait_for(lock, duration, [this] { return closed.load(); });
 }
@@ -182,14 +190,20 @@ void GatewayClient::send(const GatewayRequest &request)
     if (!manager) {
         manager = std::make_unique<QNetworkAccessManager>();
         manager->setProxy(QNetworkProxy::NoProxy);
+        tls = tlsConfiguration(address);
     }
     auto body = std::make_unique<UnrepeatableBody>(request.body);
-    QNetworkReply *reply = manager->post(prepare(address, request), body.get());
+    QNetworkReply *reply = manager->post(prepare(address, tls, request), body.get());
     body.release()->setParent(reply);
-    QTimer::singleShot(timeLimit, reply,
-                       [reply] { breakOff(*reply, u"The gateway did not answer in time"_s); });
-    QObject::connect(reply, &QNetworkReply::downloadProgress, reply, [reply](qint64 received) {
-        if (received > longestAnswer)
+    auto *limit = new QTimer(reply); // which ends with the reply
+    limit->setTimerType(Qt::PreciseTimer);
+    limit->setSingleShot(true);
+    QObject::connect(limit, &QTimer::timeout, reply,
+                     [reply] { breakOff(*reply, u"The gateway did not answer in time"_s); });
+    limit->start(timeLimit);
+    reply->setReadBufferSize(longestAnswer + 1);
+    QObject::connect(reply, &QNetworkReply::readyRead, reply, [reply] {
+        if (reply->bytesAvailable() > longestAnswer)
             breakOff(*reply, u"The gateway's answer does not end"_s);
     });
     QObject::connect(reply, &QNetworkReply::finished, &threadContext,
@@ -200,7 +214,8 @@ void GatewayClient::complete(QNetworkReply &reply, const GatewayRequest &request
 {
     const std::optional<QString> error = transportError(reply);
     const QByteArray body = error ? QByteArray() : reply.readAll();
-    QStringDecoder decoder(QStringDecoder::Utf8);
+    // All of it at once: a last character that is cut off is an error, too.
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = decoder(body);
     diagnostics::line("Finished");
     if (!body.isEmpty() && !decoder.hasError())
@@ -208,6 +223,7 @@ void GatewayClient::complete(QNetworkReply &reply, const GatewayRequest &request
     else
         diagnostics::line("Error:",
                           error ? u"Optional(%1)"_s.arg(withoutCredentials(*error, request)) : u"nil"_s);
+    diagnostics::flush(); // nothing may happen on the main thread for long
     reply.deleteLater();
     {
         const std::lock_guard lock(mutex);

@@ -3,6 +3,7 @@
 #include <QList>
 #include <QNetworkAccessManager>
 #include <QSslCertificate>
+#include <QSslConfiguration>
 #include <QString>
 #include <QThread>
 
@@ -17,8 +18,11 @@ struct GatewayAddress
 {
     QString host = QStringLiteral("api.twilio.com");
     quint16 port = 443;
-    QList<QSslCertificate> trusted = {}; ///< certificates to trust besides those of the system
+    QList<QSslCertificate> trusted = {}; ///< certificates to trust; empty for those of the system
 };
+
+/// With which the gateway has to prove who it is.
+QSslConfiguration tlsConfiguration(const GatewayAddress &address);
 
 /// A form to be posted to the gateway.
 struct GatewayRequest
@@ -31,13 +35,14 @@ struct GatewayRequest
 
 /// The one HTTPS client through which all messages go, on a thread of its own.
 ///
-/// Every request goes out once: none is repeated, redirected or answered to a challenge, and each ends after
-/// a minute at the latest. What comes back is written to the diagnostic lines. Made and destroyed on the
-/// main thread, used on others.
+/// Every request goes out once: none is repeated, redirected or answered to a challenge. What comes back is
+/// written to the diagnostic lines. Made and destroyed on the main thread, used on others.
 class GatewayClient
 {
 public:
-    explicit GatewayClient(const GatewayAddress &address);
+    /// \param timeLimit  for every request
+    explicit GatewayClient(const GatewayAddress &address,
+                           std::chrono::milliseconds timeLimit = std::chrono::minutes(1));
     /// Breaks off what is under way.
     ~GatewayClient();
     GatewayClient(const GatewayClient &) = delete;
@@ -61,9 +66,11 @@ private:
     void complete(QNetworkReply &reply, const GatewayRequest &request);
 
     GatewayAddress address;
+    std::chrono::milliseconds timeLimit;
     QThread thread;
     QObject threadContext;                          ///< lives on the thread
     std::unique_ptr<QNetworkAccessManager> manager; ///< likewise; made for the first request
+    QSslConfiguration tls;                          ///< likewise
     std::mutex mutex;
     std::condition_variable changed;
     std::atomic<bool> closed = false;

@@ -16,9 +16,9 @@ ScheduleRun::ScheduleRun(RunSnapshot runSnapshot, RunCounters &counters, const P
     }))
     , monitorThread(QThread::create([this] { progressMonitor.run(); }))
 {
-    for (const auto &thread : {sendThread.get(), monitorThread.get()})
+    for (const QThread *thread : {sendThread.get(), monitorThread.get()})
         connect(thread, &QThread::finished, this, [this] {
-            if (sendThread->isFinished() && monitorThread->isFinished())
+            if (--unfinishedThreads == 0)
                 emit finished();
         });
 }

@@ -34,4 +34,5 @@ private:
     ProgressMonitor progressMonitor;
     std::unique_ptr<QThread> sendThread;
     std::unique_ptr<QThread> monitorThread;
+    int unfinishedThreads = 2;
 };

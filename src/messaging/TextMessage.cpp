@@ -22,7 +22,7 @@ static QString firstCharacters(const QString &text, int count)
 }
 
 /// Whether all characters may stand in an address as they are (RFC 3986, unreserved and sub-delims).
-static bool areValid(const QString &text, QStringView others)
+static bool areValid(const QString &text, QStringView others = {})
 {
     return std::ranges::all_of(text, [others](QChar character) {
         return character < u'\u0080' &&
@@ -31,11 +31,19 @@ static bool areValid(const QString &text, QStringView others)
     });
 }
 
+/// Whether both may stand in the user part of an address, and the account identifier in its path.
+static bool makeAddress(const QString &accountId, const QString &secret)
+{
+    return areValid(accountId) && areValid(secret, u":") && accountId != u"." && accountId != u"..";
+}
+
 bool sendTextMessage(const QString &message, const QString &phoneNo, const Preferences &preferences,
                      GatewayClient &gateway)
 {
     constexpr int longestMessage = 160;
     constexpr qint64 longestDelay = 4'294'967; // milliseconds
+    if (gateway.isClosed())
+        return false;
     const auto setting = [&preferences](const QString &key) {
         return preferences.text(key).value_or(QString());
     };
@@ -46,19 +54,18 @@ bool sendTextMessage(const QString &message, const QString &phoneNo, const Prefe
         preferences.boolean(messagingKey::overwrite) ? setting(messagingKey::testPhoneNo) : phoneNo;
     const QString text = firstCharacters(message, longestMessage);
     diagnostics::line("Start Message");
-    if (!areValid(accountId, u"") || !areValid(secret, u":")) {
+    if (!makeAddress(accountId, secret)) {
         diagnostics::line("Message refused: the account identifier or the secret makes no valid address");
-        return true;
+    } else {
+        diagnostics::line("Start Message");
+        if (!gateway.start({.path = u"/2010-04-01/Accounts/"_s + accountId + u"/SMS/Messages"_s,
+                            .userName = accountId.toUtf8(),
+                            .password = secret.toUtf8(),
+                            .body = "From=" + QUrl::toPercentEncoding(from) + "&To=" +
+                                    QUrl::toPercentEncoding(to) + "&Body=" + QUrl::toPercentEncoding(text)}))
+            return false;
     }
-    diagnostics::line("Start Message");
-    const bool isStarted = gateway.start({.path = u"/2010-04-01/Accounts/"_s + accountId + u"/SMS/Messages"_s,
-                                          .userName = accountId.toUtf8(),
-                                          .password = secret.toUtf8(),
-                                          .body = "From=" + QUrl::toPercentEncoding(from) +
-                                                  "&To=" + QUrl::toPercentEncoding(to) +
-                                                  "&Body=" + QUrl::toPercentEncoding(text)});
-    if (isStarted)
-        gateway.pause(std::chrono::milliseconds(
-            std::clamp<qint64>(preferences.integer(messagingKey::delay), 0, longestDelay)));
-    return isStarted;
+    gateway.pause(std::chrono::milliseconds(
+        std::clamp<qint64>(preferences.integer(messagingKey::delay), 0, longestDelay)));
+    return true;
 }

@@ -90,6 +90,9 @@ void GatewayTest::answersAreWrittenDownAndNothingIsRepeated_data()
     QTest::newRow("challenge") << response("401 UNAUTHORIZED", "who?",
                                            "WWW-Authenticate: Basic realm=\"x\"\r\n")
                                << u"Response: who?"_s;
+    QTest::newRow("challenge that Qt would answer")
+        << response("401 UNAUTHORIZED", "who?", "WWW-Authenticate: Negotiate\r\n") << u"Response: who?"_s;
+    QTest::newRow("proxy's challenge") << response("407 PROXY", "pay") << u"Response: pay"_s;
     QTest::newRow("challenge without a word")
         << response("401 UNAUTHORIZED", "", "WWW-Authenticate: Basic realm=\"x\"\r\n") << u"Error: nil"_s;
     QTest::newRow("redirect") << response("307 MOVED", "elsewhere", "Location: /\r\n")
@@ -98,6 +101,7 @@ void GatewayTest::answersAreWrittenDownAndNothingIsRepeated_data()
     QTest::newRow("failure") << response("503 UNAVAILABLE", "later", "Retry-After: 0\r\n")
                              << u"Response: later"_s;
     QTest::newRow("no body") << response("204 NO CONTENT", "") << u"Error: nil"_s;
+    QTest::newRow("ends within a character") << response("200 OK", "abc\xc3") << u"Error: nil"_s;
     QTest::newRow("not UTF-8") << response("200 OK", "\xff\xfe") << u"Error: nil"_s;
     QTest::newRow("credentials sent back")
         << response("200 OK", "s3cr:t, Basic " + QByteArray("AC12:s3cr:t").toBase64())
@@ -149,6 +153,7 @@ void GatewayTest::gatewaysThatCannotBeTrustedOrReached()
     const QStringList lines = linesOfMessage(u"x"_s, account.preferences, address);
     QCOMPARE(lines.size(), 4);
     QVERIFY2(lines[3].startsWith(u"Error: Optional("), qPrintable(lines[3]));
+    QCOMPARE(lines[3].contains(u"certificate"), isListening);
     QVERIFY(!server || server->requests().isEmpty());
 }
 
@@ -159,6 +164,7 @@ void GatewayTest::accountsThatMakeNoAddress_data()
     QTest::addColumn<bool>("isSent");
     QTest::newRow("blank") << u"AC 12"_s << u"sesame"_s << false;
     QTest::newRow("slash") << u"../12"_s << u"sesame"_s << false;
+    QTest::newRow("folder above") << u".."_s << u"sesame"_s << false;
     QTest::newRow("colon") << u"AC:12"_s << u"sesame"_s << false;
     QTest::newRow("line feed in the secret") << u"AC"_s << u"s\r\nX: y"_s << false;
     QTest::newRow("at sign in the secret") << u"AC"_s << u"s@evil"_s << false;
@@ -189,11 +195,50 @@ void GatewayTest::accountsThatMakeNoAddress()
     }
 }
 
+void GatewayTest::systemsCertificatesAreTrusted()
+{
+    QCOMPARE(tlsConfiguration({}), QSslConfiguration::defaultConfiguration());
+}
+
+void GatewayTest::slowAnswersEnd()
+{
+    const HttpsServer server(
+        [](const auto &) { return HttpsServer::Answer{"HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhalf"}; });
+    const Account account;
+    CapturedOutput output;
+    GatewayClient gateway(addressOf(server), 1s);
+    sendTextMessage(u"x"_s, u"1"_s, account.preferences, gateway);
+    QVERIFY(gateway.finish(20s));
+    QCOMPARE(output.takeLines().last(), u"Error: Optional(The gateway did not answer in time)"_s);
+}
+
+void GatewayTest::connectionsThatBreakAreNotUsedForASecondTry()
+{
+    std::atomic<int> received = 0;
+    const HttpsServer server([&received](const auto &request) {
+        return ++received == 2 ? HttpsServer::Answer{{}, true} : created(request);
+    });
+    const Account account;
+    CapturedOutput output;
+    GatewayClient gateway(addressOf(server));
+    for (const int count : {1, 2, 3}) {
+        sendTextMessage(QString::number(count), u"1"_s, account.preferences, gateway);
+        qsizetype finished = 0;
+        QTRY_COMPARE_WITH_TIMEOUT(finished += output.takeLines().count(u"Finished"_s), 1, 20'000);
+    }
+    QVERIFY(gateway.finish(20s));
+    QStringList bodies;
+    for (const HttpsServer::Request &request : server.requests())
+        bodies.append(formField(request, u"Body"_s));
+    QCOMPARE(bodies, QStringList({u"1"_s, u"2"_s, u"3"_s}));
+}
+
 void GatewayTest::requestsOverlapUpToALimit()
 {
-    const HttpsServer server([](const auto &request) {
+    std::atomic<int> received = 0;
+    const HttpsServer server([&received](const auto &request) {
         HttpsServer::Answer answer = created(request);
-        answer.delay = 200ms;
+        answer.delay = ++received <= 6 ? 1s : 0s;
         return answer;
     });
     Account account;
@@ -223,13 +268,13 @@ void GatewayTest::closing()
     time.start();
     bool isStarted = false;
     std::thread sender([&] { isStarted = sendTextMessage(u"x"_s, u"1"_s, account.preferences, gateway); });
-    const bool isReceived = QTest::qWaitFor([&server] { return !server.requests().isEmpty(); });
+    const bool isReceived = QTest::qWaitFor([&server] { return !server.requests().isEmpty(); }, 20'000);
     gateway.close();
     sender.join();
     QVERIFY(isReceived && isStarted);
     QVERIFY(!sendTextMessage(u"y"_s, u"1"_s, account.preferences, gateway));
     QVERIFY(!gateway.finish(100ms));
-    QVERIFY(time.elapsed() < 10'000);
+    QVERIFY(time.elapsed() < 60'000);
     const QStringList lines = output.takeLines();
     QCOMPARE(lines.filter(u"Error: Optional(The program ended"_s).size(), 1);
     QCOMPARE(server.requests().size(), 1);

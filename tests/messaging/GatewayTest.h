@@ -16,6 +16,9 @@ private slots:
     void gatewaysThatCannotBeTrustedOrReached();
     void accountsThatMakeNoAddress_data();
     void accountsThatMakeNoAddress();
+    void systemsCertificatesAreTrusted();
+    void slowAnswersEnd();
+    void connectionsThatBreakAreNotUsedForASecondTry();
     void requestsOverlapUpToALimit();
     void closing();
 };

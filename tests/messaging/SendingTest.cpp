@@ -10,6 +10,8 @@
 #include "support/CapturedOutput.h"
 
 #include <QCheckBox>
+#include <QDeadlineTimer>
+#include <QDir>
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
@@ -180,9 +182,9 @@ void SendingTest::sendsSchedulesInTheOrderOfTheRows()
 {
     Office office;
     office.account.preferences.setText(messagingKey::messageFooter, u"Bye."_s);
-    office.account.preferences.setInteger(messagingKey::delay, 30); // or they may arrive in any order
-    office.manager.startSearch(u"Other"_s);                         // every task takes part all the same
+    office.manager.startSearch(u"Other"_s); // every task takes part all the same
     office.select("clientsTable", {2, 3, 0, 1});
+    CapturedOutput output;
     office.press("sendMsgClients");
     QVERIFY(!office.child<QPushButton>("sendMsgClients").isEnabled());
     QVERIFY(!office.child<QPushButton>("sendMsgTeamMembers").isEnabled());
@@ -194,13 +196,22 @@ void SendingTest::sendsSchedulesInTheOrderOfTheRows()
                            number + u"11/6/26 09:00AM-11/6/26 05:30PM Early-"_s,
                            number + u"11/8/26 09:00AM-11/8/26 05:30PM Late-Bob"_s, number + u"Bye."_s};
     };
-    const QStringList schedules = scheduleOfAnn(u"+1: "_s) +
-                                  QStringList{u": \nClient Schedule: zoë\n11/6/26-11/8/26\n\r"_s,
-                                              u": 11/7/26 09:00AM-11/7/26 05:30PM Other-bob"_s, u": Bye."_s} +
-                                  scheduleOfAnn(u"+3: "_s);
-    QCOMPARE(office.received(), schedules);
+    QStringList schedules = scheduleOfAnn(u"+1: "_s) +
+                            QStringList{u": \nClient Schedule: zoë\n11/6/26-11/8/26\n\r"_s,
+                                        u": 11/7/26 09:00AM-11/7/26 05:30PM Other-bob"_s, u": Bye."_s} +
+                            scheduleOfAnn(u"+3: "_s);
+    QStringList messages = office.received(); // in any order, since they go out on several connections
+    messages.sort();
+    schedules.sort();
+    QCOMPARE(messages, schedules);
+    const QStringList names =
+        output.takeLines().filter(QRegularExpression(u"^row value: (nil|.*[^\\d]\"\\))$"_s));
+    QCOMPARE(names,
+             QStringList({u"row value: Optional(\"Ann\")"_s, u"row value: Optional(\"ZOË\")"_s,
+                          u"row value: nil"_s, u"row value: Optional(\"ann\")"_s, u"row value: nil"_s}));
     QVERIFY(office.child<QPushButton>("sendMsgClients").isEnabled());
     QVERIFY(!office.child<ProgressIndicator>("progressBar").isAnimated());
+    QCOMPARE(office.child<ProgressIndicator>("progressBar").value(), 16);
     QCOMPARE(office.info(), u"Steps Performed:16 Schedules Sent:5"_s);
 }
 
@@ -283,6 +294,26 @@ void SendingTest::runsWithNothingToSend()
     QCOMPARE(office.received(), QStringList());
 }
 
+void SendingTest::endsOnce()
+{
+    Office office;
+    ScheduleRun &run = office.runs.add(
+        {.kind = RecipientKind::Client,
+         .recipients = {},
+         .tasks = {},
+         .text = ScheduleText(RecipientKind::Client, onDay(1), onDay(1), office.account.preferences)});
+    const QSignalSpy finished(&run, &ScheduleRun::finished);
+    const auto threads = [] {
+        return QDir(u"/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+    };
+    const qsizetype before = threads();
+    run.start();
+    for (const QDeadlineTimer deadline(20s); threads() > before;)
+        QVERIFY(!deadline.hasExpired()); // both are to have ended when the main thread hears of the first
+    QCoreApplication::processEvents();
+    QCOMPARE(finished.size(), 1);
+}
+
 void SendingTest::settingsChangedInTheMiddle()
 {
     Office office([](Office &self, qsizetype number) {
@@ -293,7 +324,7 @@ void SendingTest::settingsChangedInTheMiddle()
             self.account.preferences.setBoolean(messagingKey::notifications, false);
         }
     });
-    office.account.preferences.setInteger(messagingKey::delay, 300); // the answer comes well before that
+    office.account.preferences.setInteger(messagingKey::delay, 1500); // the answer comes well before that
     office.select("clientsTable", {0});
     office.press("sendMsgClients");
     const QStringList messages = office.received();
@@ -301,6 +332,7 @@ void SendingTest::settingsChangedInTheMiddle()
     QVERIFY(messages[0].startsWith(u"+1: "));
     QVERIFY(messages[1].startsWith(u"+9: "));
     QCOMPARE(office.info(), u"Steps Performed:4 Schedules Sent:2"_s);
+    QVERIFY(office.child<QPushButton>("sendMsgClients").isEnabled()); // whatever the settings are now
 }
 
 void SendingTest::closingTheScreenDoesNotEndTheRun()
@@ -313,7 +345,7 @@ void SendingTest::closingTheScreenDoesNotEndTheRun()
     const QPointer<ViewControllerSending> screen = office.screen.release();
     screen->close();
     QVERIFY(screen);
-    QTRY_VERIFY(!screen); // once the run has ended
+    QTRY_VERIFY_WITH_TIMEOUT(!screen, 20'000); // once the run has ended
     QVERIFY(office.runs.finish(20s));
     QCOMPARE(office.texts().size(), 3);
 }
@@ -326,7 +358,7 @@ void SendingTest::endOfTheProgramEndsTheRun()
     office.select("clientsTable", {0, 1, 2, 3});
     CapturedOutput output;
     office.press("sendMsgClients");
-    QTRY_COMPARE(office.texts().size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(office.texts().size(), 1, 20'000);
     office.runs.stop();
     QCOMPARE(output.takeLines().filter(u"Messages not sent"_s), QStringList{u"Messages not sent: 10"_s});
     QVERIFY(office.runs.finish(20s));
@@ -348,7 +380,8 @@ void SendingTest::runsThatOverlap()
         connect(&run, &ScheduleRun::finished, this, [&ended] { ++ended; });
         run.start();
     }
-    QTRY_COMPARE(ended, 2); // although one counter serves runs of four and of three steps
+    QTRY_COMPARE_WITH_TIMEOUT(ended, 2,
+                              20'000); // although one counter serves runs of four and of three steps
     QVERIFY(office.runs.finish(20s));
     const QStringList messages = office.texts();
     QCOMPARE(messages.size(), 7);
@@ -367,8 +400,10 @@ void SendingTest::monitorDoesNotFloodTheMainThread()
     const QSignalSpy progressed(&run, &ScheduleRun::progressed);
     CapturedOutput output;
     run.start();
-    for (qsizetype polls = 0; polls < 20;)
+    const QDeadlineTimer deadline(20s);
+    for (qsizetype polls = 0; polls < 20 && !deadline.hasExpired();)
         polls += output.takeLines().filter(u"Max Count: 4"_s).size();
+    QVERIFY(!deadline.hasExpired());
     QCoreApplication::sendPostedEvents(&run, QEvent::MetaCall);
     QVERIFY2(progressed.size() >= 1 && progressed.size() <= 2,
              qPrintable(QString::number(progressed.size())));

@@ -14,6 +14,7 @@ private slots:
     void linesOfARun_data();
     void linesOfARun();
     void runsWithNothingToSend();
+    void endsOnce();
     void settingsChangedInTheMiddle();
     void closingTheScreenDoesNotEndTheRun();
     void endOfTheProgramEndsTheRun();

@@ -17,5 +17,6 @@ public:
 
 private:
     QTemporaryFile file;
+    QByteArray read; ///< what is not a whole line yet
     int original;
 };

@@ -1,0 +1,177 @@
+#include "SampleTasks.h"
+#include "messaging/MessagingSettings.h"
+#include "messaging/ScheduleRuns.h"
+#include "messaging/SendWorker.h"
+#include "messaging/TextMessage.h"
+#include "platform/Diagnostics.h"
+#include "platform/Preferences.h"
+#include "support/HttpsServer.h"
+
+#include <QEventLoop>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+#include <QSslConfiguration>
+#include <QTemporaryDir>
+#include <QUrl>
+
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+
+// Yardsticks and how to read the figures: bench/README.md.
+
+namespace {
+
+constexpr int recipients = 200;
+constexpr int messages = 2000;
+
+/// Every task belongs to one of the recipients, each of whom has as many.
+std::unique_ptr<RunSnapshot> sampleRun(RecipientKind kind, qsizetype taskCount,
+                                       const Preferences &preferences)
+{
+    TaskList tasks = sampleTasks(taskCount);
+    std::vector<Recipient> people;
+    for (int number = 0; number < recipients; ++number)
+        people.push_back({u"Person number %1"_s.arg(number), u"+49 30 %1"_s.arg(number)});
+    for (qsizetype index = 0; index < tasks.size(); ++index) {
+        task &entry = tasks[index].edit();
+        entry.client = entry.teamMember = people[size_t(index) % recipients].name->toUpper();
+    }
+    const auto [first, last] =
+        std::ranges::minmax_element(tasks, {}, [](const SharedTask &entry) { return entry->date; });
+    return std::make_unique<RunSnapshot>(
+        RunSnapshot{.kind = kind,
+                    .recipients = std::move(people),
+                    .tasks = tasksForSchedules(kind, tasks),
+                    .text = ScheduleText(kind, (*first)->date, (*last)->date, preferences)});
+}
+
+void composeRun(benchmark::State &state)
+{
+    const QTemporaryDir folder;
+    const Preferences preferences(folder.filePath(u"preferences.ini"_s)); // sending is off
+    const auto run = sampleRun(RecipientKind(state.range(1)), state.range(0), preferences);
+    RunCounters counters;
+    GatewayClient gateway({});
+    for (auto _ : state) {
+        SendWorker(*run, counters, preferences, gateway).run();
+        diagnostics::drain();
+    }
+    if (counters.schedulesSent != state.range(0) * state.iterations())
+        state.SkipWithError("not every task was composed");
+}
+
+/// The lines of the same run, and nothing but them.
+void writeItsLines(benchmark::State &state)
+{
+    const QTemporaryDir folder;
+    const Preferences preferences(folder.filePath(u"preferences.ini"_s));
+    const auto run = sampleRun(RecipientKind(state.range(1)), state.range(0), preferences);
+    const bool forTeam = run->kind == RecipientKind::TeamMember;
+    const qsizetype tasksOfOne = state.range(0) / recipients;
+    for (auto _ : state) {
+        for (const Recipient &recipient : run->recipients) {
+            diagnostics::line("row value:", recipient.name);
+            diagnostics::line("row value:", recipient.phoneNo);
+            for (qint64 step = 0; step < state.range(0); ++step) {
+                diagnostics::line("Sending step:", step);
+                if (forTeam)
+                    diagnostics::line("----NoOfSchedules5:", step, "----");
+            }
+            for (qsizetype index = 0; index < tasksOfOne; ++index) {
+                const task &entry = *run->tasks[size_t(index)].entry;
+                diagnostics::line("ASCENDING");
+                diagnostics::line("ASCENDING");
+                diagnostics::line("Task Found:", entry.name, entry.client, recipient.phoneNo);
+                if (forTeam)
+                    diagnostics::line("----NoOfSchedules2:", index, "----");
+                diagnostics::line("Hour:", entry.startHour, " Min:", entry.startMin);
+                diagnostics::line("Hour:", entry.endHour, " Min:", entry.endMin);
+            }
+        }
+        diagnostics::drain();
+    }
+}
+
+void eachKind(benchmark::internal::Benchmark *benchmark)
+{
+    for (const int kind : {int(RecipientKind::Client), int(RecipientKind::TeamMember)})
+        for (const int tasks : {200, 10'000})
+            benchmark->Args({tasks, kind});
+    benchmark->Unit(benchmark::kMillisecond)->UseRealTime();
+}
+
+BENCHMARK(composeRun)->Apply(eachKind);
+BENCHMARK(writeItsLines)->Apply(eachKind);
+
+/// A gateway on loopback that takes every message.
+class LocalGateway
+{
+public:
+    GatewayAddress address() const
+    {
+        return {.host = u"127.0.0.1"_s, .port = server.port(), .trusted = {server.certificate()}};
+    }
+
+private:
+    HttpsServer server{[](const HttpsServer::Request &) {
+        return HttpsServer::Answer{HttpsServer::response("201 CREATED", "{}")};
+    }};
+};
+
+void sendMessages(benchmark::State &state)
+{
+    const QTemporaryDir folder;
+    Preferences preferences(folder.filePath(u"preferences.ini"_s));
+    preferences.setText(messagingKey::accountId, u"AC12"_s);
+    preferences.setText(messagingKey::secret, u"secret"_s);
+    const LocalGateway local;
+    for (auto _ : state) {
+        GatewayClient gateway(local.address());
+        for (int number = 0; number < messages; ++number)
+            sendTextMessage(u"11/6/26 09:00AM-11/6/26 05:30PM Mow the lawn-Ann"_s, u"+1 555 0100"_s,
+                            preferences, gateway);
+        if (!gateway.finish(std::chrono::minutes(5)))
+            state.SkipWithError("not every message was answered");
+    }
+}
+
+/// The same requests by a bare manager, which keeps six connections to one host.
+void postPlainly(benchmark::State &state)
+{
+    const LocalGateway local;
+    const GatewayAddress address = local.address();
+    for (auto _ : state) {
+        QNetworkAccessManager manager;
+        QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
+        tls.addCaCertificates(address.trusted);
+        QNetworkRequest request(
+            QUrl(u"https://127.0.0.1:%1/2010-04-01/Accounts/AC12/SMS/Messages"_s.arg(address.port)));
+        request.setSslConfiguration(tls);
+        request.setHeader(QNetworkRequest::ContentTypeHeader, u"application/x-www-form-urlencoded"_s);
+        request.setRawHeader("Authorization", "Basic QUMxMjpzZWNyZXQ=");
+        const QByteArray body = "From=&To=%2B1%20555%200100&Body="
+                                "11%2F6%2F26%2009%3A00AM-11%2F6%2F26%2005%3A30PM%20Mow%20the%20lawn-Ann";
+        QEventLoop loop;
+        int answered = 0;
+        for (int number = 0; number < messages; ++number) {
+            QNetworkReply *reply = manager.post(request, body);
+            QObject::connect(reply, &QNetworkReply::finished, &loop, [&, reply] {
+                if (reply->error() != QNetworkReply::NoError)
+                    state.SkipWithError("a request failed");
+                reply->deleteLater();
+                if (++answered == messages)
+                    loop.quit();
+            });
+        }
+        loop.exec();
+    }
+}
+
+BENCHMARK(sendMessages)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(postPlainly)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+} // namespace
