@@ -1,8 +1,12 @@
 #include "ViewControllerTest.h"
 
+#include "contacts/Contact.h"
+#include "messaging/MessagingSettings.h"
+#include "messaging/ViewControllerSending.h"
 #include "support/Dialogs.h"
 #include "support/ScratchHome.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
 #include <QHeaderView>
@@ -309,6 +313,38 @@ void ViewControllerTest::copiesToAndFromTheCloud()
     QVERIFY(!done.wasShown());
     QVERIFY(QTest::qWaitFor([&] { return done.wasShown(); }));
     QCOMPARE(done.informativeText, u"Sync from iCloud succesfully!"_s);
+}
+
+void ViewControllerTest::sendingScreenComesBackDuringARun()
+{
+    preferences.setText(messagingKey::secret, u"s"_s);
+    preferences.setText(messagingKey::accountId, u"a"_s);
+    preferences.setText(messagingKey::sendingPhoneNo, u"1"_s);
+    preferences.setBoolean(messagingKey::notifications, true);
+    preferences.setInteger(messagingKey::delay, 3'600'000);
+    {
+        PersistentContainer store(contactModel(), home->filePath(u"data"_s));
+        store.loadPersistentStores();
+        Clients(store.viewContext()).setValue(Contact::Name, u"Ann"_s);
+        store.viewContext().save();
+    }
+    manager->tasks = {task{.date = Calendar::now(), .client = u"Ann"_s}, task{.date = Calendar::now()}};
+    const auto open = [this] {
+        window->findChild<QAction *>(u"actionMessages"_s)->trigger();
+        return window->findChild<ViewControllerSending *>();
+    };
+    const QPointer<ViewControllerSending> screen = open();
+    QCOMPARE(open(), screen);
+    const auto *send = screen->findChild<QPushButton *>(u"sendMsgClients"_s);
+    QVERIFY(send->isEnabled());
+    screen->findChild<QCheckBox *>(u"allClients"_s)->click();
+    screen->SendScheduleToClients(nullptr);
+    screen->close();
+    QTest::qWait(0);
+    QCOMPARE(open(), screen);
+    QVERIFY(!send->isEnabled()); // although messages could be sent
+    screen->close();
+    scheduleRuns.stop();
 }
 
 void ViewControllerTest::noticesReloadAndWrite()

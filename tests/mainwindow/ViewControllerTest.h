@@ -36,6 +36,7 @@ private slots:
     void addsDuringASearch();
     void deletesOnlyWhenConfirmed();
     void copiesToAndFromTheCloud();
+    void sendingScreenComesBackDuringARun();
     void noticesReloadAndWrite();
     void appearanceReloadsTheList();
 
@@ -50,12 +51,14 @@ private:
     QByteArray fileContent() const;
 
     std::unique_ptr<QTemporaryDir> home;
-    Preferences preferences{QStringLiteral("/nonexistent/preferences.ini")};
+    QTemporaryDir preferencesFolder;
+    Preferences preferences{preferencesFolder.filePath(QStringLiteral("preferences.ini"))};
     std::unique_ptr<NotificationCenter> notices;
     std::unique_ptr<NotificationCenter> systemNotices;
     std::unique_ptr<TaskManager> manager;
     ColorPanel colorPanel;
-    ScheduleRuns scheduleRuns{preferences, {}};
+    ScheduleRuns scheduleRuns{preferences,
+                              {.host = QStringLiteral("127.0.0.1"), .port = 1}}; // where nobody listens
     std::unique_ptr<Screens> screens;
     std::unique_ptr<MainThreadQueue> cloudAnswers;
     std::unique_ptr<SqlCloudContainer> container;
