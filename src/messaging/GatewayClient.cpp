@@ -128,7 +128,6 @@ GatewayClient::GatewayClient(const GatewayAddress &gateway, std::chrono::millise
     thread.setObjectName(u"gateway"_s);
     // The manager's timers and connections are to end on the thread they belong to.
     QObject::connect(&thread, &QThread::finished, &threadContext, [this] { manager.reset(); });
-    thread.start();
 }
 
 GatewayClient::~GatewayClient()
@@ -145,6 +144,8 @@ bool GatewayClient::start(const GatewayRequest &request)
     if (closed)
         return false;
     ++underWay;
+    if (!thread.isRunning())
+        thread.start(); // the program's start does not wait for it
     QMetaObject::invokeMethod(
         &threadContext, [this, request] { send(request); }, Qt::QueuedConnection);
     return true;
@@ -193,7 +194,7 @@ void GatewayClient::send(const GatewayRequest &request)
         tls = tlsConfiguration(address);
     }
     auto body = std::make_unique<UnrepeatableBody>(request.body);
-    QNetworkReply *reply = manager->post(prepare(address, tls, request), body.get());
+    QNetworkReply *reply = manager->post(prepare(address, *tls, request), body.get());
     body.release()->setParent(reply);
     auto *limit = new QTimer(reply); // which ends with the reply
     limit->setTimerType(Qt::PreciseTimer);

@@ -12,6 +12,7 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <optional>
 
 /// Where the gateway is reached by HTTPS.
 struct GatewayAddress
@@ -70,7 +71,7 @@ private:
     QThread thread;
     QObject threadContext;                          ///< lives on the thread
     std::unique_ptr<QNetworkAccessManager> manager; ///< likewise; made for the first request
-    QSslConfiguration tls;                          ///< likewise
+    std::optional<QSslConfiguration> tls;           ///< likewise: it loads the TLS library
     std::mutex mutex;
     std::condition_variable changed;
     std::atomic<bool> closed = false;
