@@ -126,7 +126,7 @@ public:
     NotificationCenter systemNotices;
     ColorPanel colorPanel;
     ScheduleRuns scheduleRuns{preferences, {}};
-    Screens screens{{manager, notices, systemNotices, colorPanel, folder.path()}, scheduleRuns};
+    Screens screens{{manager, notices, systemNotices, colorPanel, folder.path()}, scheduleRuns, {}};
     MainThreadQueue mainThread;
     SqlCloudContainer container;
     CloudSync sync{manager, notices, container, mainThread};

@@ -133,7 +133,7 @@ void searchKeystroke(benchmark::State &state)
     manager.tasks = sampleTasks(state.range(0));
     ColorPanel colorPanel;
     ScheduleRuns scheduleRuns(preferences(), {});
-    Screens screens({manager, notices, systemNotices, colorPanel, folder.path()}, scheduleRuns);
+    Screens screens({manager, notices, systemNotices, colorPanel, folder.path()}, scheduleRuns, {});
     SqlCloudContainer container({.kind = CloudHome::Kind::SignedOut}, taskRecordType());
     MainThreadQueue cloudAnswers;
     CloudSync cloud(manager, notices, container, cloudAnswers);

@@ -6,7 +6,8 @@
 Profile::Profile(TaskManager &manager, NotificationCenter &systemNotices, const CloudHome &cloudHome,
                  const GatewayAddress &gateway, const Folders &folders)
     : scheduleRuns(manager.defaults, gateway)
-    , screens({manager, notices, systemNotices, colorPanel, folders.data}, scheduleRuns)
+    , screens({manager, notices, systemNotices, colorPanel, folders.data}, scheduleRuns,
+              {folders.documents, folders.state})
     , container(cloudHome, taskRecordType())
     , cloud(manager, notices, container, cloudAnswers)
     , window(manager, notices, systemNotices, screens, cloud, folders.documents, folders.state)

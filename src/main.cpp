@@ -76,7 +76,7 @@ int main(int argc, char **argv)
     ColorPanel colorPanel;
     ScheduleRuns scheduleRuns(Preferences::standard(), GatewayAddress{});
     Screens screens({TaskManager::shared(), notices, systemNotices, colorPanel, folders::data()},
-                    scheduleRuns);
+                    scheduleRuns, {folders::documents(), folders::state()});
     const CloudHome cloudHome = CloudHome::read(folders::config() + u"/cloud.ini"_s, folders::data());
     MainThreadQueue cloudAnswers;
     SqlCloudContainer container(cloudHome, taskRecordType());

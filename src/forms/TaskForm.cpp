@@ -118,22 +118,11 @@ bool TaskForm::commitTyping()
     return !isRefused;
 }
 
-QString TaskForm::description() const
-{
-    // The view's own line ends and blanks are not the task's, so an untouched text is not read back.
-    const QTextDocument &document = *fields->txtTaskDescription->document();
-    if (!document.isModified())
-        return shownDescription;
-    QString text = document.toRawText();
-    text.replace(QChar(QChar::ParagraphSeparator), u'\n');
-    return text.replace(QChar(QChar::LineSeparator), u'\n');
-}
-
 task TaskForm::taskOfControls() const
 {
     return {.date = fields->dtTaskDate->moment(),
             .name = fields->txtTaskName->text(),
-            .desc = description(),
+            .desc = fields->txtTaskDescription->text(),
             .client = fields->client->currentText(),
             .teamMember = fields->teamMember->currentText(),
             .color = fields->color->color(),
@@ -152,8 +141,7 @@ void TaskForm::showTask(const task &shown)
 {
     fields->dtTaskDate->setMoment(shown.date);
     fields->txtTaskName->setText(shown.name);
-    shownDescription = shown.desc;
-    fields->txtTaskDescription->setPlainText(shown.desc);
+    fields->txtTaskDescription->setText(shown.desc);
     fields->dtTaskDueDate->setMoment(shown.due);
     selectPosition(*fields->inTaskStatus, shown.status, shown.statusName);
     selectPosition(*fields->inTaskPriority, shown.priority, shown.priorityName);

@@ -73,8 +73,5 @@ protected:
     Instant previousDueDate;
 
 private:
-    QString description() const;
-
-    QString shownDescription;
     bool isRefused = false;
 };

@@ -71,7 +71,7 @@ void ViewControllerAdd::btnAddTask_Click(QObject *)
                     added.priority, added.statusName, added.priorityName, false, added.startHour,
                     added.startMin, added.endHour, added.endMin, added.client, added.teamMember);
     fields->txtTaskName->clear();
-    fields->txtTaskDescription->clear();
+    fields->txtTaskDescription->setText({});
     hideColorPanel();
     services.notices.post(notice::reload);
     close();

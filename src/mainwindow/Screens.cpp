@@ -7,6 +7,7 @@
 #include "messaging/ViewControllerSending.h"
 #include "messaging/ViewControllerSettings.h"
 #include "model/TaskManager.h"
+#include "tools/ViewControllerNotes.h"
 
 static void bringToFront(QWidget &screen)
 {
@@ -27,9 +28,10 @@ static void open(QPointer<Screen> &screen, Resources &&resources, QWidget &mainW
     bringToFront(*screen);
 }
 
-Screens::Screens(const TaskFormServices &formServices, ScheduleRuns &scheduleRuns)
+Screens::Screens(const TaskFormServices &formServices, ScheduleRuns &scheduleRuns, const Folders &userFolders)
     : services(formServices)
     , runs(scheduleRuns)
+    , folders(userFolders)
 {
 }
 
@@ -68,4 +70,14 @@ void Screens::openSending(QWidget &mainWindow)
 void Screens::openSettings(QWidget &mainWindow)
 {
     open(settings, services.manager.defaults, mainWindow);
+}
+
+void Screens::openNotes(QWidget &mainWindow)
+{
+    open(notes, ViewControllerNotes::Folders{folders.documents, folders.state}, mainWindow);
+}
+
+void Screens::openWhiteboard(QWidget &mainWindow)
+{
+    open(whiteboard, ViewControllerWhiteboard::Services{pen, services.colorPanel, folders.state}, mainWindow);
 }

@@ -1,12 +1,14 @@
 #pragma once
 
 #include "forms/TaskForm.h"
+#include "tools/ViewControllerWhiteboard.h"
 
 #include <QPointer>
 
 class ViewControllerAdd;
 class ScheduleRuns;
 class ViewControllerClientMgmt;
+class ViewControllerNotes;
 class ViewControllerSending;
 class ViewControllerSettings;
 class ViewControllerTeamMgmt;
@@ -16,7 +18,14 @@ class ViewControllerTeamMgmt;
 class Screens
 {
 public:
-    Screens(const TaskFormServices &formServices, ScheduleRuns &runs);
+    /// What the screens keep their files in.
+    struct Folders
+    {
+        QString documents; ///< empty when there is no such folder
+        QString state;
+    };
+
+    Screens(const TaskFormServices &formServices, ScheduleRuns &runs, const Folders &folders);
 
     void openAddForm(QWidget &mainWindow);
     /// Opens the form of the selected task as a modal window; returns at once.
@@ -25,13 +34,19 @@ public:
     void openTeamMembers(QWidget &mainWindow);
     void openSending(QWidget &mainWindow);
     void openSettings(QWidget &mainWindow);
+    void openNotes(QWidget &mainWindow);
+    void openWhiteboard(QWidget &mainWindow);
 
 private:
     TaskFormServices services;
     ScheduleRuns &runs;
+    Folders folders;
+    WhiteboardPen pen;
     QPointer<ViewControllerAdd> addForm;
     QPointer<ViewControllerClientMgmt> clients;
     QPointer<ViewControllerTeamMgmt> teamMembers;
     QPointer<ViewControllerSending> sending;
     QPointer<ViewControllerSettings> settings;
+    QPointer<ViewControllerNotes> notes;
+    QPointer<ViewControllerWhiteboard> whiteboard;
 };

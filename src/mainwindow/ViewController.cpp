@@ -97,6 +97,8 @@ void ViewController::connectScreens()
     connect(ui->actionClients, &QAction::triggered, this, [this] { screens.openClients(*this); });
     connect(ui->actionTeamMembers, &QAction::triggered, this, [this] { screens.openTeamMembers(*this); });
     connect(ui->actionMessages, &QAction::triggered, this, [this] { screens.openSending(*this); });
+    connect(ui->actionNotes, &QAction::triggered, this, [this] { screens.openNotes(*this); });
+    connect(ui->actionWhiteboard, &QAction::triggered, this, [this] { screens.openWhiteboard(*this); });
     connect(ui->actionSettings, &QAction::triggered, this, [this] { screens.openSettings(*this); });
 }
 

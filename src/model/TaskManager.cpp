@@ -193,9 +193,10 @@ void TaskManager::moveSelectedTask(bool up)
 void TaskManager::shareSelectedTask(QWidget &anchor) const
 {
     const task shared = selectedTask();
-    const SharingServicePicker picker(shared.name, taskShareText(shared, newKey()), &alertMessage);
+    const SharingServicePicker picker({.title = shared.name, .text = taskShareText(shared, newKey())},
+                                      &alertMessage);
     QMetaObject::invokeMethod(
-        &anchor, [picker, &anchor] { picker.show(anchor); }, Qt::QueuedConnection);
+        &anchor, [picker, &anchor] { picker.show(anchor, *anchor.window()); }, Qt::QueuedConnection);
 }
 
 void TaskManager::resetColorWell(ColorWell &well, TextView &text) const

@@ -12,6 +12,11 @@ static QString timeText(qint64 hour, qint64 minute)
     return QString::asprintf("%02lld:%02lld", qlonglong{hour}, qlonglong{minute});
 }
 
+QString shareFooter()
+{
+    return u"Sent with Quorvane. Download from the App Store for Mac:\n\n"_s + storePage + u'\n';
+}
+
 QString taskShareText(const task &shared, const QString &messageKey)
 {
     const Calendar calendar;
@@ -34,10 +39,7 @@ QString taskShareText(const task &shared, const QString &messageKey)
         u"Task Key: "_s + shared.key,
         u"Message Key: "_s + messageKey,
         QString(),
-        u"Sent with Quorvane. Download from the App Store for Mac:"_s,
-        QString(),
-        storePage,
-        QString(),
+        shareFooter(),
     }
         .join(u'\n');
 }

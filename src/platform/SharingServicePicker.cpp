@@ -7,13 +7,17 @@
 #include <QClipboard>
 #include <QDir>
 #include <QFileDialog>
+#include <QImage>
 #include <QMenu>
+#include <QMimeData>
 #include <QPointer>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSaveFile>
 #include <QTemporaryFile>
 #include <QUrl>
+
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -26,26 +30,24 @@ static QString mailAddress(const QString &subject, QString body)
     return u"mailto:?subject="_s + encoded(subject) + u"&body="_s + encoded(body.replace(u'\n', u"\r\n"_s));
 }
 
-SharingServicePicker::SharingServicePicker(const QString &sharedTitle, const QString &sharedText,
-                                           const FailureReport &failureReport)
-    : title(sharedTitle)
-    , text(sharedText)
+SharingServicePicker::SharingServicePicker(const SharedItems &sharedItems, const FailureReport &failureReport)
+    : items(sharedItems)
     , report(failureReport)
 {
 }
 
-void SharingServicePicker::show(QWidget &anchor) const
+void SharingServicePicker::show(QWidget &anchor, QWidget &window) const
 {
-    auto *menu = new QMenu(&anchor);
+    auto *menu = new QMenu(&window);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    QWidget *window = anchor.window();
     const SharingServicePicker &picker = *this;
+    QWidget *host = &window;
     // The menu outlives the picker, so its entries have their own.
-    QObject::connect(menu->addAction(u"&Copy"_s), &QAction::triggered, window, [picker] { picker.copy(); });
-    QObject::connect(menu->addAction(u"&Mail…"_s), &QAction::triggered, window,
-                     [picker, window] { picker.mail(window); });
-    QObject::connect(menu->addAction(u"&Save to File…"_s), &QAction::triggered, window,
-                     [picker, window] { picker.save(window); });
+    QObject::connect(menu->addAction(u"&Copy"_s), &QAction::triggered, host, [picker] { picker.copy(); });
+    QObject::connect(menu->addAction(u"&Mail…"_s), &QAction::triggered, host,
+                     [picker, host] { picker.mail(host); });
+    QObject::connect(menu->addAction(u"&Save to File…"_s), &QAction::triggered, host,
+                     [picker, host] { picker.save(host); });
     // A button that sends on mouse-down does not hear of the release, which goes to the menu.
     if (auto *button = qobject_cast<QAbstractButton *>(&anchor))
         QObject::connect(menu, &QMenu::aboutToHide, button, [button] { button->setDown(false); });
@@ -54,7 +56,11 @@ void SharingServicePicker::show(QWidget &anchor) const
 
 void SharingServicePicker::copy() const
 {
-    QApplication::clipboard()->setText(text);
+    auto content = std::make_unique<QMimeData>();
+    content->setText(items.text);
+    if (!items.picture.isEmpty())
+        content->setImageData(QImage::fromData(items.picture, "PNG"));
+    QApplication::clipboard()->setMimeData(content.release());
 }
 
 void SharingServicePicker::mail(QWidget *window) const
@@ -82,18 +88,22 @@ void SharingServicePicker::mail(QWidget *window) const
     process->setStandardOutputFile(QProcess::nullDevice());
     if (messages->open())
         process->setStandardErrorFile(messages->fileName());
-    process->start(u"xdg-email"_s, {mailAddress(title, text)});
+    QStringList arguments;
+    if (!items.pictureFile.isEmpty())
+        arguments << u"--attach"_s << items.pictureFile;
+    process->start(u"xdg-email"_s, arguments << mailAddress(items.title, items.text));
 }
 
 void SharingServicePicker::save(QWidget *window) const
 {
-    const QString path = QFileDialog::getSaveFileName(window, u"Save to File"_s, suggestedPath(),
-                                                      u"Text files (*.txt);;All files (*)"_s);
+    const QString kinds = items.picture.isEmpty() ? u"Text files (*.txt);;All files (*)"_s
+                                                  : u"PNG pictures (*.png);;All files (*)"_s;
+    const QString path = QFileDialog::getSaveFileName(window, u"Save to File"_s, suggestedPath(), kinds);
     if (path.isEmpty())
         return;
     QSaveFile file(path);
-    const QByteArray utf8 = text.toUtf8();
-    if (!file.open(QIODevice::WriteOnly) || file.write(utf8) != utf8.size() || !file.commit())
+    const QByteArray content = items.picture.isEmpty() ? items.text.toUtf8() : items.picture;
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
         report(window, u"The file \"%1\" could not be written. %2"_s.arg(path, file.errorString()));
 }
 
@@ -101,6 +111,7 @@ QString SharingServicePicker::suggestedPath() const
 {
     constexpr int longestName = 60;
     static const QRegularExpression unfit(u"[/\\\\:*?\"<>|\\x00-\\x1f]+"_s);
-    const QString name = QString(title).replace(unfit, u" "_s).left(longestName).trimmed();
-    return QDir(folders::documents()).filePath((name.isEmpty() ? u"Task"_s : name) + u".txt"_s);
+    const QString name = QString(items.title).replace(unfit, u" "_s).left(longestName).trimmed();
+    return QDir(folders::documents())
+        .filePath((name.isEmpty() ? u"Task"_s : name) + (items.picture.isEmpty() ? u".txt"_s : u".png"_s));
 }

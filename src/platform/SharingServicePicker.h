@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 #include <functional>
@@ -7,18 +8,28 @@
 class QMenu;
 class QWidget;
 
-/// A menu of the services that can take a text: the clipboard, the desktop's mail program, a file.
+/// What is shared: a text, and a picture where there is one.
+struct SharedItems
+{
+    QString title; ///< what it is about, for the mail's subject and the file's name
+    QString text;
+    QByteArray picture = {};  ///< as PNG
+    QString pictureFile = {}; ///< the same as a file, for the mail
+};
+
+/// A menu of the services that can take the items: the clipboard, the desktop's mail program, a file, which
+/// takes the picture or else the text.
 class SharingServicePicker
 {
 public:
     /// Tells the user, in front of the window, that a service failed and why.
     using FailureReport = std::function<void(QWidget *window, const QString &message)>;
 
-    /// \param title  what the text is about, for the mail's subject and the file's name
-    SharingServicePicker(const QString &title, const QString &text, const FailureReport &report);
+    SharingServicePicker(const SharedItems &items, const FailureReport &report);
 
     /// Opens the menu at the left edge of the widget, as far as the screen has room there. Returns at once.
-    void show(QWidget &anchor) const;
+    /// \param window  in which the services go on; the anchor's own may be closed meanwhile
+    void show(QWidget &anchor, QWidget &window) const;
 
 private:
     void copy() const;
@@ -26,7 +37,6 @@ private:
     void save(QWidget *window) const;
     QString suggestedPath() const;
 
-    QString title;
-    QString text;
+    SharedItems items;
     FailureReport report;
 };

@@ -1,5 +1,21 @@
 #include "platform/TextView.h"
 
+void TextView::setText(const QString &text)
+{
+    original = text;
+    setPlainText(text);
+}
+
+QString TextView::text() const
+{
+    // The document's own line ends and blanks are not the text's, so an untouched one is not read back.
+    if (!document()->isModified())
+        return original;
+    QString edited = document()->toRawText();
+    edited.replace(QChar(QChar::ParagraphSeparator), u'\n');
+    return edited.replace(QChar(QChar::LineSeparator), u'\n');
+}
+
 void TextView::setTextColor(const Color &textColor)
 {
     color = textColor;

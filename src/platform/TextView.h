@@ -4,7 +4,8 @@
 
 #include <QPlainTextEdit>
 
-/// A plain text of several lines, the colour of which is set by its screen.
+/// A plain text of several lines, the colour of which is set by its screen. What the user leaves untouched is
+/// given back as it came, to the last blank.
 class TextView : public QPlainTextEdit
 {
     Q_OBJECT
@@ -12,9 +13,13 @@ class TextView : public QPlainTextEdit
 public:
     using QPlainTextEdit::QPlainTextEdit;
 
+    void setText(const QString &text);
+    QString text() const;
+
     const Color &textColor() const { return color; }
     void setTextColor(const Color &textColor);
 
 private:
     Color color{0.0, 0.0, 0.0, 1.0};
+    QString original; ///< the text that was set
 };

@@ -49,7 +49,7 @@ void ViewControllerTest::open()
     manager = std::make_unique<TaskManager>(preferences);
     screens = std::make_unique<Screens>(
         TaskFormServices{*manager, *notices, *systemNotices, colorPanel, home->filePath(u"data"_s)},
-        scheduleRuns);
+        scheduleRuns, Screens::Folders{home->path(), home->path()});
     container = std::make_unique<SqlCloudContainer>(
         CloudHome::read(home->filePath(u"cloud.ini"_s), home->filePath(u"data"_s)), taskRecordType());
     cloudAnswers = std::make_unique<MainThreadQueue>();

@@ -23,7 +23,7 @@ class Sharing
 {
 public:
     Sharing()
-        : picker(u"A & B/c"_s, u"line 1\n100 % ü 🌳"_s,
+        : picker({.title = u"A & B/c"_s, .text = u"line 1\n100 % ü 🌳"_s},
                  [this](QWidget *, const QString &message) { failures.append(message); })
     {
         anchor.show();
@@ -31,7 +31,7 @@ public:
 
     void by(const QString &entry)
     {
-        picker.show(anchor);
+        picker.show(anchor, anchor);
         for (QAction *action : anchor.findChild<QMenu *>()->actions())
             if (action->text().remove(u'&').startsWith(entry))
                 action->trigger();

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QImage>
+#include <QWidget>
+
+/// Shows a picture over its whole area, on white. A picture with as many pixels as the area has on the
+/// display is shown pixel by pixel.
+class PictureView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    using QWidget::QWidget;
+
+    const QImage &picture() const { return shown; }
+    /// \param picture  null for an empty area
+    void setPicture(const QImage &picture);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QImage shown;
+    QImage painted; ///< the same in the format that is painted fastest
+};

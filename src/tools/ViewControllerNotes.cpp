@@ -1,0 +1,152 @@
+#include "tools/ViewControllerNotes.h"
+
+#include "model/Appearance.h"
+#include "platform/Diagnostics.h"
+#include "ui_ViewControllerNotes.h"
+
+#include <QShortcut>
+#include <QShowEvent>
+#include <QTimer>
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+
+ViewControllerNotes::ViewControllerNotes(const Folders &folders, QWidget *parent)
+    : QDialog(parent, Qt::Window)
+    , ui(std::make_unique<Ui::ViewControllerNotes>())
+{
+    if (!folders.documents.isEmpty())
+        file.emplace(folders.documents + u"/zandunotes.txt"_s, folders.state);
+    ui->setupUi(this);
+    ui->findBar->hide();
+    connectActions();
+    viewDidLoad();
+}
+
+ViewControllerNotes::~ViewControllerNotes() = default;
+
+void ViewControllerNotes::connectActions()
+{
+    const auto onKeys = [this](const QKeySequence &keys, auto action) {
+        connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
+    };
+    onKeys(QKeySequence::Find, [this] { showFindBar(); });
+    onKeys(QKeySequence::FindNext, [this] { find({}); });
+    onKeys(QKeySequence::FindPrevious, [this] { find(QTextDocument::FindBackward); });
+    connect(new QShortcut(Qt::Key_Escape, ui->findBar, nullptr, nullptr, Qt::WidgetWithChildrenShortcut),
+            &QShortcut::activated, this, &ViewControllerNotes::hideFindBar);
+    connect(ui->findField, &QLineEdit::returnPressed, this, [this] { find({}); });
+    connect(ui->findNextButton, &QPushButton::clicked, this, [this] { find({}); });
+    connect(ui->findPreviousButton, &QPushButton::clicked, this,
+            [this] { find(QTextDocument::FindBackward); });
+    connect(ui->closeFindButton, &QToolButton::clicked, this, &ViewControllerNotes::hideFindBar);
+}
+
+void ViewControllerNotes::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    if (!event->spontaneous())
+        viewDidAppear();
+}
+
+void ViewControllerNotes::hideEvent(QHideEvent *event)
+{
+    if (!event->spontaneous())
+        viewWillDisappear();
+    QDialog::hideEvent(event);
+    if (!event->spontaneous())
+        viewDidDisappear();
+}
+
+void ViewControllerNotes::viewDidLoad()
+{
+    loadNotes();
+    ui->textEdit->moveCursor(QTextCursor::End);
+}
+
+void ViewControllerNotes::viewDidAppear()
+{
+    ui->textEdit->setTextColor(appearanceTextColor());
+    if (timer)
+        return;
+    timer = new QTimer(this);
+    connect(timer, &QTimer::timeout, this, [this] { tick(timer); });
+    timer->start(std::chrono::seconds(30));
+}
+
+void ViewControllerNotes::viewWillDisappear()
+{
+    if (timer)
+        timer->deleteLater();
+    timer.clear();
+}
+
+void ViewControllerNotes::viewDidDisappear()
+{
+    saveNotes();
+}
+
+void ViewControllerNotes::tick(QObject *)
+{
+    saveNotes();
+    diagnostics::line("Saved File");
+}
+
+void ViewControllerNotes::loadNotes()
+{
+    if (!file)
+        return;
+    const std::optional<QString> text = file->read();
+    if (!text) {
+        diagnostics::line("Error");
+        return;
+    }
+    ui->textEdit->setText(*text);
+    diagnostics::line("Read File", *text);
+}
+
+bool ViewControllerNotes::saveNotes()
+{
+    if (!file)
+        return true;
+    const QByteArray text = ui->textEdit->text().toUtf8();
+    if (!file->write(text)) {
+        diagnostics::line("Error");
+        return false;
+    }
+    diagnostics::line("Write File", text);
+    return true;
+}
+
+void ViewControllerNotes::showFindBar()
+{
+    ui->findBar->show();
+    ui->findField->setFocus();
+    ui->findField->selectAll();
+}
+
+void ViewControllerNotes::hideFindBar()
+{
+    ui->findBar->hide();
+    ui->textEdit->setFocus();
+}
+
+/// Selects the next place of the text that is looked for, beyond the end again from the start.
+void ViewControllerNotes::find(QTextDocument::FindFlags direction)
+{
+    const QString wanted = ui->findField->text();
+    if (wanted.isEmpty()) {
+        showFindBar();
+        return;
+    }
+    bool isFound = ui->textEdit->find(wanted, direction);
+    if (!isFound) {
+        const QTextCursor place = ui->textEdit->textCursor();
+        ui->textEdit->moveCursor(direction ? QTextCursor::End : QTextCursor::Start);
+        isFound = ui->textEdit->find(wanted, direction);
+        if (!isFound)
+            ui->textEdit->setTextCursor(place);
+    }
+    ui->findResult->setText(isFound ? QString() : u"Not found"_s);
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "platform/TextFile.h"
+
+#include <QDialog>
+#include <QPointer>
+#include <QTextDocument>
+
+#include <memory>
+#include <optional>
+
+class QTimer;
+
+namespace Ui {
+class ViewControllerNotes;
+}
+
+/// The notes pad: one plain text that is kept in `zandunotes.txt` while it is typed.
+class ViewControllerNotes : public QDialog
+{
+    Q_OBJECT
+
+public:
+    struct Folders
+    {
+        QString documents; ///< where the notes are; empty when there is no such folder
+        QString state;     ///< where an unfinished write is kept
+    };
+
+    explicit ViewControllerNotes(const Folders &folders, QWidget *parent = nullptr);
+    ~ViewControllerNotes() override;
+
+public slots:
+    void tick(QObject *sender);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    void connectActions();
+    void viewDidLoad();
+    void viewDidAppear();
+    void viewWillDisappear();
+    void viewDidDisappear();
+
+    void loadNotes();
+    bool saveNotes();
+
+    void showFindBar();
+    void hideFindBar();
+    void find(QTextDocument::FindFlags direction);
+
+    std::unique_ptr<Ui::ViewControllerNotes> ui;
+    std::optional<TextFile> file;
+    QPointer<QTimer> timer;
+};

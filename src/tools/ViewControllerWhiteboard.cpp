@@ -1,0 +1,247 @@
+#include "tools/ViewControllerWhiteboard.h"
+
+#include "app/Alert.h"
+#include "app/Palettes.h"
+#include "app/UIUtil.h"
+#include "model/TaskShareText.h"
+#include "platform/Diagnostics.h"
+#include "platform/SharingServicePicker.h"
+#include "tools/WhiteboardLine.h"
+#include "ui_ViewControllerWhiteboard.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QIcon>
+#include <QPainter>
+#include <QShowEvent>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int bandHeight = 60;
+const QString pictureName = u"zandulistwhiteboard.png"_s;
+constexpr Color white{1.0, 1.0, 1.0, 1.0};
+
+} // namespace
+
+ViewControllerWhiteboard::ViewControllerWhiteboard(const Services &services, QWidget *parent)
+    : QDialog(parent, Qt::Window)
+    , ui(std::make_unique<Ui::ViewControllerWhiteboard>())
+    , pen(services.pen)
+    , colorPanel(services.colorPanel)
+    , stateFolder(services.stateFolder)
+{
+    ui->setupUi(this);
+    // White in light and dark, and so are the buttons' surroundings.
+    QPalette palette = palettes::light();
+    palette.setColor(QPalette::Window, Qt::white);
+    setPalette(palette);
+    ui->color->setPanel(colorPanel);
+    connectActions();
+    viewDidLoad();
+}
+
+ViewControllerWhiteboard::~ViewControllerWhiteboard() = default;
+
+void ViewControllerWhiteboard::connectActions()
+{
+    const auto onClick = [this](QAbstractButton *button,
+                                void (ViewControllerWhiteboard::*action)(QObject *)) {
+        connect(button, &QAbstractButton::clicked, this, [this, button, action] { (this->*action)(button); });
+    };
+    onClick(ui->eraserButton, &ViewControllerWhiteboard::eraser);
+    onClick(ui->lineButton, &ViewControllerWhiteboard::drawLine);
+    onClick(ui->revertButton, &ViewControllerWhiteboard::revertToImage);
+    onClick(ui->deleteButton, &ViewControllerWhiteboard::deleteImage);
+    onClick(ui->shareButton, &ViewControllerWhiteboard::shareImage);
+    connect(ui->color, &ColorWell::colorChosen, this, [this] { selectColor(ui->color); });
+}
+
+void ViewControllerWhiteboard::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    if (!event->spontaneous())
+        viewDidAppear();
+}
+
+void ViewControllerWhiteboard::hideEvent(QHideEvent *event)
+{
+    if (!event->spontaneous())
+        viewWillDisappear();
+    QDialog::hideEvent(event);
+    if (!event->spontaneous())
+        viewDidDisappear();
+}
+
+void ViewControllerWhiteboard::resizeEvent(QResizeEvent *event)
+{
+    QDialog::resizeEvent(event);
+    ui->whiteboard->setGeometry(canvas());
+    ui->band->setGeometry(0, height() - bandHeight, width(), bandHeight);
+    if (line)
+        line->setGeometry(canvas());
+}
+
+QRect ViewControllerWhiteboard::canvas() const
+{
+    return {0, 0, width(), height() - bandHeight};
+}
+
+void ViewControllerWhiteboard::viewDidLoad()
+{
+    addDrawingLayer();
+    ui->color->setColor(pen.lineColor);
+}
+
+void ViewControllerWhiteboard::viewDidAppear()
+{
+    path = QDir::currentPath();
+    fileManager.emplace(path + u'/' + pictureName, stateFolder);
+    showPictureFile();
+    setFixedSize(size());
+}
+
+void ViewControllerWhiteboard::viewWillDisappear()
+{
+    savePicture();
+}
+
+void ViewControllerWhiteboard::viewDidDisappear()
+{
+    colorPanel.orderOut();
+    ui->color->deactivate();
+}
+
+/// Shows the picture as it is in its file; nothing when there is none. One that cannot be read is kept beside
+/// itself when it is overwritten.
+void ViewControllerWhiteboard::showPictureFile()
+{
+    const std::optional<QByteArray> bytes = fileManager->read();
+    const QImage picture = QImage::fromData(bytes.value_or(QByteArray()), "PNG");
+    if (bytes && picture.isNull())
+        fileManager->keepCopy();
+    ui->whiteboard->setPicture(picture);
+    isChanged = false;
+}
+
+QImage ViewControllerWhiteboard::capture() const
+{
+    if (!isChanged && !ui->whiteboard->picture().isNull())
+        return ui->whiteboard->picture();
+    // At the display's resolution, or the picture's own where that is finer.
+    const QImage &picture = ui->whiteboard->picture();
+    const QSize ofDisplay = canvas().size() * devicePixelRatioF();
+    QImage image(picture.width() > ofDisplay.width() ? picture.size() : ofDisplay, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(image.rect(), picture);
+    painter.scale(double(image.width()) / canvas().width(), double(image.height()) / canvas().height());
+    line->draw(painter, canvas());
+    return image;
+}
+
+void ViewControllerWhiteboard::savePicture()
+{
+    const QImage image = capture();
+    writePNG(image);
+    // What the file now holds. If it could not be written, the next save does it with all strokes.
+    ui->whiteboard->setPicture(image);
+    isChanged = false;
+}
+
+void ViewControllerWhiteboard::writePNG(const QImage &image)
+{
+    QImage plain = image;
+    plain.setDotsPerMeterX(0); // no properties but the pixels
+    plain.setDotsPerMeterY(0);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    if (!plain.save(&buffer, "PNG"))
+        return;
+    if (!fileManager->write(bytes))
+        diagnostics::line("caught:", fileManager->path() + u" could not be written"_s);
+}
+
+void ViewControllerWhiteboard::clearBoard()
+{
+    ui->whiteboard->setPicture(QImage());
+    diagnostics::line("Subviews:", findChildren<QWidget *>(Qt::FindDirectChildrenOnly).size());
+    replaceDrawingLayer();
+}
+
+void ViewControllerWhiteboard::replaceDrawingLayer()
+{
+    line->hide();
+    line->deleteLater();
+    addDrawingLayer();
+}
+
+void ViewControllerWhiteboard::addDrawingLayer()
+{
+    line = new Line(pen, *this);
+    line->setGeometry(canvas());
+    line->show();
+}
+
+void ViewControllerWhiteboard::selectColor(QObject *)
+{
+    diagnostics::line("Select Color");
+    pen.lineColor = ui->color->color();
+    pen.lineWidth = 5.0;
+    colorPanel.orderOut();
+    ui->color->deactivate();
+    const Color &color = pen.lineColor;
+    diagnostics::line("Select Color",
+                      u"%1 %2 %3 %4"_s.arg(color.red).arg(color.green).arg(color.blue).arg(color.alpha));
+}
+
+void ViewControllerWhiteboard::eraser(QObject *)
+{
+    ui->color->setColor(white);
+    pen.lineColor = ui->color->color();
+    pen.lineWidth = 10.0;
+}
+
+void ViewControllerWhiteboard::drawLine(QObject *)
+{
+    diagnostics::line("Line Pressed");
+    pen.straightLineMode = !pen.straightLineMode;
+    const bool isStraight = pen.straightLineMode;
+    line->setCursor(isStraight ? Qt::CrossCursor : Qt::ArrowCursor);
+    ui->lineButton->setIcon(
+        QIcon(isStraight ? u":/icons/AppLineIcon.svg"_s : u":/icons/AppLineCurveIcon.svg"_s));
+    ui->lineButton->setToolTip(isStraight ? u"STRAIGHT LINE"_s : u"DRAW"_s);
+}
+
+void ViewControllerWhiteboard::revertToImage(QObject *)
+{
+    clearBoard();
+    diagnostics::line("Revert Image");
+    showPictureFile();
+}
+
+void ViewControllerWhiteboard::deleteImage(QObject *)
+{
+    if (!util().askYesNo(u"Are you sure you want to erase the Whiteboard ?"_s, QString()))
+        return;
+    diagnostics::line("Ok Pressed!");
+    diagnostics::line("Delete Image");
+    clearBoard();
+    isChanged = true;
+}
+
+void ViewControllerWhiteboard::shareImage(QObject *)
+{
+    savePicture();
+    colorPanel.orderOut();
+    ui->color->deactivate();
+    const SharingServicePicker picker({.title = u"Whiteboard"_s,
+                                       .text = u"Whiteboard\n"_s + shareFooter(),
+                                       .picture = fileManager->read().value_or(QByteArray()),
+                                       .pictureFile = fileManager->path()},
+                                      &alertMessage);
+    picker.show(*ui->shareButton, parentWidget() ? *parentWidget() : *this);
+    close();
+}

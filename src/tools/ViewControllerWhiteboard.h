@@ -1,0 +1,86 @@
+#pragma once
+
+#include "platform/Color.h"
+#include "platform/ProtectedFile.h"
+
+#include <QDialog>
+#include <QImage>
+
+#include <memory>
+#include <optional>
+
+class ColorPanel;
+
+namespace Ui {
+class ViewControllerWhiteboard;
+}
+
+/// The pen, which every whiteboard takes over from the one before.
+struct WhiteboardPen
+{
+    Color lineColor{0.0, 0.0, 0.0, 1.0};
+    double lineWidth = 5.0; ///< points
+    bool straightLineMode = false;
+};
+
+/// The whiteboard: a canvas above a band of buttons. Every stroke is merged into the picture file
+/// `zandulistwhiteboard.png` in the process's working directory as soon as it is drawn.
+class ViewControllerWhiteboard : public QDialog
+{
+    Q_OBJECT
+
+public:
+    class Line;
+    struct Services
+    {
+        WhiteboardPen &pen;
+        ColorPanel &colorPanel;
+        QString stateFolder; ///< where an unfinished write is kept
+    };
+
+    explicit ViewControllerWhiteboard(const Services &services, QWidget *parent = nullptr);
+    ~ViewControllerWhiteboard() override;
+
+    /// Writes what the canvas shows. Where nothing was drawn since the picture was read or written, it stays
+    /// as it is to the pixel, also when it is of another display's resolution.
+    void savePicture();
+    /// A stroke is on the canvas that is not in the picture yet.
+    void strokeChanged() { isChanged = true; }
+
+public slots:
+    void selectColor(QObject *sender);
+    void eraser(QObject *sender);
+    void drawLine(QObject *sender);
+    void revertToImage(QObject *sender);
+    void deleteImage(QObject *sender);
+    void shareImage(QObject *sender);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void connectActions();
+    void viewDidLoad();
+    void viewDidAppear();
+    void viewWillDisappear();
+    void viewDidDisappear();
+
+    QRect canvas() const;
+    QImage capture() const;
+    void writePNG(const QImage &image);
+    void showPictureFile();
+    void clearBoard();
+    void replaceDrawingLayer();
+    void addDrawingLayer();
+
+    std::unique_ptr<Ui::ViewControllerWhiteboard> ui;
+    WhiteboardPen &pen;
+    ColorPanel &colorPanel;
+    QString stateFolder;
+    std::optional<ProtectedFile> fileManager; ///< of the picture, once the screen is shown
+    QString path;                             ///< the folder of the picture
+    Line *line = nullptr;
+    bool isChanged = false;
+};
