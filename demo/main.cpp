@@ -12,6 +12,7 @@
 #include "ScratchHome.h"
 #include "Stage.h"
 #include "TaskFormSteps.h"
+#include "ToolSteps.h"
 #include "TourFailure.h"
 #include "app/Palettes.h"
 #include "model/Appearance.h"
@@ -29,6 +30,7 @@
 #include <QStyleFactory>
 
 #include <cstdio>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -39,6 +41,7 @@ static void setUpApplication()
     QApplication::setWindowIcon(QIcon(u":/quorvane.svg"_s));
     QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
     QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::addLibraryPath(QApplication::applicationDirPath() + u"/" QUORVANE_MODULE_PATH ""_s);
 }
 
 /// Sets the server up as its administrator would, for one user.
@@ -129,6 +132,11 @@ static void giveTour(Stage &stage, const QString &taskListPath, QDate today)
         messageSteps.sendToClients(client, clientPhoneNo);
         messageSteps.sendToTeamMembers(teamMember, memberPhoneNo);
 
+        ToolSteps toolSteps(stage, main, desktop);
+        toolSteps.writeNotes(folders::documents() + u"/zandunotes.txt"_s);
+        toolSteps.drawOnWhiteboard(QDir::current().filePath(u"zandulistwhiteboard.png"_s));
+        toolSteps.readGuide();
+
         MainWindowAppearanceSteps(stage, main, expected, taskListPath, desktop).switchToDarkAndBack();
 
         CloudSteps cloudSteps(stage, main, expected, profile);
@@ -148,7 +156,10 @@ static int runTour(const QString &pictureFolder, const QString &samplePath, int 
     const QDate today = QDate::currentDate();
     ScratchHome home;
     home.placeTaskList(samplePath, today);
-    Stage stage(pictureFolder, home.divertStandardOutput());
+    Stage stage(QDir(pictureFolder).absolutePath(), home.divertStandardOutput());
+    QDir::setCurrent(folders::documents());
+    if (::geteuid() == 0)
+        qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1"); // which the administrator cannot have
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
     QApplication application(argc, argv);
     setUpApplication();

@@ -28,6 +28,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -46,6 +47,15 @@ static void setUpApplication(QApplication &application)
                      &application, &diagnostics::flush);
 }
 
+/// The whiteboard's picture is kept in the working directory, which may be one that nothing can be written to
+/// when the desktop starts the program.
+static void findHomeForPicture()
+{
+    const QString documents = folders::documents();
+    if (::access(".", W_OK) != 0 && !documents.isEmpty() && QDir().mkpath(documents))
+        QDir::setCurrent(documents);
+}
+
 int main(int argc, char **argv)
 {
     std::signal(SIGPIPE, SIG_IGN); // whoever reads the diagnostic lines may go away
@@ -58,6 +68,7 @@ int main(int argc, char **argv)
     if (!instance.acquire())
         return EXIT_SUCCESS;
 
+    findHomeForPicture();
     AppDelegate delegate;
     QObject::connect(&application, &QApplication::aboutToQuit, &delegate,
                      &AppDelegate::applicationWillTerminate);

@@ -1,5 +1,7 @@
 #include "mainwindow/Screens.h"
 
+#include "app/Alert.h"
+#include "app/WebPage.h"
 #include "contacts/ViewControllerClientMgmt.h"
 #include "contacts/ViewControllerTeamMgmt.h"
 #include "forms/ViewControllerAdd.h"
@@ -8,6 +10,8 @@
 #include "messaging/ViewControllerSettings.h"
 #include "model/TaskManager.h"
 #include "tools/ViewControllerNotes.h"
+
+using namespace Qt::StringLiterals;
 
 static void bringToFront(QWidget &screen)
 {
@@ -80,4 +84,18 @@ void Screens::openNotes(QWidget &mainWindow)
 void Screens::openWhiteboard(QWidget &mainWindow)
 {
     open(whiteboard, ViewControllerWhiteboard::Services{pen, services.colorPanel, folders.state}, mainWindow);
+}
+
+void Screens::openGuide(QWidget &mainWindow)
+{
+    QString problem;
+    if (!guide || !guide->isVisible()) {
+        guide = webPage::makeScreen(&mainWindow, problem);
+        if (guide)
+            guide->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    if (guide)
+        bringToFront(*guide);
+    else
+        alertMessage(&mainWindow, u"The guide cannot be shown. "_s + problem);
 }

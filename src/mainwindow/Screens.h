@@ -36,6 +36,7 @@ public:
     void openSettings(QWidget &mainWindow);
     void openNotes(QWidget &mainWindow);
     void openWhiteboard(QWidget &mainWindow);
+    void openGuide(QWidget &mainWindow);
 
 private:
     TaskFormServices services;
@@ -49,4 +50,5 @@ private:
     QPointer<ViewControllerSettings> settings;
     QPointer<ViewControllerNotes> notes;
     QPointer<ViewControllerWhiteboard> whiteboard;
+    QPointer<QDialog> guide;
 };

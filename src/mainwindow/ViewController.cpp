@@ -1,6 +1,7 @@
 #include "mainwindow/ViewController.h"
 
 #include "app/UIUtil.h"
+#include "app/WebPage.h"
 #include "mainwindow/Screens.h"
 #include "model/Appearance.h"
 #include "model/TaskManager.h"
@@ -75,6 +76,10 @@ void ViewController::connectActions()
     onTrigger(ui->actionUpdateFromCloud, &ViewController::UpdateFromCoud);
     onTrigger(ui->actionShare, &ViewController::sharingTask);
     onTrigger(ui->actionGuide, &ViewController::addEnhancement);
+    if (!webPage::isInstalled()) {
+        ui->actionGuide->setText(u"Guide (not installed)"_s);
+        ui->actionGuide->setEnabled(false);
+    }
     connectScreens();
     connect(ui->shareButton, &QToolButton::pressed, this, [this] { sharingTask(ui->shareButton); });
     connect(ui->tblView, &TaskTableView::doubleAction, this, [this] { doubleClickTable(ui->tblView); });

@@ -140,4 +140,7 @@ void ViewController::doubleClickTable(QObject *)
     diagnostics::line("doubleClickOnResultRow ", row);
 }
 
-void ViewController::addEnhancement(QObject *) {}
+void ViewController::addEnhancement(QObject *)
+{
+    screens.openGuide(*this);
+}

@@ -196,7 +196,8 @@ void TaskManager::shareSelectedTask(QWidget &anchor) const
     const SharingServicePicker picker({.title = shared.name, .text = taskShareText(shared, newKey())},
                                       &alertMessage);
     QMetaObject::invokeMethod(
-        &anchor, [picker, &anchor] { picker.show(anchor, *anchor.window()); }, Qt::QueuedConnection);
+        &anchor, [picker, &anchor] { picker.show(anchor, Qt::LeftEdge, *anchor.window()); },
+        Qt::QueuedConnection);
 }
 
 void TaskManager::resetColorWell(ColorWell &well, TextView &text) const

@@ -18,9 +18,10 @@ class ProtectedFile
 {
 public:
     /// Replays what an earlier run left unfinished for this path. If the file then differs from what is
-    /// replayed, it is copied aside first: somebody else may have written it since. \param path         the
-    /// file; its folder is made when the file is first written \param stateFolder  where redo files are kept;
-    /// made when needed
+    /// replayed, it is copied aside first: somebody else may have written it since.
+    ///
+    /// \param path         the file; its folder is made when the file is first written
+    /// \param stateFolder  where redo files are kept; made when needed
     ProtectedFile(const QString &path, const QString &stateFolder);
 
     const QString &path() const { return filePath; }

@@ -36,7 +36,7 @@ SharingServicePicker::SharingServicePicker(const SharedItems &sharedItems, const
 {
 }
 
-void SharingServicePicker::show(QWidget &anchor, QWidget &window) const
+void SharingServicePicker::show(QWidget &anchor, Qt::Edge edge, QWidget &window) const
 {
     auto *menu = new QMenu(&window);
     menu->setAttribute(Qt::WA_DeleteOnClose);
@@ -51,7 +51,8 @@ void SharingServicePicker::show(QWidget &anchor, QWidget &window) const
     // A button that sends on mouse-down does not hear of the release, which goes to the menu.
     if (auto *button = qobject_cast<QAbstractButton *>(&anchor))
         QObject::connect(menu, &QMenu::aboutToHide, button, [button] { button->setDown(false); });
-    menu->popup(anchor.mapToGlobal(QPoint(-menu->sizeHint().width(), 0)));
+    menu->popup(anchor.mapToGlobal(edge == Qt::LeftEdge ? QPoint(-menu->sizeHint().width(), 0)
+                                                        : QPoint(0, anchor.height())));
 }
 
 void SharingServicePicker::copy() const

@@ -27,9 +27,10 @@ public:
 
     SharingServicePicker(const SharedItems &items, const FailureReport &report);
 
-    /// Opens the menu at the left edge of the widget, as far as the screen has room there. Returns at once.
+    /// Opens the menu at the widget's left or bottom edge, as far as the screen has room there. Returns at
+    /// once.
     /// \param window  in which the services go on; the anchor's own may be closed meanwhile
-    void show(QWidget &anchor, QWidget &window) const;
+    void show(QWidget &anchor, Qt::Edge edge, QWidget &window) const;
 
 private:
     void copy() const;

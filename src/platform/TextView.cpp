@@ -1,5 +1,7 @@
 #include "platform/TextView.h"
 
+using namespace Qt::StringLiterals;
+
 void TextView::setText(const QString &text)
 {
     original = text;
@@ -12,8 +14,10 @@ QString TextView::text() const
     if (!document()->isModified())
         return original;
     QString edited = document()->toRawText();
-    edited.replace(QChar(QChar::ParagraphSeparator), u'\n');
-    return edited.replace(QChar(QChar::LineSeparator), u'\n');
+    const bool hasCarriageReturns = original.contains(u"\r\n") && !edited.contains(u'\r');
+    for (const QChar lineEnd : {QChar(QChar::ParagraphSeparator), QChar(QChar::LineSeparator)})
+        edited.replace(lineEnd, hasCarriageReturns ? u"\r\n"_s : u"\n"_s);
+    return edited;
 }
 
 void TextView::setTextColor(const Color &textColor)

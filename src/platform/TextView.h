@@ -4,8 +4,8 @@
 
 #include <QPlainTextEdit>
 
-/// A plain text of several lines, the colour of which is set by its screen. What the user leaves untouched is
-/// given back as it came, to the last blank.
+/// A plain text of several lines, the colour of which is set by its screen. While the user changes nothing it
+/// is given back as it came, to the last blank; afterwards its lines end as they did.
 class TextView : public QPlainTextEdit
 {
     Q_OBJECT

@@ -3,6 +3,8 @@
 #include <QImage>
 #include <QWidget>
 
+class QPainter;
+
 /// Shows a picture over its whole area, on white. A picture with as many pixels as the area has on the
 /// display is shown pixel by pixel.
 class PictureView : public QWidget
@@ -10,11 +12,14 @@ class PictureView : public QWidget
     Q_OBJECT
 
 public:
-    using QWidget::QWidget;
+    explicit PictureView(QWidget *parent = nullptr);
 
     const QImage &picture() const { return shown; }
     /// \param picture  null for an empty area
     void setPicture(const QImage &picture);
+
+    /// Paints the picture into an area of so many pixels.
+    void paint(QPainter &painter, const QSizeF &area) const;
 
 protected:
     void paintEvent(QPaintEvent *event) override;

@@ -4,6 +4,7 @@
 #include "platform/Diagnostics.h"
 #include "ui_ViewControllerNotes.h"
 
+#include <QKeyEvent>
 #include <QShortcut>
 #include <QShowEvent>
 #include <QTimer>
@@ -28,14 +29,13 @@ ViewControllerNotes::~ViewControllerNotes() = default;
 
 void ViewControllerNotes::connectActions()
 {
-    const auto onKeys = [this](const QKeySequence &keys, auto action) {
+    const auto onKeys = [this](QKeySequence::StandardKey keys, auto action) {
         connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
     };
     onKeys(QKeySequence::Find, [this] { showFindBar(); });
     onKeys(QKeySequence::FindNext, [this] { find({}); });
     onKeys(QKeySequence::FindPrevious, [this] { find(QTextDocument::FindBackward); });
-    connect(new QShortcut(Qt::Key_Escape, ui->findBar, nullptr, nullptr, Qt::WidgetWithChildrenShortcut),
-            &QShortcut::activated, this, &ViewControllerNotes::hideFindBar);
+    onKeys(QKeySequence::Close, [this] { close(); });
     connect(ui->findField, &QLineEdit::returnPressed, this, [this] { find({}); });
     connect(ui->findNextButton, &QPushButton::clicked, this, [this] { find({}); });
     connect(ui->findPreviousButton, &QPushButton::clicked, this,
@@ -59,6 +59,15 @@ void ViewControllerNotes::hideEvent(QHideEvent *event)
         viewDidDisappear();
 }
 
+/// Escape closes the find bar only, not the notes, whose undo steps would be gone.
+void ViewControllerNotes::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape)
+        hideFindBar();
+    else
+        QDialog::keyPressEvent(event);
+}
+
 void ViewControllerNotes::viewDidLoad()
 {
     loadNotes();
@@ -77,8 +86,10 @@ void ViewControllerNotes::viewDidAppear()
 
 void ViewControllerNotes::viewWillDisappear()
 {
-    if (timer)
-        timer->deleteLater();
+    if (!timer)
+        return;
+    timer->stop();
+    timer->deleteLater();
     timer.clear();
 }
 

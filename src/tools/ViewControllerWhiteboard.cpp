@@ -13,7 +13,11 @@
 #include <QDir>
 #include <QIcon>
 #include <QPainter>
+#include <QScreen>
+#include <QShortcut>
 #include <QShowEvent>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -55,6 +59,7 @@ void ViewControllerWhiteboard::connectActions()
     onClick(ui->revertButton, &ViewControllerWhiteboard::revertToImage);
     onClick(ui->deleteButton, &ViewControllerWhiteboard::deleteImage);
     onClick(ui->shareButton, &ViewControllerWhiteboard::shareImage);
+    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QDialog::close);
     connect(ui->color, &ColorWell::colorChosen, this, [this] { selectColor(ui->color); });
 }
 
@@ -72,6 +77,13 @@ void ViewControllerWhiteboard::hideEvent(QHideEvent *event)
     QDialog::hideEvent(event);
     if (!event->spontaneous())
         viewDidDisappear();
+}
+
+/// Escape does not close the whiteboard in the middle of a stroke, as it would a dialog.
+void ViewControllerWhiteboard::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() != Qt::Key_Escape)
+        QDialog::keyPressEvent(event);
 }
 
 void ViewControllerWhiteboard::resizeEvent(QResizeEvent *event)
@@ -99,7 +111,9 @@ void ViewControllerWhiteboard::viewDidAppear()
     path = QDir::currentPath();
     fileManager.emplace(path + u'/' + pictureName, stateFolder);
     showPictureFile();
-    setFixedSize(size());
+    // As large as it was made, unless the display is too small for its buttons.
+    const QSize frame = frameGeometry().size() - size();
+    setFixedSize(size().boundedTo(screen()->availableSize() - frame));
 }
 
 void ViewControllerWhiteboard::viewWillDisappear()
@@ -130,13 +144,14 @@ QImage ViewControllerWhiteboard::capture() const
     if (!isChanged && !ui->whiteboard->picture().isNull())
         return ui->whiteboard->picture();
     // At the display's resolution, or the picture's own where that is finer.
-    const QImage &picture = ui->whiteboard->picture();
     const QSize ofDisplay = canvas().size() * devicePixelRatioF();
-    QImage image(picture.width() > ofDisplay.width() ? picture.size() : ofDisplay, QImage::Format_RGB32);
+    const QSize ofPicture = ui->whiteboard->picture().size();
+    const bool isFiner = ofPicture.width() > ofDisplay.width() &&
+                         ofPicture.scaled(ofDisplay, Qt::KeepAspectRatio) == ofDisplay;
+    QImage image(isFiner ? ofPicture : ofDisplay, QImage::Format_RGB32);
     image.fill(Qt::white);
     QPainter painter(&image);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawImage(image.rect(), picture);
+    ui->whiteboard->paint(painter, image.size());
     painter.scale(double(image.width()) / canvas().width(), double(image.height()) / canvas().height());
     line->draw(painter, canvas());
     return image;
@@ -153,27 +168,28 @@ void ViewControllerWhiteboard::savePicture()
 
 void ViewControllerWhiteboard::writePNG(const QImage &image)
 {
-    QImage plain = image;
-    plain.setDotsPerMeterX(0); // no properties but the pixels
-    plain.setDotsPerMeterY(0);
     QByteArray bytes;
     QBuffer buffer(&bytes);
-    if (!plain.save(&buffer, "PNG"))
+    isWritten = image.save(&buffer, "PNG");
+    if (!isWritten)
         return;
-    if (!fileManager->write(bytes))
+    isWritten = fileManager->write(bytes);
+    if (!isWritten)
         diagnostics::line("caught:", fileManager->path() + u" could not be written"_s);
 }
 
 void ViewControllerWhiteboard::clearBoard()
 {
     ui->whiteboard->setPicture(QImage());
-    diagnostics::line("Subviews:", findChildren<QWidget *>(Qt::FindDirectChildrenOnly).size());
+    const QList<QWidget *> children = findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
+    diagnostics::line("Subviews:", std::ranges::count(children, false, &QWidget::isWindow));
     replaceDrawingLayer();
 }
 
 void ViewControllerWhiteboard::replaceDrawingLayer()
 {
     line->hide();
+    line->setParent(nullptr);
     line->deleteLater();
     addDrawingLayer();
 }
@@ -237,11 +253,14 @@ void ViewControllerWhiteboard::shareImage(QObject *)
     savePicture();
     colorPanel.orderOut();
     ui->color->deactivate();
-    const SharingServicePicker picker({.title = u"Whiteboard"_s,
-                                       .text = u"Whiteboard\n"_s + shareFooter(),
-                                       .picture = fileManager->read().value_or(QByteArray()),
-                                       .pictureFile = fileManager->path()},
-                                      &alertMessage);
-    picker.show(*ui->shareButton, parentWidget() ? *parentWidget() : *this);
+    const QByteArray bytes = fileManager->read().value_or(QByteArray());
+    const bool isPicture = !QImage::fromData(bytes, "PNG").isNull();
+    const SharingServicePicker picker(
+        {.title = u"Whiteboard"_s,
+         .text = u"Whiteboard\n"_s + shareFooter(),
+         .picture = isPicture ? bytes : QByteArray(),
+         .pictureFile = isPicture && isWritten ? fileManager->path() : QString()},
+        &alertMessage);
+    picker.show(*ui->shareButton, Qt::BottomEdge, parentWidget() ? *parentWidget() : *this);
     close();
 }

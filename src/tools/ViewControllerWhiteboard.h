@@ -58,6 +58,7 @@ public slots:
 protected:
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
@@ -82,5 +83,6 @@ private:
     std::optional<ProtectedFile> fileManager; ///< of the picture, once the screen is shown
     QString path;                             ///< the folder of the picture
     Line *line = nullptr;
-    bool isChanged = false;
+    bool isChanged = false; ///< since the picture was read or written
+    bool isWritten = false; ///< the last save has reached the file
 };

@@ -32,44 +32,61 @@ void ViewControllerWhiteboard::Line::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() != Qt::LeftButton)
         return;
+    finish();
     diagnostics::line("Mouse Down");
-    if (pen.straightLineMode)
+    isStraight = pen.straightLineMode;
+    if (isStraight)
         diagnostics::line("LineStart:", windowPoint(*event, parentVC));
-    update(covered(myPath.boundingRect().topLeft(), myPath.boundingRect().bottomRight()).toAlignedRect());
     myPath = QPainterPath(event->position());
     isDrawing = true;
+    update(); // the stroke before may have been painted with another pen
 }
 
 void ViewControllerWhiteboard::Line::mouseMoveEvent(QMouseEvent *event)
 {
-    if (isDrawing)
-        mouseDragged(event->position());
-    else
+    if (!(event->buttons() & Qt::LeftButton))
+        finish();
+    if (!isDrawing) {
         diagnostics::line("Mouse Moved");
+        return;
+    }
+    diagnostics::line("Mouse Dragged");
+    extendTo(event->position());
 }
 
-void ViewControllerWhiteboard::Line::mouseDragged(QPointF point)
+void ViewControllerWhiteboard::Line::extendTo(QPointF point)
 {
-    diagnostics::line("Mouse Dragged");
     const QPointF start = myPath.elementAt(0);
-    const QPointF last = myPath.currentPosition();
-    if (pen.straightLineMode) {
+    QPointF last = myPath.currentPosition();
+    if (isStraight) {
         update(covered(start, last).toAlignedRect());
         myPath = QPainterPath(start);
+        last = start;
     }
     myPath.lineTo(point);
     parentVC.strokeChanged();
-    update(covered(pen.straightLineMode ? start : last, point).toAlignedRect());
+    update(covered(last, point).toAlignedRect());
 }
 
 void ViewControllerWhiteboard::Line::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (event->button() != Qt::LeftButton || !std::exchange(isDrawing, false))
+    if (event->button() != Qt::LeftButton || !isDrawing)
         return;
     diagnostics::line("Mouse Up");
-    if (pen.straightLineMode)
+    if (isStraight) {
         diagnostics::line("LineEnd:", windowPoint(*event, parentVC));
-    parentVC.savePicture();
+        if (event->position() != QPointF(myPath.elementAt(0)))
+            extendTo(event->position());
+    }
+    finish();
+}
+
+/// Merges the stroke into the picture. Also called when the release has gone elsewhere, as to a dialog that
+/// came up in the middle.
+void ViewControllerWhiteboard::Line::finish()
+{
+    if (std::exchange(isDrawing, false))
+        parentVC.savePicture();
 }
 
 void ViewControllerWhiteboard::Line::paintEvent(QPaintEvent *event)

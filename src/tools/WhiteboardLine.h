@@ -21,7 +21,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void mouseDragged(QPointF point);
+    void extendTo(QPointF point);
+    void finish();
     /// The area that a straight line between the points covers.
     QRectF covered(QPointF from, QPointF to) const;
 
@@ -29,4 +30,5 @@ private:
     ViewControllerWhiteboard &parentVC;
     QPainterPath myPath;
     bool isDrawing = false;
+    bool isStraight = false; ///< as the mode was when the stroke was begun
 };

@@ -31,7 +31,7 @@ public:
 
     void by(const QString &entry)
     {
-        picker.show(anchor, anchor);
+        picker.show(anchor, Qt::LeftEdge, anchor);
         for (QAction *action : anchor.findChild<QMenu *>()->actions())
             if (action->text().remove(u'&').startsWith(entry))
                 action->trigger();

@@ -1,0 +1,133 @@
+#include "ViewControllerEnhancement.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QOpenGLContext>
+#include <QQuickWindow>
+#include <QShortcut>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <QWebEngineHttpRequest>
+#include <QWebEnginePage>
+#include <QWebEngineProfile>
+#include <QWebEngineSettings>
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+
+// Exported by Qt Gui for modules that bring the context along.
+Q_GUI_EXPORT void qt_gl_set_global_share_context(QOpenGLContext *context);
+
+namespace {
+
+const QUrl startPage(u"qrc:/guide/index.html"_s);
+
+/// Stays within the guide; whatever else is followed or opened goes to the desktop's browser.
+class GuidePage : public QWebEnginePage
+{
+public:
+    GuidePage(std::function<void(const QUrl &)> elsewhere, QWebEngineProfile *profile, QObject *parent)
+        : QWebEnginePage(profile, parent)
+        , openExternal(std::move(elsewhere))
+    {
+    }
+
+protected:
+    bool acceptNavigationRequest(const QUrl &url, NavigationType type, bool) override
+    {
+        const bool isGuide = url.scheme() == startPage.scheme();
+        if (!isGuide && type == NavigationTypeLinkClicked)
+            openExternal(url);
+        return isGuide;
+    }
+
+    /// A link that asks for a window of its own is followed in this one, and so asked about above.
+    QWebEnginePage *createWindow(WebWindowType) override { return this; }
+
+private:
+    std::function<void(const QUrl &)> openExternal;
+};
+
+} // namespace
+
+ViewControllerEnhancement::ViewControllerEnhancement(const WebPageModule::Host &host, QWidget *parent)
+    : QDialog(parent, Qt::Window)
+    , browserView(new QWebEngineView(this))
+{
+    setObjectName(u"ViewControllerEnhancement"_s);
+    setWindowTitle(u"Guide"_s);
+    resize(1000, 720);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->addWidget(browserView);
+    for (const QKeySequence &keys : {QKeySequence(QKeySequence::Close), QKeySequence(Qt::Key_Escape)})
+        connect(new QShortcut(keys, this), &QShortcut::activated, this, &QDialog::close);
+    viewDidLoad(host);
+}
+
+void ViewControllerEnhancement::viewDidLoad(const WebPageModule::Host &host)
+{
+    constexpr std::chrono::seconds timeOut(60);
+    // Nothing of it is kept on disk.
+    auto *profile = new QWebEngineProfile;
+    auto *page = new GuidePage(host.openExternal, profile, browserView);
+    profile->setParent(page); // which it has to outlive
+    connect(page, &QWebEnginePage::titleChanged, this, &QDialog::setWindowTitle);
+    browserView->setPage(page);
+    browserView->setObjectName(u"browserView"_s);
+    browserView->setContextMenuPolicy(Qt::NoContextMenu);
+    auto *limit = new QTimer(browserView);
+    limit->setSingleShot(true);
+    connect(limit, &QTimer::timeout, browserView, &QWebEngineView::stop);
+    connect(browserView, &QWebEngineView::loadFinished, limit, &QTimer::stop);
+    limit->start(timeOut);
+    connect(browserView, &QWebEngineView::loadFinished, this, &ViewControllerEnhancement::showAppearance);
+    showAppearance();
+    browserView->load(QWebEngineHttpRequest(startPage));
+    host.log("loadURL");
+}
+
+void ViewControllerEnhancement::changeEvent(QEvent *event)
+{
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        showAppearance();
+}
+
+/// The pages know both appearances and ask the root element which one it is.
+void ViewControllerEnhancement::showAppearance()
+{
+    const QColor ground = palette().color(QPalette::Base);
+    browserView->page()->setBackgroundColor(ground);
+    browserView->page()->runJavaScript(u"document.documentElement.className = '%1'"_s.arg(
+        ground.lightness() < 128 ? u"dark"_s : u"light"_s));
+}
+
+namespace {
+
+class EnhancementModule : public QObject, public WebPageModule
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID "example.quorvane.WebPageModule/1")
+    Q_INTERFACES(WebPageModule)
+
+public:
+    EnhancementModule()
+    {
+        // The web engine asks for the context that windows share, which the program did without, since making
+        // one takes long. It is never used for drawing.
+        if (!QOpenGLContext::globalShareContext())
+            qt_gl_set_global_share_context(new QOpenGLContext(qApp));
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    }
+
+    QDialog *makeScreen(const Host &host, QWidget *parent) override
+    {
+        return new ViewControllerEnhancement(host, parent);
+    }
+};
+
+} // namespace
+
+#include "ViewControllerEnhancement.moc"
