@@ -112,14 +112,14 @@ void ToolSteps::readGuide()
         return screen.windowTitle() == u"Quorvane"_s;
     };
     require(QTest::qWaitFor(isLoaded, 30'000), u"the guide is not loaded"_s);
-    // The page is painted by another process. Its heading is darker than anything before it is there.
+    // The page is painted by another process; what is coloured most is its picture.
     const auto isPainted = [&screen] {
         const QImage image = screen.grab().toImage();
-        for (int x = 0; x < image.width() / 2; ++x)
-            for (int y = 0; y < image.height() / 2; ++y)
-                if (qGray(image.pixel(x, y)) < 40)
-                    return true;
-        return false;
+        int colored = 0;
+        for (int x = 0; x < image.width(); ++x)
+            for (int y = 0; y < image.height(); ++y)
+                colored += image.pixelColor(x, y).saturation() > 30;
+        return colored > image.width() * image.height() / 10;
     };
     require(QTest::qWaitFor(isPainted, 30'000), u"the guide is not painted"_s);
     stage.picture(screen, u"guide"_s);

@@ -1,0 +1,400 @@
+#include "app/Palettes.h"
+#include "platform/ColorWell.h"
+#include "support/CapturedOutput.h"
+#include "support/Dialogs.h"
+#include "support/TestProgram.h"
+#include "tools/ViewControllerNotes.h"
+#include "tools/ViewControllerWhiteboard.h"
+
+#include <QClipboard>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QRegularExpression>
+#include <QTimer>
+#include <QToolButton>
+
+#include <csignal>
+#include <sys/resource.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Lets no file grow beyond so many bytes, as a full disk would.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        ::getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit small{bytes, before.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &small);
+    }
+    ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &before); }
+
+private:
+    rlimit before{};
+};
+
+QStringList copiesIn(const QTemporaryDir &folder)
+{
+    return QDir(folder.path()).entryList({u"*.damaged-*"_s});
+}
+
+} // namespace
+
+class ToolsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { std::signal(SIGXFSZ, SIG_IGN); }
+
+    void init()
+    {
+        whiteboard.reset();
+        folder = std::make_unique<QTemporaryDir>();
+        QDir::setCurrent(folder->path());
+        pen = {};
+    }
+
+    void notesAreKept_data()
+    {
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QByteArray>("after");
+        QTest::newRow("nothing") << QByteArray() << u""_s << QByteArray("");
+        QTest::newRow("untouched") << "a\r\nb\u2028c\u00a0d\n"_ba << u""_s << "a\r\nb\u2028c\u00a0d\n"_ba;
+        QTest::newRow("typed at the end") << "ü😀\u00a0x\n"_ba << u"end"_s << "ü😀\u00a0x\nend"_ba;
+        QTest::newRow("with carriage returns") << "a\r\nb\r\n"_ba << u"c"_s << "a\r\nb\r\nc"_ba;
+    }
+
+    void notesAreKept()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QString, typed);
+        QFETCH(QByteArray, after);
+        if (!before.isEmpty())
+            writeTo(notesPath(), before);
+        CapturedOutput output;
+        ViewControllerNotes screen({folder->path(), folder->filePath(u"state"_s)});
+        screen.show();
+        const QString firstLine = output.takeLines().value(0);
+        QCOMPARE(firstLine, before.isEmpty()
+                                ? u"Error"_s
+                                : u"Read File "_s + QString::fromUtf8(before).section(u'\n', 0, 0));
+        QTest::keyClicks(textOf(screen), typed);
+        screen.close();
+        QCOMPARE(contentOf(notesPath()), after);
+        QVERIFY(copiesIn(*folder).isEmpty());
+    }
+
+    void notesThatAreNotUtf8AreCopied()
+    {
+        writeTo(notesPath(), "caf\xe9");
+        ViewControllerNotes screen({folder->path(), folder->filePath(u"state"_s)});
+        screen.show();
+        QCOMPARE(textOf(screen)->toPlainText(), QString());
+        screen.close();
+        QCOMPARE(contentOf(notesPath()), "");
+        QCOMPARE(contentOf(folder->filePath(copiesIn(*folder).value(0))), "caf\xe9");
+    }
+
+    void notesSurviveAFullDisk()
+    {
+        ViewControllerNotes screen({folder->path(), folder->filePath(u"state"_s)});
+        screen.show();
+        textOf(screen)->insertPlainText(u"before"_s);
+        screen.tick(nullptr);
+        textOf(screen)->insertPlainText(u"x"_s.repeated(5000));
+        {
+            const FileSizeLimit limit(1000);
+            screen.tick(nullptr);
+        }
+        QCOMPARE(contentOf(notesPath()), "before");
+        screen.tick(nullptr);
+        QCOMPARE(contentOf(notesPath()).size(), 5006);
+    }
+
+    void notesAreSavedByOneTimerWhileShown()
+    {
+        ViewControllerNotes screen({folder->path(), folder->filePath(u"state"_s)});
+        const auto timers = [&screen] {
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            return screen.findChildren<QTimer *>(Qt::FindDirectChildrenOnly);
+        };
+        screen.show();
+        screen.hide();
+        QVERIFY(timers().isEmpty());
+        screen.show();
+        QCOMPARE(timers().size(), 1);
+        QCOMPARE(timers().first()->interval(), 30'000);
+        QFile::remove(notesPath());
+        CapturedOutput output;
+        timers().first()->start(0);
+        QTRY_VERIFY(QFile::exists(notesPath()));
+        QCOMPARE(output.takeLines().first(2), QStringList({u"Write File "_s, u"Saved File"_s}));
+    }
+
+    void notesAreFound()
+    {
+        writeTo(notesPath(), "Rake\nmow, rake\n");
+        ViewControllerNotes screen({folder->path(), folder->filePath(u"state"_s)});
+        screen.show();
+        QPlainTextEdit &text = *textOf(screen);
+        QVERIFY(text.textCursor().atEnd());
+        auto &field = *screen.findChild<QLineEdit *>(u"findField"_s);
+        field.setText(u"RAKE"_s);
+        for (const int place : {0, 10, 0}) {
+            QTest::keyClick(&field, Qt::Key_Return);
+            QCOMPARE(text.textCursor().selectionStart(), place);
+        }
+        field.setText(u"prune"_s);
+        QTest::keyClick(&field, Qt::Key_Return);
+        QCOMPARE(screen.findChild<QLabel *>(u"findResult"_s)->text(), u"Not found"_s);
+        QCOMPARE(text.textCursor().selectionStart(), 0);
+        QTest::keyClick(&text, Qt::Key_Escape);
+        QVERIFY(screen.isVisible());
+    }
+
+    void strokesReachTheFile()
+    {
+        QApplication::setPalette(palettes::dark());
+        ViewControllerWhiteboard &board = open();
+        drag(board, {{100, 100}, {150, 100}, {200, 100}});
+        QApplication::setPalette(palettes::light());
+        QImage picture = QImage(picturePath());
+        QCOMPARE(picture.size(), line(board).size());
+        const auto isBlack = [&picture](int x, int y) {
+            return picture.pixel(x, y) == qRgb(0, 0, 0);
+        };
+        const auto isWhite = [&picture](int x, int y) {
+            return picture.pixel(x, y) == qRgb(255, 255, 255);
+        };
+        QVERIFY(isWhite(0, 0) && isBlack(150, 100) && isBlack(150, 98) && isBlack(150, 101));
+        QVERIFY(isWhite(150, 96) && isWhite(150, 103));
+        QVERIFY(isBlack(201, 100) && isWhite(204, 100) && !isBlack(201, 102)); // a round cap
+
+        QTest::mouseClick(button(board, "eraserButton"), Qt::LeftButton);
+        drag(board, {{150, 80}, {150, 120}});
+        picture = QImage(picturePath());
+        QVERIFY(isWhite(146, 100) && isWhite(153, 100) && isBlack(143, 100) && isBlack(156, 100));
+        QCOMPARE(pen.lineWidth, 10.0);
+
+        auto &well = *board.findChild<ColorWell *>(u"color"_s);
+        well.setColor({0.0, 0.0, 1.0, 1.0});
+        emit well.colorChosen();
+        drag(board, {{100, 300}, {200, 300}});
+        picture = QImage(picturePath());
+        QCOMPARE(picture.pixel(150, 300), qRgb(0, 0, 255));
+        QVERIFY(isWhite(150, 304));
+        const auto before = picture;
+        QTest::mouseClick(button(board, "eraserButton"), Qt::LeftButton);
+        board.repaint(); // shows the last stroke in the new pen
+        board.close();
+        QCOMPARE(QImage(picturePath()), before);
+        QCOMPARE(open().findChild<ColorWell *>(u"color"_s)->color(), (Color{1.0, 1.0, 1.0, 1.0}));
+    }
+
+    void straightLines()
+    {
+        ViewControllerWhiteboard &board = open();
+        CapturedOutput output;
+        QTest::mouseClick(button(board, "lineButton"), Qt::LeftButton);
+        QCOMPARE(button(board, "lineButton")->toolTip(), u"STRAIGHT LINE"_s);
+        QCOMPARE(line(board).cursor().shape(), Qt::CrossCursor);
+        drag(board, {{100, 100}, {150, 200}, {200, 100}});
+        QTest::mousePress(&line(board), Qt::LeftButton, {}, {300, 300});
+        QTest::mouseRelease(&line(board), Qt::LeftButton, {}, {400, 300}); // without a move in between
+        const QStringList points = output.takeLines().filter(QRegularExpression(u"^Line(Start|End)"_s));
+        QCOMPARE(points.first(2),
+                 QStringList({u"LineStart: (100.0, 560.0)"_s, u"LineEnd: (200.0, 560.0)"_s}));
+        const QImage picture(picturePath());
+        QCOMPARE(picture.pixel(150, 100), qRgb(0, 0, 0));
+        QCOMPARE(picture.pixel(150, 200), qRgb(255, 255, 255));
+        QCOMPARE(picture.pixel(350, 300), qRgb(0, 0, 0));
+        QTest::mouseClick(button(board, "lineButton"), Qt::LeftButton);
+        QCOMPARE(button(board, "lineButton")->toolTip(), u"DRAW"_s);
+        QCOMPARE(line(board).cursor().shape(), Qt::ArrowCursor);
+    }
+
+    void erasingAndReverting()
+    {
+        ViewControllerWhiteboard &board = open();
+        drag(board, {{100, 100}, {200, 100}});
+        const QImage drawn(picturePath());
+        const auto erase = [&board](const QString &answer) {
+            const AlertAnswer alert(answer);
+            QTest::mouseClick(button(board, "deleteButton"), Qt::LeftButton);
+            QCOMPARE(alert.text, u"Are you sure you want to erase the Whiteboard ?"_s);
+        };
+        const auto isShown = [&board] {
+            return board.grab().toImage().pixel(150, 100) == qRgb(0, 0, 0);
+        };
+        erase(u"No"_s);
+        QVERIFY(isShown());
+        erase(u"Yes"_s);
+        QVERIFY(!isShown());
+        QCOMPARE(QImage(picturePath()), drawn);
+        QTest::mouseClick(button(board, "revertButton"), Qt::LeftButton);
+        QVERIFY(isShown());
+        erase(u"Yes"_s);
+        drag(board, {{100, 300}, {200, 300}});
+        QCOMPARE(QImage(picturePath()).pixel(150, 100), qRgb(255, 255, 255));
+        QCOMPARE(QImage(picturePath()).pixel(150, 300), qRgb(0, 0, 0));
+        erase(u"Yes"_s);
+        board.close();
+        QCOMPARE(QImage(picturePath()).pixel(150, 300), qRgb(255, 255, 255));
+    }
+
+    void aDragThatIsInterrupted()
+    {
+        ViewControllerWhiteboard &board = open();
+        QTest::mousePress(&line(board), Qt::LeftButton, {}, {100, 100});
+        move(board, {200, 100}, Qt::LeftButton);
+        move(board, {300, 200}, Qt::NoButton); // the release went to another window
+        move(board, {400, 200}, Qt::NoButton);
+        QImage picture(picturePath());
+        QCOMPARE(picture.pixel(150, 100), qRgb(0, 0, 0));
+        QTest::mousePress(&line(board), Qt::LeftButton, {}, {100, 300});
+        move(board, {200, 300}, Qt::LeftButton);
+        board.close();
+        picture = QImage(picturePath());
+        QCOMPARE(picture.pixel(150, 100), qRgb(0, 0, 0));
+        QCOMPARE(picture.pixel(150, 300), qRgb(0, 0, 0));
+        QCOMPARE(picture.pixel(350, 200), qRgb(255, 255, 255));
+    }
+
+    void picturesOfOtherDisplaysKeepEveryPixel_data()
+    {
+        QTest::addColumn<double>("width"); // both in canvases
+        QTest::addColumn<double>("height");
+        QTest::newRow("the same") << 1.0 << 1.0;
+        QTest::newRow("finer") << 1.25 << 1.25;
+        QTest::newRow("coarser") << 0.5 << 0.5;
+        QTest::newRow("another shape") << 2.0 << 0.1;
+    }
+
+    void picturesOfOtherDisplaysKeepEveryPixel()
+    {
+        QFETCH(double, width);
+        QFETCH(double, height);
+        const QSize canvas = line(open()).size();
+        whiteboard.reset();
+        QFile::remove(picturePath());
+        QImage noise(int(canvas.width() * width), int(canvas.height() * height), QImage::Format_ARGB32);
+        for (int y = 0; y < noise.height(); ++y)
+            for (int x = 0; x < noise.width(); ++x)
+                noise.setPixel(x, y, qRgba((x * 7) % 256, (y * 5) % 256, (x * y) % 256, x % 2 ? 255 : 128));
+        QVERIFY(noise.save(picturePath()));
+        for (int time = 0; time < 3; ++time)
+            open().close();
+        QCOMPARE(QImage(picturePath()).convertToFormat(noise.format()), noise);
+        drag(open(), {{10, 590}, {20, 590}});
+        QCOMPARE(QImage(picturePath()).size(), width == 1.25 ? noise.size() : canvas);
+    }
+
+    void picturesSurviveAFullDisk()
+    {
+        ViewControllerWhiteboard &board = open();
+        drag(board, {{100, 100}, {200, 100}});
+        const QByteArray good = contentOf(picturePath());
+        {
+            const FileSizeLimit limit(100);
+            drag(board, {{100, 200}, {200, 200}});
+        }
+        QCOMPARE(contentOf(picturePath()), good);
+        drag(board, {{100, 300}, {200, 300}});
+        const QImage picture(picturePath());
+        for (const int y : {100, 200, 300})
+            QCOMPARE(picture.pixel(150, y), qRgb(0, 0, 0));
+    }
+
+    void picturesThatCannotBeReadOrWritten()
+    {
+        writeTo(picturePath(), "no picture");
+        open().close();
+        QCOMPARE(contentOf(folder->filePath(copiesIn(*folder).value(0))), "no picture");
+        QCOMPARE(QImage(picturePath()).size(), line(*whiteboard).size());
+        QDir::setCurrent(u"/proc"_s); // where nobody can make a file
+        CapturedOutput output;
+        drag(open(), {{100, 100}, {200, 100}});
+        QCOMPARE(output.takeLines().filter(u"caught: "_s).size(), 1);
+    }
+
+    void sharing()
+    {
+        ViewControllerWhiteboard &board = open();
+        drag(board, {{100, 100}, {200, 100}});
+        QTest::mouseClick(button(board, "shareButton"), Qt::LeftButton);
+        QVERIFY(!board.isVisible());
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        QVERIFY(menu);
+        menu->actions().first()->trigger();
+        menu->close();
+        const QMimeData &copied = *QApplication::clipboard()->mimeData();
+        QVERIFY(copied.text().startsWith(
+            u"Whiteboard\nSent with Quorvane. Download from the App Store for Mac:\n\nhttp"));
+        QCOMPARE(qvariant_cast<QImage>(copied.imageData()).convertToFormat(QImage::Format_RGB32),
+                 QImage(picturePath()).convertToFormat(QImage::Format_RGB32));
+    }
+
+private:
+    QString notesPath() const { return folder->filePath(u"zandunotes.txt"_s); }
+    QString picturePath() const { return folder->filePath(u"zandulistwhiteboard.png"_s); }
+
+    static QPlainTextEdit *textOf(const QWidget &screen)
+    {
+        return screen.findChild<QPlainTextEdit *>(u"textEdit"_s);
+    }
+
+    ViewControllerWhiteboard &open()
+    {
+        whiteboard = std::make_unique<ViewControllerWhiteboard>(
+            ViewControllerWhiteboard::Services{pen, colorPanel, folder->filePath(u"state"_s)}, &mainWindow);
+        whiteboard->show();
+        return *whiteboard;
+    }
+
+    static QWidget &line(const ViewControllerWhiteboard &board)
+    {
+        return *board.findChild<QWidget *>(u"line"_s);
+    }
+
+    static QToolButton *button(const ViewControllerWhiteboard &board, const char *name)
+    {
+        return board.findChild<QToolButton *>(QString::fromLatin1(name));
+    }
+
+    static void move(const ViewControllerWhiteboard &board, QPoint point, Qt::MouseButtons buttons)
+    {
+        QWidget &layer = line(board);
+        QMouseEvent event(QEvent::MouseMove, point, layer.mapToGlobal(point), Qt::NoButton, buttons, {});
+        QCoreApplication::sendEvent(&layer, &event);
+    }
+
+    static void drag(const ViewControllerWhiteboard &board, const QList<QPoint> &points)
+    {
+        QTest::mousePress(&line(board), Qt::LeftButton, {}, points.first());
+        for (const QPoint &point : points.sliced(1))
+            move(board, point, Qt::LeftButton);
+        QTest::mouseRelease(&line(board), Qt::LeftButton, {}, points.last());
+    }
+
+    std::unique_ptr<QTemporaryDir> folder;
+    QWidget mainWindow;
+    WhiteboardPen pen;
+    ColorPanel colorPanel;
+    std::unique_ptr<ViewControllerWhiteboard> whiteboard;
+};
+
+int main(int argc, char **argv)
+{
+    return runTests<ToolsTest>(argc, argv);
+}
+
+#include "ToolsTest.moc"
