@@ -103,8 +103,18 @@ std::optional<QByteArray> ProtectedFile::read()
     return content;
 }
 
+bool ProtectedFile::writeAgain(QByteArrayView content)
+{
+    if (!isSettled || copyDue || presentState() != lastSeen)
+        return write(content);
+    isSettled = writeInPlace(content);
+    lastSeen = presentState();
+    return isSettled;
+}
+
 bool ProtectedFile::write(QByteArrayView content)
 {
+    isSettled = false;
     if (!writeRedo(content))
         return false;
     const bool isForeign = presentState() != lastSeen;
@@ -115,6 +125,7 @@ bool ProtectedFile::write(QByteArrayView content)
     lastSeen = presentState();
     if (written)
         QFile::remove(redoPath);
+    isSettled = written;
     return written;
 }
 

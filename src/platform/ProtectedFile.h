@@ -34,6 +34,10 @@ public:
     /// complete in the redo file.
     bool write(QByteArrayView content);
 
+    /// Writes once more what the last write was given, which is also what `content` has to be. Where the file
+    /// is still as that write left it, no redo file is needed: an interruption leaves the same bytes.
+    bool writeAgain(QByteArrayView content);
+
     /// Has the file, as it is then, copied beside itself, as `NAME.damaged-YYYYMMDD-HHMMSS`, before the next
     /// write overwrites it. That write fails when the copy cannot be made; its content is then kept in the
     /// redo file. A file that somebody else has written since it was last read or written here is copied in
@@ -55,4 +59,5 @@ private:
     QString redoPath;
     State lastSeen{-1, {}};
     bool copyDue = false;
+    bool isSettled = false; ///< the last write has reached the file
 };

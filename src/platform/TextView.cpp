@@ -1,10 +1,13 @@
 #include "platform/TextView.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 void TextView::setText(const QString &text)
 {
     original = text;
+    hasCarriageReturns = text.contains(u"\r\n");
     setPlainText(text);
 }
 
@@ -14,10 +17,10 @@ QString TextView::text() const
     if (!document()->isModified())
         return original;
     QString edited = document()->toRawText();
-    const bool hasCarriageReturns = original.contains(u"\r\n") && !edited.contains(u'\r');
-    for (const QChar lineEnd : {QChar(QChar::ParagraphSeparator), QChar(QChar::LineSeparator)})
-        edited.replace(lineEnd, hasCarriageReturns ? u"\r\n"_s : u"\n"_s);
-    return edited;
+    std::ranges::replace_if(
+        edited, [](QChar unit) { return unit == QChar::ParagraphSeparator || unit == QChar::LineSeparator; },
+        u'\n');
+    return hasCarriageReturns ? edited.replace(u"\n"_s, u"\r\n"_s) : edited;
 }
 
 void TextView::setTextColor(const Color &textColor)

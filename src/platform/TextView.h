@@ -22,4 +22,5 @@ public:
 private:
     Color color{0.0, 0.0, 0.0, 1.0};
     QString original; ///< the text that was set
+    bool hasCarriageReturns = false;
 };

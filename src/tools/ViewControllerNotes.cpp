@@ -10,6 +10,7 @@
 #include <QTimer>
 
 #include <chrono>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -121,12 +122,15 @@ bool ViewControllerNotes::saveNotes()
 {
     if (!file)
         return true;
-    const QByteArray text = ui->textEdit->text().toUtf8();
-    if (!file->write(text)) {
+    const int revision = ui->textEdit->document()->revision();
+    const bool isNew = std::exchange(savedRevision, revision) != revision;
+    if (isNew)
+        saved = ui->textEdit->text().toUtf8();
+    if (!(isNew ? file->write(saved) : file->writeAgain(saved))) {
         diagnostics::line("Error");
         return false;
     }
-    diagnostics::line("Write File", text);
+    diagnostics::line("Write File", saved);
     return true;
 }
 

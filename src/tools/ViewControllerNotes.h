@@ -55,4 +55,6 @@ private:
     std::unique_ptr<Ui::ViewControllerNotes> ui;
     std::optional<TextFile> file;
     QPointer<QTimer> timer;
+    QByteArray saved;       ///< what the last save wrote
+    int savedRevision = -1; ///< of the document then
 };
