@@ -52,7 +52,7 @@ static void setUpApplication(QApplication &application)
 static void findHomeForPicture()
 {
     const QString documents = folders::documents();
-    if (::access(".", W_OK) != 0 && !documents.isEmpty() && QDir().mkpath(documents))
+    if (::access(".", W_OK | X_OK) != 0 && !documents.isEmpty() && QDir().mkpath(documents))
         QDir::setCurrent(documents);
 }
 

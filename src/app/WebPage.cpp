@@ -1,13 +1,18 @@
 #include "app/WebPage.h"
 
+#include "app/Alert.h"
 #include "app/WebPageModule.h"
 #include "platform/Diagnostics.h"
 
+#include <QApplication>
 #include <QDesktopServices>
 #include <QDialog>
 #include <QPluginLoader>
 #include <QUrl>
 
+#include <cstdlib>
+#include <sched.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -19,10 +24,32 @@ bool webPage::isInstalled()
     return !QPluginLoader(moduleName).fileName().isEmpty(); // looks for the file only
 }
 
+/// Whether the web engine can shut its processes off, without which it would end the program. It never does
+/// so for the administrator, and some systems do not let it.
+static bool hasSandbox()
+{
+    if (qEnvironmentVariableIsSet("QTWEBENGINE_DISABLE_SANDBOX"))
+        return true; // is not wanted
+    if (::geteuid() == 0)
+        return false;
+    const pid_t child = ::fork();
+    if (child == 0)
+        ::_exit(::unshare(CLONE_NEWUSER | CLONE_NEWPID) == 0 ? EXIT_SUCCESS : EXIT_FAILURE);
+    int status = -1;
+    return child > 0 && ::waitpid(child, &status, 0) == child && status == EXIT_SUCCESS;
+}
+
+static void openInBrowser(const QUrl &url)
+{
+    if (!QDesktopServices::openUrl(url))
+        alertMessage(QApplication::activeWindow(),
+                     u"No browser could be opened for "_s + url.toDisplayString());
+}
+
 QDialog *webPage::makeScreen(QWidget *parent, QString &problem)
 {
-    if (::geteuid() == 0 && !qEnvironmentVariableIsSet("QTWEBENGINE_DISABLE_SANDBOX")) {
-        problem = u"The web engine does not run for the administrator."_s; // it would end the program
+    if (!hasSandbox()) {
+        problem = u"The web engine cannot run safely for this user on this system."_s;
         return nullptr;
     }
     QPluginLoader loader(moduleName);
@@ -31,10 +58,10 @@ QDialog *webPage::makeScreen(QWidget *parent, QString &problem)
         problem = loader.errorString();
         return nullptr;
     }
-    return module->makeScreen({.log = [](const char *line) { diagnostics::line(line); },
-                               .openExternal =
-                                   [](const QUrl &url) {
-                                       QDesktopServices::openUrl(url);
-                                   }},
-                              parent);
+    const auto openLater = [](const QUrl &url) { // not in the middle of what the web engine is at
+        QMetaObject::invokeMethod(
+            qApp, [url] { openInBrowser(url); }, Qt::QueuedConnection);
+    };
+    return module->makeScreen(
+        {.log = [](const char *line) { diagnostics::line(line); }, .openExternal = openLater}, parent);
 }

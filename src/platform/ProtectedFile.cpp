@@ -2,6 +2,7 @@
 
 #include "platform/FileDescriptor.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -11,6 +12,7 @@
 
 #include <cstdio>
 #include <fcntl.h>
+#include <sys/stat.h>
 
 namespace {
 
@@ -96,10 +98,10 @@ std::optional<QByteArray> ProtectedFile::read()
 {
     if (std::optional<QByteArray> unfinished = redoContent(redoPath))
         return unfinished;
+    lastSeen = presentState(); // before it is read: a change in between is somebody else's
     std::optional<QByteArray> content = readAll(filePath);
     if (!content && QFileInfo::exists(filePath))
         keepCopy();
-    lastSeen = presentState();
     return content;
 }
 
@@ -131,8 +133,12 @@ bool ProtectedFile::write(QByteArrayView content)
 
 ProtectedFile::State ProtectedFile::presentState() const
 {
-    const QFileInfo info(filePath);
-    return {info.exists() ? info.size() : -1, info.lastModified()};
+    struct stat entry = {};
+    if (::stat(QFile::encodeName(filePath).constData(), &entry) != 0)
+        return {};
+    return {.inode = entry.st_ino,
+            .size = entry.st_size,
+            .modified = {entry.st_mtim.tv_sec, entry.st_mtim.tv_nsec}};
 }
 
 bool ProtectedFile::copyAside() const

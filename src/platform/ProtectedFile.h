@@ -2,7 +2,6 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
-#include <QDateTime>
 #include <QString>
 
 #include <optional>
@@ -45,8 +44,15 @@ public:
     void keepCopy() { copyDue = true; }
 
 private:
-    /// By what a change of the file is noticed: size in bytes, −1 for no file, and time of the last change.
-    using State = std::pair<qint64, QDateTime>;
+    /// By what a change of the file is noticed: which file it is, its size and the time of its last change.
+    struct State
+    {
+        quint64 inode = 0;                       ///< 0 for no file
+        qint64 size = 0;                         ///< bytes
+        std::pair<qint64, qint64> modified = {}; ///< seconds, nanoseconds
+
+        bool operator==(const State &) const = default;
+    };
 
     void replay();
     State presentState() const;
@@ -57,7 +63,7 @@ private:
     QString filePath;
     QString stateFolder;
     QString redoPath;
-    State lastSeen{-1, {}};
+    State lastSeen;
     bool copyDue = false;
     bool isSettled = false; ///< the last write has reached the file
 };

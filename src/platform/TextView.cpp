@@ -7,7 +7,8 @@ using namespace Qt::StringLiterals;
 void TextView::setText(const QString &text)
 {
     original = text;
-    hasCarriageReturns = text.contains(u"\r\n");
+    const qsizetype carriageReturns = text.count(u"\r\n");
+    hasCarriageReturns = carriageReturns > 0 && carriageReturns == text.count(u'\n');
     setPlainText(text);
 }
 

@@ -16,13 +16,16 @@ void PictureView::setPicture(const QImage &picture)
     update();
 }
 
-void PictureView::paint(QPainter &painter, const QSizeF &area) const
+void PictureView::paint(QPainter &painter, const QSize &area) const
 {
     if (painted.isNull())
         return;
-    const QSizeF place = QSizeF(painted.size()).scaled(area, Qt::KeepAspectRatio);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, place != QSizeF(painted.size()));
-    painter.drawImage(QRectF(QPointF(), place), painted);
+    if (painted.size() == area) {
+        painter.drawImage(QPoint(), painted);
+        return;
+    }
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(QRectF(QPointF(), QSizeF(painted.size()).scaled(area, Qt::KeepAspectRatio)), painted);
 }
 
 void PictureView::paintEvent(QPaintEvent *event)
@@ -31,5 +34,5 @@ void PictureView::paintEvent(QPaintEvent *event)
     painter.fillRect(event->rect(), Qt::white);
     const double scale = devicePixelRatioF();
     painter.scale(1 / scale, 1 / scale); // in the display's pixels
-    paint(painter, QSizeF(size()) * scale);
+    paint(painter, size() * scale);
 }

@@ -19,7 +19,7 @@ public:
     void setPicture(const QImage &picture);
 
     /// Paints the picture into an area of so many pixels.
-    void paint(QPainter &painter, const QSizeF &area) const;
+    void paint(QPainter &painter, const QSize &area) const;
 
 protected:
     void paintEvent(QPaintEvent *event) override;

@@ -16,6 +16,7 @@
 #include <QScreen>
 #include <QShortcut>
 #include <QShowEvent>
+#include <QStyle>
 
 #include <algorithm>
 
@@ -112,7 +113,7 @@ void ViewControllerWhiteboard::viewDidAppear()
     fileManager.emplace(path + u'/' + pictureName, stateFolder);
     showPictureFile();
     // As large as it was made, unless the display is too small for its buttons.
-    const QSize frame = frameGeometry().size() - size();
+    const QSize frame(0, style()->pixelMetric(QStyle::PM_TitleBarHeight)); // the real one comes later
     setFixedSize(size().boundedTo(screen()->availableSize() - frame));
 }
 

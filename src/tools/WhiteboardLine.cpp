@@ -5,6 +5,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -75,7 +77,7 @@ void ViewControllerWhiteboard::Line::mouseReleaseEvent(QMouseEvent *event)
     diagnostics::line("Mouse Up");
     if (isStraight) {
         diagnostics::line("LineEnd:", windowPoint(*event, parentVC));
-        if (event->position() != QPointF(myPath.elementAt(0)))
+        if (myPath.elementCount() > 1 || event->position() != myPath.currentPosition())
             extendTo(event->position());
     }
     finish();

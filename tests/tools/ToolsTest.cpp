@@ -70,6 +70,7 @@ private slots:
         QTest::newRow("nothing") << QByteArray() << u""_s << QByteArray("");
         QTest::newRow("untouched") << "a\r\nb\u2028c\u00a0d\n"_ba << u""_s << "a\r\nb\u2028c\u00a0d\n"_ba;
         QTest::newRow("typed at the end") << "ü😀\u00a0x\n"_ba << u"end"_s << "ü😀\u00a0x\nend"_ba;
+        QTest::newRow("with some carriage returns") << "a\r\nb\n"_ba << u"c"_s << "a\nb\nc"_ba;
         QTest::newRow("with carriage returns") << "a\r\nb\r\n"_ba << u"c"_s << "a\r\nb\r\nc"_ba;
     }
 
@@ -120,6 +121,18 @@ private slots:
         QCOMPARE(contentOf(notesPath()).size(), 5006);
     }
 
+    void notesThatSomebodyElseWroteAreCopied()
+    {
+        ViewControllerNotes screen({folder->path(), folder->filePath(u"state"_s)});
+        screen.show();
+        textOf(screen)->insertPlainText(u"ours"_s);
+        screen.tick(nullptr);
+        writeTo(notesPath(), "them"); // of the same length
+        screen.tick(nullptr);
+        QCOMPARE(contentOf(notesPath()), "ours");
+        QCOMPARE(contentOf(folder->filePath(copiesIn(*folder).value(0))), "them");
+    }
+
     void notesAreSavedByOneTimerWhileShown()
     {
         ViewControllerNotes screen({folder->path(), folder->filePath(u"state"_s)});
@@ -166,6 +179,8 @@ private slots:
         QApplication::setPalette(palettes::dark());
         ViewControllerWhiteboard &board = open();
         drag(board, {{100, 100}, {150, 100}, {200, 100}});
+        for (const QPoint place : {QPoint(5, 5), QPoint(5, board.height() - 2)})
+            QCOMPARE(board.grab().toImage().pixel(place), qRgb(255, 255, 255));
         QApplication::setPalette(palettes::light());
         QImage picture = QImage(picturePath());
         QCOMPARE(picture.size(), line(board).size());
@@ -198,6 +213,21 @@ private slots:
         board.close();
         QCOMPARE(QImage(picturePath()), before);
         QCOMPARE(open().findChild<ColorWell *>(u"color"_s)->color(), (Color{1.0, 1.0, 1.0, 1.0}));
+    }
+
+    /// Also run on a display of another scale.
+    void theFileIsWhatTheDisplayShows()
+    {
+        ViewControllerWhiteboard &board = open();
+        drag(board, {{100, 100}, {205, 151}, {130, 230}});
+        QTest::mousePress(&line(board), Qt::LeftButton, {}, {1, 1}); // the layer above is empty again
+        const QImage picture = QImage(picturePath()).convertToFormat(QImage::Format_RGB32);
+        QCOMPARE(picture.size(), line(board).size() * board.devicePixelRatioF());
+        const QImage shown = board.grab().toImage().convertToFormat(QImage::Format_RGB32);
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x)
+                QVERIFY2(shown.pixel(x, y) == picture.pixel(x, y), qPrintable(u"%1, %2"_s.arg(x).arg(y)));
+        QTest::mouseRelease(&line(board), Qt::LeftButton, {}, {1, 1});
     }
 
     void straightLines()

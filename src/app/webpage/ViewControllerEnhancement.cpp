@@ -8,9 +8,9 @@
 #include <QTimer>
 #include <QVBoxLayout>
 #include <QWebEngineHttpRequest>
+#include <QWebEngineNewWindowRequest>
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
-#include <QWebEngineSettings>
 
 #include <chrono>
 
@@ -31,21 +31,26 @@ public:
         : QWebEnginePage(profile, parent)
         , openExternal(std::move(elsewhere))
     {
+        connect(this, &QWebEnginePage::newWindowRequested, this,
+                [this](const QWebEngineNewWindowRequest &request) {
+                    if (isGuide(request.requestedUrl()))
+                        load(request.requestedUrl());
+                    else
+                        openExternal(request.requestedUrl());
+                });
     }
 
 protected:
     bool acceptNavigationRequest(const QUrl &url, NavigationType type, bool) override
     {
-        const bool isGuide = url.scheme() == startPage.scheme();
-        if (!isGuide && type == NavigationTypeLinkClicked)
+        if (!isGuide(url) && type == NavigationTypeLinkClicked)
             openExternal(url);
-        return isGuide;
+        return isGuide(url);
     }
 
-    /// A link that asks for a window of its own is followed in this one, and so asked about above.
-    QWebEnginePage *createWindow(WebWindowType) override { return this; }
-
 private:
+    static bool isGuide(const QUrl &url) { return url.scheme() == startPage.scheme(); }
+
     std::function<void(const QUrl &)> openExternal;
 };
 
@@ -83,7 +88,7 @@ void ViewControllerEnhancement::viewDidLoad(const WebPageModule::Host &host)
     connect(browserView, &QWebEngineView::loadFinished, limit, &QTimer::stop);
     limit->start(timeOut);
     connect(browserView, &QWebEngineView::loadFinished, this, &ViewControllerEnhancement::showAppearance);
-    showAppearance();
+    page->setBackgroundColor(palette().color(QPalette::Base));
     browserView->load(QWebEngineHttpRequest(startPage));
     host.log("loadURL");
 }
