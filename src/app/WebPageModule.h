@@ -4,6 +4,8 @@
 
 #include <functional>
 
+#define QUORVANE_WEB_PAGE_MODULE "example.quorvane.WebPageModule/1"
+
 class QDialog;
 class QUrl;
 class QWidget;
@@ -24,4 +26,4 @@ public:
     virtual QDialog *makeScreen(const Host &host, QWidget *parent) = 0;
 };
 
-Q_DECLARE_INTERFACE(WebPageModule, "example.quorvane.WebPageModule/1")
+Q_DECLARE_INTERFACE(WebPageModule, QUORVANE_WEB_PAGE_MODULE)

@@ -80,7 +80,8 @@ private:
     void startChunk(qsizetype firstLine)
     {
         QByteArray chunk;
-        chunk.reserve(qMax(chunkSize, firstLine));
+        if (firstLine < chunkSize)
+            chunk.reserve(chunkSize); // a longer line is shared, not copied
         if (dropped > 0)
             chunk += "Diagnostics dropped: " + QByteArray::number(dropped) + '\n';
         dropped = 0;

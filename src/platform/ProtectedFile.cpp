@@ -10,22 +10,30 @@
 
 #include <zlib.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <system_error>
+#include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr mode_t userOnly = 0600;
 constexpr mode_t byUmask = 0666;
 
+quint32 crcOf(QByteArrayView bytes)
+{
+    return quint32(crc32_z(0, reinterpret_cast<const Bytef *>(bytes.data()), size_t(bytes.size())));
+}
+
 /// The redo file's first line: its kind and version, the content's length in bytes and its CRC-32.
 QByteArray redoHeader(QByteArrayView content)
 {
-    const uLong checksum =
-        crc32_z(0, reinterpret_cast<const Bytef *>(content.data()), size_t(content.size()));
-    return "quorvane-redo 1 " + QByteArray::number(content.size()) + ' ' + QByteArray::number(checksum, 16) +
-           '\n';
+    return "quorvane-redo 1 " + QByteArray::number(content.size()) + ' ' +
+           QByteArray::number(crcOf(content), 16) + '\n';
 }
 
 std::optional<QByteArray> readAll(const QString &path)
@@ -60,9 +68,7 @@ bool syncFolder(const QString &path)
 /// Distinguishes files of one name in different folders.
 QString redoName(const QString &path)
 {
-    const QByteArray absolute = QFileInfo(path).absoluteFilePath().toUtf8();
-    const uLong folderMark =
-        crc32_z(0, reinterpret_cast<const Bytef *>(absolute.data()), size_t(absolute.size()));
+    const quint32 folderMark = crcOf(QFileInfo(path).absoluteFilePath().toUtf8());
     return QFileInfo(path).fileName() + u'.' + QString::number(folderMark, 16) + QLatin1StringView(".redo");
 }
 
@@ -96,39 +102,43 @@ void ProtectedFile::replay()
 
 std::optional<QByteArray> ProtectedFile::read()
 {
+    held.reset();
     if (std::optional<QByteArray> unfinished = redoContent(redoPath))
         return unfinished;
     lastSeen = presentState(); // before it is read: a change in between is somebody else's
     std::optional<QByteArray> content = readAll(filePath);
-    if (!content && QFileInfo::exists(filePath))
+    if (content)
+        held = digestOf(*content);
+    else if (QFileInfo::exists(filePath))
         keepCopy();
     return content;
 }
 
-bool ProtectedFile::writeAgain(QByteArrayView content)
-{
-    if (!isSettled || copyDue || presentState() != lastSeen)
-        return write(content);
-    isSettled = writeInPlace(content);
-    lastSeen = presentState();
-    return isSettled;
-}
-
 bool ProtectedFile::write(QByteArrayView content)
 {
-    isSettled = false;
-    if (!writeRedo(content))
-        return false;
-    const bool isForeign = presentState() != lastSeen;
-    if ((copyDue || isForeign) && QFileInfo::exists(filePath) && !copyAside())
-        return false;
-    copyDue = false;
+    const std::optional<Digest> known = std::exchange(held, std::nullopt);
+    const Digest wanted = digestOf(content);
+    const bool isSame = !copyDue && known == wanted && presentState() == lastSeen;
+    if (!isSame) {
+        if (!writeRedo(content))
+            return false;
+        if ((copyDue || isChangedByOthers(known)) && QFileInfo::exists(filePath) && !copyAside())
+            return false;
+        copyDue = false;
+    }
     const bool written = writeInPlace(content);
     lastSeen = presentState();
-    if (written)
+    if (!written)
+        return false;
+    held = wanted;
+    if (!isSame)
         QFile::remove(redoPath);
-    isSettled = written;
-    return written;
+    return true;
+}
+
+ProtectedFile::Digest ProtectedFile::digestOf(QByteArrayView content)
+{
+    return {.size = content.size(), .crc = crcOf(content)};
 }
 
 ProtectedFile::State ProtectedFile::presentState() const
@@ -141,7 +151,23 @@ ProtectedFile::State ProtectedFile::presentState() const
             .modified = {entry.st_mtim.tv_sec, entry.st_mtim.tv_nsec}};
 }
 
-bool ProtectedFile::copyAside() const
+/// A file that was merely touched is not changed.
+bool ProtectedFile::isChangedByOthers(const std::optional<Digest> &known) const
+{
+    if (presentState() == lastSeen)
+        return false;
+    const std::optional<QByteArray> present = readAll(filePath);
+    return !present || !known || digestOf(*present) != *known;
+}
+
+/// Keeps the reason for which the system just refused something; always false.
+bool ProtectedFile::fail()
+{
+    error = QString::fromStdString(std::generic_category().message(errno));
+    return false;
+}
+
+bool ProtectedFile::copyAside()
 {
     // A second copy within one second takes the next free second.
     QDateTime time = QDateTime::currentDateTime();
@@ -151,35 +177,42 @@ bool ProtectedFile::copyAside() const
             filePath + QLatin1StringView(".damaged-") + time.toString(QStringLiteral("yyyyMMdd-HHmmss"));
         time = time.addSecs(1);
     } while (QFileInfo::exists(copyPath));
-    return QFile::copy(filePath, copyPath) && FileDescriptor(copyPath, O_RDONLY).sync() &&
-           syncFolder(QFileInfo(copyPath).path());
+    QFile file(filePath);
+    if (!file.copy(copyPath)) {
+        error = copyPath + u": "_s + file.errorString();
+        return false;
+    }
+    return (FileDescriptor(copyPath, O_RDONLY).sync() && syncFolder(QFileInfo(copyPath).path())) || fail();
 }
 
-bool ProtectedFile::writeRedo(QByteArrayView content) const
+bool ProtectedFile::writeRedo(QByteArrayView content)
 {
     // An earlier redo file may be the only good copy: it stays until the new one is whole.
     if (!QDir().mkpath(stateFolder))
-        return false;
+        return fail();
     const QString newPath = redoPath + QLatin1StringView(".new");
     FileDescriptor file(newPath, O_WRONLY | O_CREAT | O_TRUNC, userOnly);
     const bool whole = file.isOpen() && file.write(redoHeader(content)) && file.write(content) &&
                        file.sync() && file.close() &&
                        ::rename(QFile::encodeName(newPath), QFile::encodeName(redoPath)) == 0 &&
                        syncFolder(stateFolder);
-    if (!whole)
-        QFile::remove(newPath);
-    return whole;
+    if (whole)
+        return true;
+    fail();
+    QFile::remove(newPath);
+    return false;
 }
 
-bool ProtectedFile::writeInPlace(QByteArrayView content) const
+bool ProtectedFile::writeInPlace(QByteArrayView content)
 {
     const QFileInfo info(filePath);
     const bool isNew = !info.exists();
     if (isNew && !QDir().mkpath(info.path()))
-        return false;
+        return fail();
     FileDescriptor file(filePath, O_WRONLY | O_CREAT, byUmask);
     // Room is taken before the first byte is overwritten, so that a full disk leaves the old content whole.
-    return file.isOpen() && file.reserve(content.size()) && file.write(content) &&
-           file.truncate(content.size()) && file.sync() && file.close() &&
-           (!isNew || syncFolder(info.path()));
+    return (file.isOpen() && file.reserve(content.size()) && file.write(content) &&
+            file.truncate(content.size()) && file.sync() && file.close() &&
+            (!isNew || syncFolder(info.path()))) ||
+           fail();
 }

@@ -30,17 +30,16 @@ public:
     std::optional<QByteArray> read();
 
     /// Replaces the whole content. On false the content on disk is still the old one, or the new one is
-    /// complete in the redo file.
+    /// complete in the redo file. What the file holds already is written without a redo file, since an
+    /// interruption leaves the same bytes.
     bool write(QByteArrayView content);
-
-    /// Writes once more what the last write was given, which is also what `content` has to be. Where the file
-    /// is still as that write left it, no redo file is needed: an interruption leaves the same bytes.
-    bool writeAgain(QByteArrayView content);
+    /// Why the last write failed, in the words of the operating system.
+    const QString &errorString() const { return error; }
 
     /// Has the file, as it is then, copied beside itself, as `NAME.damaged-YYYYMMDD-HHMMSS`, before the next
     /// write overwrites it. That write fails when the copy cannot be made; its content is then kept in the
-    /// redo file. A file that somebody else has written since it was last read or written here is copied in
-    /// the same way.
+    /// redo file. A file to which somebody else has given another content since it was last read or written
+    /// here is copied in the same way.
     void keepCopy() { copyDue = true; }
 
 private:
@@ -54,16 +53,29 @@ private:
         bool operator==(const State &) const = default;
     };
 
+    /// By what a content is recognised.
+    struct Digest
+    {
+        qsizetype size = 0; ///< bytes
+        quint32 crc = 0;    ///< CRC-32
+
+        bool operator==(const Digest &) const = default;
+    };
+    static Digest digestOf(QByteArrayView content);
+
     void replay();
     State presentState() const;
-    bool copyAside() const;
-    bool writeRedo(QByteArrayView content) const;
-    bool writeInPlace(QByteArrayView content) const;
+    bool isChangedByOthers(const std::optional<Digest> &known) const;
+    bool copyAside();
+    bool writeRedo(QByteArrayView content);
+    bool writeInPlace(QByteArrayView content);
+    bool fail();
 
     QString filePath;
     QString stateFolder;
     QString redoPath;
+    QString error;
     State lastSeen;
+    std::optional<Digest> held; ///< what the file held then; nothing where that is not sure
     bool copyDue = false;
-    bool isSettled = false; ///< the last write has reached the file
 };

@@ -17,7 +17,6 @@ public:
     std::optional<QString> read();
 
     bool write(const QByteArray &utf8) { return file.write(utf8); }
-    bool writeAgain(const QByteArray &utf8) { return file.writeAgain(utf8); }
     void keepCopy() { file.keepCopy(); }
 
 private:

@@ -18,9 +18,10 @@ QString TextView::text() const
     if (!document()->isModified())
         return original;
     QString edited = document()->toRawText();
-    std::ranges::replace_if(
-        edited, [](QChar unit) { return unit == QChar::ParagraphSeparator || unit == QChar::LineSeparator; },
-        u'\n');
+    const auto lineFeed = [](QChar unit) {
+        return unit == QChar::ParagraphSeparator || unit == QChar::LineSeparator ? QChar(u'\n') : unit;
+    };
+    std::ranges::transform(edited, edited.begin(), lineFeed); // writing every unit is the faster way
     return hasCarriageReturns ? edited.replace(u"\n"_s, u"\r\n"_s) : edited;
 }
 

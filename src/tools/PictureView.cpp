@@ -12,20 +12,23 @@ PictureView::PictureView(QWidget *parent)
 void PictureView::setPicture(const QImage &picture)
 {
     shown = picture;
-    painted = picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    painted = {};
     update();
 }
 
-void PictureView::paint(QPainter &painter, const QSize &area) const
+void PictureView::paint(QPainter &painter, const QSize &area)
 {
-    if (painted.isNull())
+    if (shown.isNull())
         return;
-    if (painted.size() == area) {
-        painter.drawImage(QPoint(), painted);
-        return;
+    const QSize size = shown.size().scaled(area, Qt::KeepAspectRatio);
+    if (painted.size() != size) {
+        const auto format =
+            shown.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
+        painted = shown.convertToFormat(format);
+        if (painted.size() != size)
+            painted = painted.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     }
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawImage(QRectF(QPointF(), QSizeF(painted.size()).scaled(area, Qt::KeepAspectRatio)), painted);
+    painter.drawImage(QPoint(), painted);
 }
 
 void PictureView::paintEvent(QPaintEvent *event)

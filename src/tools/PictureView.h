@@ -19,12 +19,12 @@ public:
     void setPicture(const QImage &picture);
 
     /// Paints the picture into an area of so many pixels.
-    void paint(QPainter &painter, const QSize &area) const;
+    void paint(QPainter &painter, const QSize &area);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
     QImage shown;
-    QImage painted; ///< the same in the format that is painted fastest
+    QImage painted; ///< the same as it was painted last: in the size and the format that take no more work
 };

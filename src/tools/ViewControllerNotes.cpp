@@ -37,6 +37,7 @@ void ViewControllerNotes::connectActions()
     onKeys(QKeySequence::FindNext, [this] { find({}); });
     onKeys(QKeySequence::FindPrevious, [this] { find(QTextDocument::FindBackward); });
     onKeys(QKeySequence::Close, [this] { close(); });
+    connect(ui->findField, &QLineEdit::textEdited, ui->findResult, &QLabel::clear);
     connect(ui->findField, &QLineEdit::returnPressed, this, [this] { find({}); });
     connect(ui->findNextButton, &QPushButton::clicked, this, [this] { find({}); });
     connect(ui->findPreviousButton, &QPushButton::clicked, this,
@@ -75,8 +76,13 @@ void ViewControllerNotes::viewDidLoad()
     ui->textEdit->moveCursor(QTextCursor::End);
 }
 
+/// The text keeps its colour until the notes are shown again, and with it those that it is read against.
 void ViewControllerNotes::viewDidAppear()
 {
+    QPalette colors = ui->textEdit->palette();
+    for (const QPalette::ColorRole role : {QPalette::Base, QPalette::Highlight, QPalette::HighlightedText})
+        colors.setColor(role, palette().color(role));
+    ui->textEdit->setPalette(colors);
     ui->textEdit->setTextColor(appearanceTextColor());
     if (timer)
         return;
@@ -123,10 +129,9 @@ bool ViewControllerNotes::saveNotes()
     if (!file)
         return true;
     const int revision = ui->textEdit->document()->revision();
-    const bool isNew = std::exchange(savedRevision, revision) != revision;
-    if (isNew)
+    if (std::exchange(savedRevision, revision) != revision)
         saved = ui->textEdit->text().toUtf8();
-    if (!(isNew ? file->write(saved) : file->writeAgain(saved))) {
+    if (!file->write(saved)) {
         diagnostics::line("Error");
         return false;
     }
@@ -160,8 +165,10 @@ void ViewControllerNotes::find(QTextDocument::FindFlags direction)
         const QTextCursor place = ui->textEdit->textCursor();
         ui->textEdit->moveCursor(direction ? QTextCursor::End : QTextCursor::Start);
         isFound = ui->textEdit->find(wanted, direction);
-        if (!isFound)
+        if (!isFound) {
             ui->textEdit->setTextCursor(place);
+            ui->findBar->show(); // which says so
+        }
     }
     ui->findResult->setText(isFound ? QString() : u"Not found"_s);
 }

@@ -147,8 +147,9 @@ QImage ViewControllerWhiteboard::capture() const
     // At the display's resolution, or the picture's own where that is finer.
     const QSize ofDisplay = canvas().size() * devicePixelRatioF();
     const QSize ofPicture = ui->whiteboard->picture().size();
-    const bool isFiner = ofPicture.width() > ofDisplay.width() &&
-                         ofPicture.scaled(ofDisplay, Qt::KeepAspectRatio) == ofDisplay;
+    const QSize unfilled = ofDisplay - ofPicture.scaled(ofDisplay, Qt::KeepAspectRatio);
+    const bool isFiner =
+        ofPicture.width() > ofDisplay.width() && unfilled.width() <= 1 && unfilled.height() <= 1;
     QImage image(isFiner ? ofPicture : ofDisplay, QImage::Format_RGB32);
     image.fill(Qt::white);
     QPainter painter(&image);
@@ -158,25 +159,27 @@ QImage ViewControllerWhiteboard::capture() const
     return image;
 }
 
-void ViewControllerWhiteboard::savePicture()
+bool ViewControllerWhiteboard::savePicture()
 {
     const QImage image = capture();
-    writePNG(image);
-    // What the file now holds. If it could not be written, the next save does it with all strokes.
+    const bool isWritten = writePNG(image);
+    // What the file now holds, without reading it back; and where it could not be written, the stroke is not
+    // lost.
     ui->whiteboard->setPicture(image);
     isChanged = false;
+    return isWritten;
 }
 
-void ViewControllerWhiteboard::writePNG(const QImage &image)
+bool ViewControllerWhiteboard::writePNG(const QImage &image)
 {
     QByteArray bytes;
     QBuffer buffer(&bytes);
-    isWritten = image.save(&buffer, "PNG");
+    if (!image.save(&buffer, "PNG"))
+        return false;
+    const bool isWritten = fileManager->write(bytes);
     if (!isWritten)
-        return;
-    isWritten = fileManager->write(bytes);
-    if (!isWritten)
-        diagnostics::line("caught:", fileManager->path() + u" could not be written"_s);
+        diagnostics::line("caught:", fileManager->errorString());
+    return isWritten;
 }
 
 void ViewControllerWhiteboard::clearBoard()
@@ -251,7 +254,7 @@ void ViewControllerWhiteboard::deleteImage(QObject *)
 
 void ViewControllerWhiteboard::shareImage(QObject *)
 {
-    savePicture();
+    const bool isWritten = savePicture();
     colorPanel.orderOut();
     ui->color->deactivate();
     const QByteArray bytes = fileManager->read().value_or(QByteArray());

@@ -43,7 +43,8 @@ public:
 
     /// Writes what the canvas shows. Where nothing was drawn since the picture was read or written, it stays
     /// as it is to the pixel, also when it is of another display's resolution.
-    void savePicture();
+    /// False when the file could not be written; the next save then does it with all strokes.
+    bool savePicture();
     /// A stroke is on the canvas that is not in the picture yet.
     void strokeChanged() { isChanged = true; }
 
@@ -70,7 +71,7 @@ private:
 
     QRect canvas() const;
     QImage capture() const;
-    void writePNG(const QImage &image);
+    bool writePNG(const QImage &image);
     void showPictureFile();
     void clearBoard();
     void replaceDrawingLayer();
@@ -84,5 +85,4 @@ private:
     QString path;                             ///< the folder of the picture
     Line *line = nullptr;
     bool isChanged = false; ///< since the picture was read or written
-    bool isWritten = false; ///< the last save has reached the file
 };

@@ -11,6 +11,8 @@
 #include <QWebEngineNewWindowRequest>
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
+#include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
 
 #include <chrono>
 
@@ -87,8 +89,7 @@ void ViewControllerEnhancement::viewDidLoad(const WebPageModule::Host &host)
     connect(limit, &QTimer::timeout, browserView, &QWebEngineView::stop);
     connect(browserView, &QWebEngineView::loadFinished, limit, &QTimer::stop);
     limit->start(timeOut);
-    connect(browserView, &QWebEngineView::loadFinished, this, &ViewControllerEnhancement::showAppearance);
-    page->setBackgroundColor(palette().color(QPalette::Base));
+    showAppearance();
     browserView->load(QWebEngineHttpRequest(startPage));
     host.log("loadURL");
 }
@@ -104,9 +105,19 @@ void ViewControllerEnhancement::changeEvent(QEvent *event)
 void ViewControllerEnhancement::showAppearance()
 {
     const QColor ground = palette().color(QPalette::Base);
-    browserView->page()->setBackgroundColor(ground);
-    browserView->page()->runJavaScript(u"document.documentElement.className = '%1'"_s.arg(
-        ground.lightness() < 128 ? u"dark"_s : u"light"_s));
+    const QString mark =
+        u"document.documentElement.className = '%1'"_s.arg(ground.lightness() < 128 ? u"dark"_s : u"light"_s);
+    QWebEnginePage &page = *browserView->page();
+    page.setBackgroundColor(ground);
+    page.runJavaScript(mark);
+    QWebEngineScript onEveryPage; // as soon as it has a root element, so that it is never painted otherwise
+    onEveryPage.setSourceCode(u"new MutationObserver((changes, observer) => {"
+                              "  if (document.documentElement) { observer.disconnect(); %1; }"
+                              "}).observe(document, {childList: true});"_s.arg(mark));
+    onEveryPage.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    onEveryPage.setWorldId(QWebEngineScript::MainWorld);
+    page.scripts().clear();
+    page.scripts().insert(onEveryPage);
 }
 
 namespace {
@@ -114,7 +125,7 @@ namespace {
 class EnhancementModule : public QObject, public WebPageModule
 {
     Q_OBJECT
-    Q_PLUGIN_METADATA(IID "example.quorvane.WebPageModule/1")
+    Q_PLUGIN_METADATA(IID QUORVANE_WEB_PAGE_MODULE)
     Q_INTERFACES(WebPageModule)
 
 public:
