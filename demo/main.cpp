@@ -9,11 +9,11 @@
 #include "MainWindowListSteps.h"
 #include "MessageSteps.h"
 #include "Profile.h"
-#include "ScratchHome.h"
 #include "Stage.h"
 #include "TaskFormSteps.h"
 #include "ToolSteps.h"
 #include "TourFailure.h"
+#include "TourHome.h"
 #include "app/Palettes.h"
 #include "model/Appearance.h"
 #include "model/TaskManager.h"
@@ -154,7 +154,7 @@ static void giveTour(Stage &stage, const QString &taskListPath, QDate today)
 static int runTour(const QString &pictureFolder, const QString &samplePath, int argc, char **argv)
 {
     const QDate today = QDate::currentDate();
-    ScratchHome home;
+    TourHome home;
     home.placeTaskList(samplePath, today);
     Stage stage(QDir(pictureFolder).absolutePath(), home.divertStandardOutput());
     QDir::setCurrent(folders::documents());

@@ -16,6 +16,7 @@
 #include "platform/Preferences.h"
 #include "platform/SingleInstance.h"
 #include "platform/SqlCloudContainer.h"
+#include "platform/TerminationSignals.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
@@ -24,11 +25,11 @@
 #include <QIcon>
 #include <QPixmapCache>
 #include <QStyleFactory>
+#include <QTemporaryFile>
 
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -52,7 +53,8 @@ static void setUpApplication(QApplication &application)
 static void findHomeForPicture()
 {
     const QString documents = folders::documents();
-    if (::access(".", W_OK | X_OK) != 0 && !documents.isEmpty() && QDir().mkpath(documents))
+    const bool isHome = QTemporaryFile(u"quorvane-XXXXXX"_s).open(); // whatever its rights say
+    if (!isHome && !documents.isEmpty() && QDir().mkpath(documents))
         QDir::setCurrent(documents);
 }
 
@@ -69,6 +71,7 @@ int main(int argc, char **argv)
         return EXIT_SUCCESS;
 
     findHomeForPicture();
+    terminationSignals::quitOnThem();
     AppDelegate delegate;
     QObject::connect(&application, &QApplication::aboutToQuit, &delegate,
                      &AppDelegate::applicationWillTerminate);

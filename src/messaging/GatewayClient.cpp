@@ -18,6 +18,9 @@ namespace {
 
 constexpr int connections = 6; // as many as a QNetworkAccessManager opens to one host
 constexpr qint64 longestAnswer = 1 << 20;
+/// How long an idle connection is used. A gateway closes it after a while, and a message that it is closing
+/// upon would be lost.
+constexpr auto longestIdle = 2s;
 
 /// A request's body that can be read only once. Where a connection breaks after a request was sent, Qt would
 /// otherwise send it again, and the gateway may have seen it already.
@@ -103,10 +106,12 @@ void breakOff(QNetworkReply &reply, const QString &reason)
 QString withoutCredentials(QString text, const GatewayRequest &request)
 {
     const QByteArray credentials = request.userName + ':' + request.password;
-    for (const QByteArray &hidden :
-         {credentials.toBase64(), request.password, request.password.toPercentEncoding()})
+    const QString secret = QString::fromLatin1(request.password);
+    for (const QString &hidden : {QString::fromLatin1(credentials.toBase64()), secret, secret.toHtmlEscaped(),
+                                  secret.toHtmlEscaped().replace(u'\'', u"&apos;"_s),
+                                  QString::fromLatin1(request.password.toPercentEncoding())})
         if (!hidden.isEmpty())
-            text.replace(QString::fromLatin1(hidden), u"…"_s);
+            text.replace(hidden, u"…"_s);
     return text;
 }
 
@@ -144,6 +149,7 @@ bool GatewayClient::start(const GatewayRequest &request)
     if (closed)
         return false;
     ++underWay;
+    ++unsent;
     if (!thread.isRunning())
         thread.start(); // the program's start does not wait for it
     QMetaObject::invokeMethod(
@@ -153,9 +159,11 @@ bool GatewayClient::start(const GatewayRequest &request)
 
 void GatewayClient::pause(std::chrono::milliseconds duration)
 {
-    if (duration > 0ms)
-        diagnostics::flush();
+    if (duration <= 0ms)
+        return;
+    diagnostics::flush();
     std::unique_lock lock(mutex);
+    changed.wait(lock, [this] { return closed || unsent == 0; });
     changed.wait_for(lock, duration, [this] { return closed.load(); });
 }
 
@@ -182,17 +190,13 @@ bool GatewayClient::finish(std::chrono::nanoseconds limit)
             breakOff(*reply, u"The program ended before the gateway answered"_s);
     };
     QMetaObject::invokeMethod(&threadContext, breakAllOff, Qt::QueuedConnection);
-    changed.wait(lock, isIdle);
+    changed.wait_for(lock, 1s, isIdle); // longer only if the thread itself is kept waiting
     return false;
 }
 
 void GatewayClient::send(const GatewayRequest &request)
 {
-    if (!manager) {
-        manager = std::make_unique<QNetworkAccessManager>();
-        manager->setProxy(QNetworkProxy::NoProxy);
-        tls = tlsConfiguration(address);
-    }
+    prepareConnections();
     auto body = std::make_unique<UnrepeatableBody>(request.body);
     QNetworkReply *reply = manager->post(prepare(address, *tls, request), body.get());
     body.release()->setParent(reply);
@@ -209,6 +213,23 @@ void GatewayClient::send(const GatewayRequest &request)
     });
     QObject::connect(reply, &QNetworkReply::finished, &threadContext,
                      [this, reply, request] { complete(*reply, request); });
+    {
+        const std::lock_guard lock(mutex);
+        --unsent;
+    }
+    changed.notify_all();
+}
+
+void GatewayClient::prepareConnections()
+{
+    if (!manager) {
+        manager = std::make_unique<QNetworkAccessManager>();
+        manager->setProxy(QNetworkProxy::NoProxy);
+        tls = tlsConfiguration(address);
+    } else if (manager->findChild<QNetworkReply *>() == nullptr &&
+               std::chrono::milliseconds(lastUse.elapsed()) > longestIdle) {
+        manager->clearConnectionCache();
+    }
 }
 
 void GatewayClient::complete(QNetworkReply &reply, const GatewayRequest &request)
@@ -225,6 +246,7 @@ void GatewayClient::complete(QNetworkReply &reply, const GatewayRequest &request
         diagnostics::line("Error:",
                           error ? u"Optional(%1)"_s.arg(withoutCredentials(*error, request)) : u"nil"_s);
     diagnostics::flush(); // nothing may happen on the main thread for long
+    lastUse.start();
     reply.deleteLater();
     {
         const std::lock_guard lock(mutex);

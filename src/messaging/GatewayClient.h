@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QList>
 #include <QNetworkAccessManager>
 #include <QSslCertificate>
@@ -52,7 +53,8 @@ public:
     /// Starts the request, as soon as fewer are under way than there are connections, and does not wait for
     /// its answer. False when the client was closed before that.
     bool start(const GatewayRequest &request);
-    /// Waits so long, or until the client is closed.
+    /// Waits until the requests are on their way to the gateway, and then so long, or until the client is
+    /// closed.
     void pause(std::chrono::milliseconds duration);
 
     /// Starts nothing from now on. From any thread.
@@ -64,6 +66,7 @@ public:
 
 private:
     void send(const GatewayRequest &request);
+    void prepareConnections();
     void complete(QNetworkReply &reply, const GatewayRequest &request);
 
     GatewayAddress address;
@@ -72,8 +75,10 @@ private:
     QObject threadContext;                          ///< lives on the thread
     std::unique_ptr<QNetworkAccessManager> manager; ///< likewise; made for the first request
     std::optional<QSslConfiguration> tls;           ///< likewise: it loads the TLS library
+    QElapsedTimer lastUse;                          ///< likewise: since the last answer
     std::mutex mutex;
     std::condition_variable changed;
     std::atomic<bool> closed = false;
-    int underWay = 0;
+    int underWay = 0; ///< requests started and not answered
+    int unsent = 0;   ///< of them
 };

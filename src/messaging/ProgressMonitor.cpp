@@ -39,7 +39,7 @@ void ProgressMonitor::run()
     isLast = true;
     postChange();
     if (snapshot.kind == RecipientKind::TeamMember)
-        diagnostics::line("----NoOfSchedules3:", counters.schedulesSent.load(), "----");
+        diagnostics::line("----NoOfSchedules3:", lastSchedules.load(), "----");
     std::this_thread::sleep_for(500us);
 }
 

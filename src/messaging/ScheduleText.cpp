@@ -13,13 +13,18 @@ const QString &nameIn(const task &entry, RecipientKind kind)
     return kind == RecipientKind::Client ? entry.client : entry.teamMember;
 }
 
+QString matchedName(const QString &name)
+{
+    return name.toLower().normalized(QString::NormalizationForm_C);
+}
+
 std::vector<ScheduledTask> tasksForSchedules(RecipientKind kind, TaskList tasks)
 {
     std::ranges::stable_sort(tasks, {}, [](const SharedTask &entry) { return entry->date; });
     std::vector<ScheduledTask> schedule;
     schedule.reserve(size_t(tasks.size()));
     for (const SharedTask &entry : tasks)
-        schedule.push_back({entry, nameIn(*entry, kind).toLower()});
+        schedule.push_back({entry, matchedName(nameIn(*entry, kind))});
     return schedule;
 }
 
@@ -32,16 +37,16 @@ ScheduleText::ScheduleText(RecipientKind recipientKind, Instant first, Instant l
 {
 }
 
-bool ScheduleText::matches(const std::optional<QString> &lowerName, const ScheduledTask &candidate) const
+bool ScheduleText::matches(const std::optional<QString> &name, const ScheduledTask &candidate) const
 {
-    return lowerName && candidate.lowerName == *lowerName &&
+    return name && candidate.name == *name &&
            util().isSameDayOrEarlier(start, candidate.entry->date, calendar) &&
            util().isSameDayOrEarlier(candidate.entry->date, end, calendar);
 }
 
-bool ScheduleText::wouldMatch(const std::optional<QString> &lowerName, const ScheduledTask &candidate) const
+bool ScheduleText::wouldMatch(const std::optional<QString> &name, const ScheduledTask &candidate) const
 {
-    return lowerName && candidate.lowerName == *lowerName &&
+    return name && candidate.name == *name &&
            util().compareDays(start, candidate.entry->date, calendar) >= 0 &&
            util().compareDays(candidate.entry->date, end, calendar) >= 0;
 }

@@ -18,11 +18,14 @@ struct Recipient
 
 enum class RecipientKind { Client, TeamMember };
 
-/// A task with the name that a recipient's has to equal, both in lower case.
+/// The name as it is compared: upper and lower case are the same, and so are the ways to write an accent.
+QString matchedName(const QString &name);
+
+/// A task with the name that a recipient's has to equal, both as by `matchedName`.
 struct ScheduledTask
 {
     SharedTask entry;
-    QString lowerName;
+    QString name;
 };
 
 /// The tasks in the order in which schedules list them: by start moment, equal ones in the order of the list.
@@ -39,11 +42,11 @@ public:
     /// \param preferences  asked anew for every text
     ScheduleText(RecipientKind kind, Instant start, Instant end, const Preferences &preferences);
 
-    /// True when the task is of the recipient with this name in lower case and begins within the range. Says
-    /// in diagnostic lines how the days compare.
-    bool matches(const std::optional<QString> &lowerName, const ScheduledTask &candidate) const;
+    /// True when the task is of the recipient with this name, as by `matchedName`, and begins within the
+    /// range. Says in diagnostic lines how the days compare.
+    bool matches(const std::optional<QString> &name, const ScheduledTask &candidate) const;
     /// The same without a word.
-    bool wouldMatch(const std::optional<QString> &lowerName, const ScheduledTask &candidate) const;
+    bool wouldMatch(const std::optional<QString> &name, const ScheduledTask &candidate) const;
 
     /// What comes before the recipient's first task.
     QString header(const task &first) const;

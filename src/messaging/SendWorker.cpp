@@ -30,14 +30,14 @@ void SendWorker::run()
 bool SendWorker::sendSchedule(qint64 position, const Recipient &recipient)
 {
     hasMatched = false;
-    const std::optional<QString> lowerName =
-        recipient.name ? std::optional(recipient.name->toLower()) : std::nullopt;
+    const std::optional<QString> name =
+        recipient.name ? std::optional(matchedName(*recipient.name)) : std::nullopt;
     sendingTask = recipient;
     if (!gateway.isClosed())
         beginRecipient();
     for (size_t index = 0; index < snapshot.tasks.size(); ++index) {
         if (gateway.isClosed()) {
-            countUnsent(lowerName, index);
+            countUnsent(name, index);
             return false;
         }
         const ScheduledTask &candidate = snapshot.tasks[index];
@@ -46,7 +46,7 @@ bool SendWorker::sendSchedule(qint64 position, const Recipient &recipient)
         diagnostics::line("Sending step:", step);
         if (snapshot.kind == RecipientKind::TeamMember)
             diagnostics::line("----NoOfSchedules5:", counters.schedulesSent.load(), "----");
-        if (snapshot.text.matches(lowerName, candidate))
+        if (snapshot.text.matches(name, candidate))
             sendTask(*candidate.entry);
     }
     if (hasMatched)
@@ -86,12 +86,12 @@ void SendWorker::send(const QString &message)
 }
 
 /// Counts what the recipient would have been sent from this task on.
-void SendWorker::countUnsent(const std::optional<QString> &lowerName, size_t firstTask)
+void SendWorker::countUnsent(const std::optional<QString> &name, size_t firstTask)
 {
     if (!preferences.boolean(messagingKey::notifications))
         return;
     for (size_t index = firstTask; index < snapshot.tasks.size(); ++index)
-        if (snapshot.text.wouldMatch(lowerName, snapshot.tasks[index]))
+        if (snapshot.text.wouldMatch(name, snapshot.tasks[index]))
             unsent += std::exchange(hasMatched, true) ? 1 : 2; // the first one comes after a header
     if (hasMatched && !snapshot.text.footer().isEmpty())
         ++unsent;

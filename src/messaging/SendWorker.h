@@ -21,7 +21,7 @@ private:
     void beginRecipient();
     void sendTask(const task &entry);
     void send(const QString &message);
-    void countUnsent(const std::optional<QString> &lowerName, size_t firstTask);
+    void countUnsent(const std::optional<QString> &name, size_t firstTask);
 
     const RunSnapshot &snapshot;
     RunCounters &counters;

@@ -18,7 +18,7 @@ private slots:
     void accountsThatMakeNoAddress();
     void systemsCertificatesAreTrusted();
     void slowAnswersEnd();
-    void connectionsThatBreakAreNotUsedForASecondTry();
+    void connectionsAreUsedWhileTheyAreFresh();
     void requestsOverlapUpToALimit();
     void closing();
 };

@@ -3,8 +3,6 @@
 #include <QDir>
 #include <QProcess>
 
-#include <csignal>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -97,6 +95,20 @@ private slots:
         QCOMPARE(rowsShown(other.path()), u"Number of Rows: 2"_s);
         writeTo(other.filePath(u"Documents/zandulist.txt"_s), row.repeated(20'000));
         QCOMPARE(rowsShown(other.path()), u"Number of Rows: 20000"_s);
+    }
+
+    void endsOrderlyWhenTheSystemSaysSo()
+    {
+        QProcess process;
+        process.setWorkingDirectory(u"/proc"_s); // where nobody can make a file
+        start(process);
+        QVERIFY(!lineOf(process, "Number of Rows:").isEmpty());
+        const QString folder = QFile::symLinkTarget(u"/proc/%1/cwd"_s.arg(process.processId()));
+        QCOMPARE(folder, home.filePath(u"Documents"_s)); // a home for the whiteboard's picture
+        process.terminate();
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(process.exitCode(), 0);
     }
 
     void outlivesTheReaderOfItsLines()

@@ -1,6 +1,7 @@
 #include "support/HttpsServer.h"
 
-#include <QFile>
+#include "support/ScratchHome.h"
+
 #include <QProcess>
 #include <QSslKey>
 #include <QSslServer>
@@ -12,14 +13,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("%s: %s", qPrintable(path), qPrintable(file.errorString()));
-    return file.readAll();
-}
 
 QSslConfiguration selfSigned(const QTemporaryDir &folder)
 {
@@ -89,7 +82,7 @@ void HttpsServer::receive(QSslSocket &socket, QByteArray &bytes)
     const qsizetype headSize = bytes.indexOf("\r\n\r\n");
     if (headSize < 0 || bytes.size() < headSize + 4 + bodySize(bytes.first(headSize)))
         return;
-    const Request request{bytes.first(headSize), bytes.sliced(headSize + 4)};
+    const Request request{bytes.first(headSize), bytes.sliced(headSize + 4), socket.peerPort()};
     bytes.clear(); // clients wait for the answer before they send more
     {
         const QMutexLocker lock(&mutex);

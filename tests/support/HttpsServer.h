@@ -19,6 +19,7 @@ public:
     {
         QByteArray head; ///< up to the empty line
         QByteArray body;
+        quint16 clientPort; ///< of the connection it came on
     };
     struct Answer
     {

@@ -8,10 +8,10 @@ class QDate;
 /// A home folder of the tour's own, so that nobody's files and settings are touched or looked at.
 ///
 /// Must be there before the application object: from then on the environment leads here.
-class ScratchHome
+class TourHome
 {
 public:
-    ScratchHome();
+    TourHome();
 
     /// Copies the sample to where the program looks for its task list.
     /// \param today  stands where the sample says @TODAY@

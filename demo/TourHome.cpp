@@ -1,4 +1,4 @@
-#include "ScratchHome.h"
+#include "TourHome.h"
 
 #include "TourFailure.h"
 #include "platform/Folders.h"
@@ -12,7 +12,7 @@
 
 using namespace Qt::StringLiterals;
 
-ScratchHome::ScratchHome()
+TourHome::TourHome()
     : folder(QDir::temp().filePath(u"quorvane-tour-XXXXXX"_s))
 {
     require(folder.isValid(), folder.errorString());
@@ -22,7 +22,7 @@ ScratchHome::ScratchHome()
     qputenv("XDG_DATA_HOME", QFile::encodeName(folder.filePath(u".local/share"_s)));
 }
 
-void ScratchHome::placeTaskList(const QString &samplePath, QDate today) const
+void TourHome::placeTaskList(const QString &samplePath, QDate today) const
 {
     QFile sample(samplePath);
     const bool found = sample.open(QIODevice::ReadOnly);
@@ -39,12 +39,12 @@ void ScratchHome::placeTaskList(const QString &samplePath, QDate today) const
     require(copied, list.fileName() + u": "_s + list.errorString());
 }
 
-QString ScratchHome::taskListPath() const
+QString TourHome::taskListPath() const
 {
     return folders::documents() + u"/zandulist.txt"_s;
 }
 
-int ScratchHome::divertStandardOutput() const
+int TourHome::divertStandardOutput() const
 {
     const int kept = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     const QByteArray path = QFile::encodeName(folder.filePath(u"diagnostics.txt"_s));
@@ -55,7 +55,7 @@ int ScratchHome::divertStandardOutput() const
     return kept;
 }
 
-QString ScratchHome::keep()
+QString TourHome::keep()
 {
     folder.setAutoRemove(false);
     return folder.path();

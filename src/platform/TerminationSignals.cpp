@@ -1,0 +1,45 @@
+#include "platform/TerminationSignals.h"
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+
+#include <cerrno>
+#include <csignal>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+namespace {
+
+int received = -1; // counts the signals; the only thing that a handler touches
+
+void count(int)
+{
+    const int error = errno; // of what the signal has interrupted
+    const quint64 one = 1;
+    [[maybe_unused]] const ssize_t size = ::write(received, &one, sizeof one);
+    errno = error;
+}
+
+} // namespace
+
+void terminationSignals::quitOnThem()
+{
+    received = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    if (received < 0)
+        return;
+    auto *notifier = new QSocketNotifier(received, QSocketNotifier::Read, qApp);
+    QObject::connect(notifier, &QSocketNotifier::activated, notifier, [notifier] {
+        notifier->setEnabled(false);
+        QCoreApplication::quit();
+    });
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        struct sigaction present = {};
+        ::sigaction(signal, nullptr, &present);
+        if (present.sa_handler == SIG_IGN) // whoever started the program wants it so
+            continue;
+        struct sigaction wanted = {};
+        wanted.sa_handler = count;
+        wanted.sa_flags = SA_RESTART | SA_RESETHAND;
+        ::sigaction(signal, &wanted, nullptr);
+    }
+}
