@@ -28,6 +28,8 @@ struct task
     qint64 startMin = 0;       ///< 0…59
     qint64 endHour = 0;        ///< 0…23
     qint64 endMin = 0;         ///< 0…59
+
+    bool operator==(const task &) const = default;
 };
 
 /// A task as the lists hold it. The lists are copied, filtered and sorted all the time and tasks seldom

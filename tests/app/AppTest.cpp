@@ -4,7 +4,6 @@
 #include "support/Dialogs.h"
 #include "support/TestProgram.h"
 
-#include <QDateTimeEdit>
 #include <QDir>
 #include <QTimer>
 
@@ -15,28 +14,24 @@ class AppTest : public QObject
     Q_OBJECT
 
 private slots:
-    void firstLine_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<QString>("measures");
-        QTest::newRow("no line feed") << u"häuser"_s << u"häuser"_s << u"Index Truncate: 7 End Index: 7"_s;
-        QTest::newRow("two lines") << u"ä\nb\nc"_s << u"ä..."_s << u"Index Truncate: 2 End Index: 6"_s;
-        QTest::newRow("ends in a line feed") << u"a\n"_s << u"a..."_s << u"Index Truncate: 1 End Index: 2"_s;
-        QTest::newRow("only a line feed") << u"\n"_s << u"..."_s << u"Index Truncate: 0 End Index: 1"_s;
-        QTest::newRow("carriage return and line feed")
-            << u"a\r\nb"_s << u"a\r\nb"_s << u"Index Truncate: 4 End Index: 4"_s;
-        QTest::newRow("both kinds") << u"a\r\nb\nc"_s << u"a\r\nb..."_s
-                                    << u"Index Truncate: 4 End Index: 6"_s;
-    }
+    void initTestCase() { QCoreApplication::addLibraryPath(u"" BINARY_DIR "/bin/" MODULE_PATH ""_s); }
+
     void firstLine()
     {
-        QFETCH(const QString, text);
-        QFETCH(const QString, line);
-        QFETCH(const QString, measures);
-        CapturedOutput output;
-        QCOMPARE(util().truncateAtLineBreak(text), line);
-        QVERIFY(output.takeLines().join(u'\n').startsWith(measures));
+        struct Case
+        {
+            QString text, line, measures;
+        };
+        for (const auto &[text, line, measures] : std::initializer_list<Case>{
+                 {u"häuser"_s, u"häuser"_s, u"Index Truncate: 7 End Index: 7"_s},
+                 {u"ä\nb\nc"_s, u"ä..."_s, u"Index Truncate: 2 End Index: 6"_s},
+                 {u"a\n"_s, u"a..."_s, u"Index Truncate: 1 End Index: 2"_s},
+                 {u"a\r\nb"_s, u"a\r\nb"_s, u"Index Truncate: 4 End Index: 4"_s},
+                 {u"a\r\nb\nc"_s, u"a\r\nb..."_s, u"Index Truncate: 4 End Index: 6"_s}}) {
+            CapturedOutput output;
+            QCOMPARE(util().truncateAtLineBreak(text), line);
+            QCOMPARE(output.takeLines().join(u'\n'), measures + u'\n' + line);
+        }
     }
 
     void twelveHourTimes()
@@ -69,17 +64,6 @@ private slots:
         QCOMPARE(output.takeLines(), QStringList({u"ASCENDING"_s, u"SAME"_s, u"DESCENDING"_s}));
     }
 
-    void timePickers()
-    {
-        QDateTimeEdit picker;
-        for (const QTime time : {QTime(0, 0), QTime(8, 5), QTime(23, 59)}) {
-            util().setTime(picker, time.hour(), time.minute());
-            QCOMPARE(util().getHour(picker), time.hour());
-            QCOMPARE(util().getMinute(picker), time.minute());
-        }
-        QCOMPARE(picker.date(), picker.minimumDate());
-    }
-
     void questionsAndMessages()
     {
         for (const QString &answer : {u"Yes"_s, u"No"_s}) {
@@ -95,12 +79,6 @@ private slots:
         QTimer::singleShot(0, qApp,
                            [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
         QVERIFY(!util().askYesNo(u"Really?"_s, QString()));
-
-        AlertAnswer alert(u"OK"_s);
-        alertMessage(nullptr, u"Task already closed"_s);
-        QCOMPARE(alert.informativeText, u"Task already closed"_s);
-        QCOMPARE(alert.buttons, QStringList(u"OK"_s));
-        QVERIFY(alert.isWarning);
     }
 
     void soundIsOptional()
@@ -130,10 +108,6 @@ private slots:
     }
 };
 
-int main(int argc, char **argv)
-{
-    QCoreApplication::addLibraryPath(u"" BINARY_DIR "/bin/" MODULE_PATH ""_s);
-    return runTests<AppTest>(argc, argv);
-}
+static const TestClass<AppTest> registered;
 
 #include "AppTest.moc"

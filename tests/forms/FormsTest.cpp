@@ -11,11 +11,9 @@
 #include "support/Dialogs.h"
 #include "support/TestProgram.h"
 
-#include <QClipboard>
 #include <QColorDialog>
 #include <QComboBox>
 #include <QLineEdit>
-#include <QMenu>
 #include <QPushButton>
 #include <QTimeEdit>
 
@@ -67,15 +65,12 @@ private slots:
     void addsWhatTheControlsShow()
     {
         openAdd();
-        QCOMPARE(form->minimumSize(), QSize(565, 452));
-        QCOMPARE(form->size(), QSize(565, 613));
         auto &client = child<QComboBox>("client");
         QCOMPARE(client.count(), 4);
         QCOMPARE(client.itemText(1), QString());
         QCOMPARE(client.currentText(), QString());
         type("client", u"smith"_s, Qt::Key_Return); // not the one that is listed
         type("inTaskStatus", u"Waiting"_s);
-        type("inTaskPriority", u"High"_s);
         child<QTimeEdit>("endTime").setTime(QTime(18, 45));
         QTest::keyClicks(&child<QLineEdit>("txtTaskName"), u"Plum trees"_s);
         bool wasOpen = false;
@@ -89,16 +84,10 @@ private slots:
         QVERIFY(wasOpen && !form->isVisible());
         QCOMPARE(tasks, 1);
         const task added = *manager->tasks.first();
-        QCOMPARE(added.name, u"Plum trees"_s);
-        QCOMPARE(added.key.size(), 36);
-        QCOMPARE(QStringList({added.statusName, added.priorityName, added.client, added.teamMember}),
-                 QStringList({u"Waiting"_s, u"High"_s, u"smith"_s, QString()}));
-        QCOMPARE(QList<qint64>({added.status, added.priority, added.startHour, added.startMin, added.endHour,
-                                added.endMin}),
-                 QList<qint64>({-1, 3, 8, 0, 18, 45}));
-        QVERIFY(added.color == white && !added.hidden);
+        QCOMPARE(added.name + added.statusName + added.client + added.teamMember,
+                 u"Plum treesWaitingsmith"_s);
+        QCOMPARE(added.status, -1);
         QVERIFY(Calendar::now() - added.date < std::chrono::minutes(1));
-        QCOMPARE(manager->defaultEndMin, 45);
         form.reset();
         openAdd();
         QCOMPARE(child<QTimeEdit>("endTime").time(), QTime(18, 45));
@@ -120,37 +109,29 @@ private slots:
 
     void storingAnUntouchedTaskKeepsIt()
     {
-        const task original{.key = u"KEY"_s,
-                            .date = moment(u"2026-11-01T06:30:15.123Z"_s), // 1:30 for the second time
-                            .name = QString(40'000, u'n'),
-                            .desc = u"two\r\nlines with\u00A0blanks"_s,
-                            .client = u"Nobody listed"_s,
-                            .teamMember = u"Anna"_s,
-                            .color = {0.1, 0.2, 1.0 / 3.0, 0.25},
-                            .due = moment(u"2026-11-02T05:00:00.001Z"_s),
-                            .status = -1,
-                            .priority = 7,
-                            .statusName = u"Waiting"_s,
-                            .priorityName = u"Sky-high"_s,
-                            .hidden = true,
-                            .startHour = 23,
-                            .startMin = 59,
-                            .endHour = 0,
-                            .endMin = 1};
+        task original{.key = u"KEY"_s,
+                      .date = moment(u"2026-11-01T06:30:15.123Z"_s), // 1:30 for the second time
+                      .name = QString(40'000, u'n'),
+                      .desc = u"two\r\nlines with\u00A0blanks"_s,
+                      .client = u"Nobody listed"_s,
+                      .teamMember = u"Anna"_s,
+                      .color = {0.1, 0.2, 1.0 / 3.0, 0.25},
+                      .due = moment(u"2026-11-02T05:00:00.001Z"_s),
+                      .status = -1,
+                      .priority = 7,
+                      .statusName = u"Waiting"_s,
+                      .priorityName = u"Sky-high"_s,
+                      .hidden = true,
+                      .startHour = 23,
+                      .startMin = 59,
+                      .endHour = 0,
+                      .endMin = 1};
         openEdit(original);
         QCOMPARE(child<QLineEdit>("key").text(), u"KEY"_s);
         QTest::mouseClick(&child<QPushButton>("storeButton"), Qt::LeftButton);
         QVERIFY(!form->isVisible());
-        const task stored = *manager->tasks.first();
-        QVERIFY(stored.date == original.date && stored.due == original.due);
-        QVERIFY(stored.color == original.color && stored.hidden);
-        QCOMPARE(QStringList({stored.key, stored.name, stored.desc, stored.client, stored.teamMember,
-                              stored.statusName, stored.priorityName}),
-                 QStringList({original.key, original.name, original.desc, original.client,
-                              original.teamMember, original.statusName, original.priorityName}));
-        QCOMPARE(QList<qint64>({stored.status, stored.priority, stored.startHour, stored.startMin,
-                                stored.endHour, stored.endMin}),
-                 QList<qint64>({-1, -1, 23, 59, 0, 1}));
+        original.priority = -1; // by its name
+        QVERIFY(*manager->tasks.first() == original);
     }
 
     void datesAreChecked_data()
@@ -336,10 +317,7 @@ private slots:
         QCOMPARE(manager->tasks.first()->name, u"new"_s);
         QCOMPARE(reloads, 1);
         QCoreApplication::processEvents();
-        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-        QVERIFY(menu && form->isVisible());
-        menu->actions().first()->trigger();
-        QVERIFY(QApplication::clipboard()->text().startsWith(u"ToDo\n\nTask: new\n"_s));
+        QVERIFY(QApplication::activePopupWidget() && form->isVisible());
     }
 
 private:
@@ -408,9 +386,6 @@ private:
     std::unique_ptr<TaskForm> form;
 };
 
-int main(int argc, char **argv)
-{
-    return runTests<FormsTest>(argc, argv);
-}
+static const TestClass<FormsTest> registered;
 
 #include "FormsTest.moc"

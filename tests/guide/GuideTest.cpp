@@ -101,9 +101,6 @@ private:
     const QUrl guide{u"qrc:/guide/index.html"_s};
 };
 
-int main(int argc, char **argv)
-{
-    return runTests<GuideTest>(argc, argv);
-}
+static const TestClass<GuideTest> registered;
 
 #include "GuideTest.moc"

@@ -45,18 +45,6 @@ class HouseTest : public QObject
     Q_OBJECT
 
 private slots:
-    void risingIncludesAreFound()
-    {
-        const QString source =
-            u"#include \"app/UIUtil.h\"\n #  include \"model/task.h\"\n#include \"platform/Color.h\"\n"_s;
-        QCOMPARE(risingIncludes(u"platform"_s, source), QStringList({u"app"_s, u"model"_s}));
-        QCOMPARE(risingIncludes(u"model"_s, source), QStringList());
-        const QString neighbours =
-            u"#include \"contacts/x.h\"\n#include <cloud/x.h>\n#include \"../tools/x.h\"\n"_s;
-        QCOMPARE(risingIncludes(u"forms"_s, neighbours), QStringList({u"cloud"_s, u"tools"_s}));
-        QCOMPARE(risingIncludes(u"tools"_s, neighbours), QStringList({u"contacts"_s, u"cloud"_s}));
-    }
-
     void includesRunDownOnly()
     {
         qsizetype read = 0;

@@ -1,10 +1,21 @@
-#include "ViewControllerTest.h"
-
+#include "mainwindow/ViewController.h"
+#include "cloud/CloudSync.h"
+#include "cloud/TaskRecord.h"
 #include "contacts/Contact.h"
+#include "mainwindow/Screens.h"
 #include "messaging/MessagingSettings.h"
+#include "messaging/ScheduleRuns.h"
 #include "messaging/ViewControllerSending.h"
+#include "model/TaskManager.h"
+#include "platform/ColorWell.h"
+#include "platform/MainThreadQueue.h"
+#include "platform/NotificationCenter.h"
+#include "platform/Preferences.h"
+#include "platform/SqlCloudContainer.h"
+#include "support/CapturedOutput.h"
 #include "support/Dialogs.h"
 #include "support/ScratchHome.h"
+#include "support/TestProgram.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -14,7 +25,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>
-#include <QTest>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QToolButton>
 
@@ -32,347 +43,372 @@ QByteArray row(const char *key, int day, int status = 0, bool hidden = false)
 
 } // namespace
 
-void ViewControllerTest::init()
+class ViewControllerTest : public QObject
 {
-    home = std::make_unique<QTemporaryDir>();
-    writeTo(home->filePath(u"zandulist.txt"_s),
-            row("c", 3) + row("a", 1) + row("H", 2, 0, true) + row("b", 2, 1));
-    output = std::make_unique<CapturedOutput>();
-    open();
-}
+    Q_OBJECT
 
-void ViewControllerTest::open()
-{
-    closeAll();
-    notices = std::make_unique<NotificationCenter>();
-    systemNotices = std::make_unique<NotificationCenter>();
-    manager = std::make_unique<TaskManager>(preferences);
-    screens = std::make_unique<Screens>(
-        TaskFormServices{*manager, *notices, *systemNotices, colorPanel, home->filePath(u"data"_s)},
-        scheduleRuns, Screens::Folders{home->path(), home->path()});
-    container = std::make_unique<SqlCloudContainer>(
-        CloudHome::read(home->filePath(u"cloud.ini"_s), home->filePath(u"data"_s)), taskRecordType());
-    cloudAnswers = std::make_unique<MainThreadQueue>();
-    cloud = std::make_unique<CloudSync>(*manager, *notices, *container, *cloudAnswers);
-    window = std::make_unique<ViewController>(*manager, *notices, *systemNotices, *screens, *cloud,
-                                              home->path(), home->filePath(u"state"_s));
-    window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
-    table = window->findChild<QTableView *>(u"tblView"_s);
-}
+private slots:
+    void init()
+    {
+        home = std::make_unique<QTemporaryDir>();
+        writeTo(home->filePath(u"zandulist.txt"_s),
+                row("c", 3) + row("a", 1) + row("H", 2, 0, true) + row("b", 2, 1));
+        output = std::make_unique<CapturedOutput>();
+        open();
+    }
 
-void ViewControllerTest::closeAll()
-{
-    window.reset();
-    container.reset(); // what it still answers goes to the queue
-    cloudAnswers.reset();
-}
+    void cleanup()
+    {
+        closeAll();
+        output.reset();
+        Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, std::nullopt);
+    }
 
-void ViewControllerTest::cleanup()
-{
-    closeAll();
-    output.reset();
-    Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, std::nullopt);
-}
+    void startsSortedByDate()
+    {
+        QCOMPARE(rows(), u"abc"_s);
+        QCOMPARE(enabledButtons(), QString());
+        QCOMPARE(window->minimumSize(), QSize(1040, 430));
+        QVERIFY(output->takeLines().contains(u"Dark Mode: false"_s));
+        QCOMPARE(fileContent().at(2), '3'); // sorting does not write
+        chooseView(6);
+        QCOMPARE(rows(), u"aHbc"_s);
+        chooseView(3);
+        QCOMPARE(rows(), u"H"_s);
+        QTest::keyClick(window.get(), Qt::Key_3, Qt::ControlModifier);
+        QCOMPARE(rows(), u"b"_s);
+        QVERIFY(output->takeLines().contains(u"Change View 2"_s));
+    }
 
-QToolButton *ViewControllerTest::button(const char *name) const
-{
-    return window->findChild<QToolButton *>(QString::fromLatin1(name) + u"Button"_s);
-}
-
-QString ViewControllerTest::enabledButtons() const
-{
-    QStringList enabled;
-    for (const char *name : {"edit", "delete", "hide", "share", "close", "clone", "upper", "downer"})
-        if (button(name)->isEnabled())
-            enabled.append(QString::fromLatin1(name));
-    return enabled.join(u' ');
-}
-
-QString ViewControllerTest::rows() const
-{
-    QString keys;
-    for (int shown = 0; shown < table->model()->rowCount(); ++shown)
-        keys += table->model()->index(shown, int(TaskColumn::Key)).data().toString().at(0);
-    return keys;
-}
-
-void ViewControllerTest::selectRow(int shown)
-{
-    const QRect cell = table->visualRect(table->model()->index(shown, 3));
-    QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, cell.center());
-}
-
-void ViewControllerTest::chooseView(int view)
-{
-    auto *chooser = window->findChild<QComboBox *>(u"viewSelection"_s);
-    chooser->setFocus();
-    QTest::keyClick(chooser, Qt::Key_Home);
-    for (int step = 0; step < view; ++step)
-        QTest::keyClick(chooser, Qt::Key_Down);
-}
-
-QByteArray ViewControllerTest::fileContent() const
-{
-    return contentOf(home->filePath(u"zandulist.txt"_s));
-}
-
-void ViewControllerTest::startsSortedByDate()
-{
-    QCOMPARE(rows(), u"abc"_s);
-    QCOMPARE(enabledButtons(), QString());
-    QCOMPARE(window->minimumSize(), QSize(1040, 430));
-    QVERIFY(output->takeLines().contains(u"Dark Mode: false"_s));
-    QCOMPARE(fileContent().at(2), '3'); // sorting does not write
-    chooseView(6);
-    QCOMPARE(rows(), u"aHbc"_s);
-    chooseView(3);
-    QCOMPARE(rows(), u"H"_s);
-    QTest::keyClick(window.get(), Qt::Key_3, Qt::ControlModifier);
-    QCOMPARE(rows(), u"b"_s);
-    QVERIFY(output->takeLines().contains(u"Change View 2"_s));
-}
-
-void ViewControllerTest::buttonsFollowTheSelection()
-{
-    output->takeLines();
-    selectRow(1);
-    QCOMPARE(manager->selectedTask().key, u"b"_s);
-    QCOMPARE(enabledButtons(), u"edit delete hide share close clone upper downer"_s);
-    QCOMPARE(output->takeLines().filter(QRegularExpression(u"^(Sel|Ind|Hid|b$|Row: 1$)"_s)).first(7),
-             QStringList({u"Selection changed"_s, u"Selected Row: 1"_s, u"b"_s, u"Index: 2"_s,
-                          u"Selected: 2"_s, u"Hidden: false"_s, u"Row: 1"_s}));
-    QCOMPARE(button("hide")->toolTip(), u"HIDE"_s);
-    const QRect cell = table->visualRect(table->model()->index(1, 3));
-    QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::ControlModifier, cell.center());
-    QCOMPARE(manager->selected, 2); // the commands stay with the task last selected
-    QCOMPARE(enabledButtons(), u"edit delete hide share close clone upper downer"_s);
-}
-
-void ViewControllerTest::commandsWithoutATask()
-{
-    const QByteArray before = fileContent();
-    selectRow(0);
-    const auto press = [this](const char *name) {
-        const AlertAnswer alert(u"OK"_s);
-        QTest::mouseClick(button(name), Qt::LeftButton);
-        return alert.informativeText;
-    };
-    QCOMPARE(press("upper"), u"Change to Global-All View to order Tasks."_s);
-    QCOMPARE(press("downer"), u"Change to the Global-All View to order Tasks."_s);
-    manager->selected = -1;
-    output->takeLines();
-    window->hideClicked(nullptr);
-    QCOMPARE(output->takeLines(), QStringList(u"-1"_s));
-    QCOMPARE(press("upper"), u"Change to Global-All View to order Tasks."_s);
-    chooseView(6);
-    QCOMPARE(press("upper"), u"Select a Task."_s);
-    QCOMPARE(press("downer"), u"Select a Task."_s);
-    QCOMPARE(fileContent(), before);
-}
-
-void ViewControllerTest::sortingKeepsTheSelectedTask()
-{
-    QHeaderView *header = table->horizontalHeader();
-    const auto clickHeader = [header](TaskColumn column) {
-        const QPoint place(header->sectionViewportPosition(int(column)) + 20, header->height() / 2);
-        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, place);
-    };
-    selectRow(0);
-    output->takeLines();
-    clickHeader(TaskColumn::Name);
-    QVERIFY(output->takeLines().contains(u"Sorting: NameCellID ascending"_s));
-    clickHeader(TaskColumn::Name);
-    QCOMPARE(rows(), u"cba"_s);
-    QCOMPARE(manager->selectedTask().key, u"a"_s);
-    QCOMPARE(table->selectionModel()->selectedRows().value(0).row(), 2);
-    QTest::mouseClick(button("close"), Qt::LeftButton);
-    QVERIFY(fileContent().contains(row("a", 1, 1)));
-    // With no row highlighted the remembered task is still the same one.
-    clickHeader(TaskColumn::Name);
-    QCOMPARE(manager->selectedTask().key, u"a"_s);
-}
-
-void ViewControllerTest::searchesAsTheUserTypes()
-{
-    auto *field = window->findChild<QLineEdit *>(u"searchField"_s);
-    selectRow(0);
-    QTest::keyClick(window.get(), Qt::Key_F, Qt::ControlModifier);
-    QVERIFY(field->hasFocus());
-    QTest::keyClicks(field, u"TASK B"_s);
-    QCOMPARE(rows(), u"b"_s);
-    QCOMPARE(enabledButtons(), u"edit delete hide share close clone upper downer"_s); // as they were
-    chooseView(1);
-    QCOMPARE(rows(), QString());
-    chooseView(0);
-    selectRow(0);
-    QTest::mouseClick(button("hide"), Qt::LeftButton);
-    QCOMPARE(rows(), QString());
-    QCOMPARE(fileContent().count('^'), 4);
-    field->setFocus();
-    QTest::keyClick(field, Qt::Key_Escape);
-    QCOMPARE(rows(), u"ac"_s);
-    QVERIFY(!manager->isSearching);
-    QVERIFY(fileContent().contains(row("b", 2, 1, true)));
-}
-
-void ViewControllerTest::doubleClickEditsTheTask()
-{
-    const auto doubleClick = [&](QPoint position) {
+    void buttonsFollowTheSelection()
+    {
         output->takeLines();
-        QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, position);
-        return output->takeLines().filter(u"ouble"_s);
-    };
-    QCOMPARE(doubleClick(table->viewport()->rect().bottomLeft() + QPoint(5, -5)),
-             QStringList({u"Double Click"_s, u"doubleClickOnResultRow  -1"_s}));
-    QVERIFY(!QApplication::activeModalWidget());
-    selectRow(2);
-    QCOMPARE(doubleClick(table->visualRect(table->model()->index(2, 3)).center()),
-             QStringList({u"Double Click"_s, u"doubleClickOnResultRow  2"_s}));
-    QWidget *form = QApplication::activeModalWidget();
-    QVERIFY(form);
-    QCOMPARE(form->findChild<QLineEdit *>(u"key"_s)->text(), u"c"_s);
-    form->findChild<QLineEdit *>(u"txtTaskName"_s)->setText(u"changed"_s);
-    QTest::mouseClick(form->findChild<QPushButton *>(u"storeButton"_s), Qt::LeftButton);
-    QVERIFY(fileContent().contains("|changed|"));
-    QCOMPARE(enabledButtons(), u"upper downer"_s);
-    QCoreApplication::processEvents(); // the form goes away
-    // The share button sends when it is pressed, and its menu opens after that.
-    selectRow(0);
-    QTest::mousePress(button("share"), Qt::LeftButton);
-    QVERIFY(!QApplication::activePopupWidget());
-    QCoreApplication::processEvents();
-    QWidget *menu = QApplication::activePopupWidget();
-    QVERIFY(menu);
-    menu->close();
-    QVERIFY(!button("share")->isDown());
-}
+        selectRow(1);
+        QCOMPARE(manager->selectedTask().key, u"b"_s);
+        QCOMPARE(enabledButtons(), u"edit delete hide share close clone upper downer"_s);
+        QCOMPARE(output->takeLines().filter(QRegularExpression(u"^(Sel|Ind|Hid|b$|Row: 1$)"_s)).first(7),
+                 QStringList({u"Selection changed"_s, u"Selected Row: 1"_s, u"b"_s, u"Index: 2"_s,
+                              u"Selected: 2"_s, u"Hidden: false"_s, u"Row: 1"_s}));
+        QCOMPARE(button("hide")->toolTip(), u"HIDE"_s);
+        const QRect cell = table->visualRect(table->model()->index(1, 3));
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::ControlModifier, cell.center());
+        QCOMPARE(manager->selected, 2); // the commands stay with the task last selected
+        QCOMPARE(enabledButtons(), u"edit delete hide share close clone upper downer"_s);
+    }
 
-void ViewControllerTest::addsDuringASearch()
-{
-    window->findChild<QLineEdit *>(u"searchField"_s)->setText(u"plum"_s);
-    QCOMPARE(rows(), QString());
-    window->findChild<QAction *>(u"actionAdd"_s)->trigger();
-    auto *form = window->findChild<QDialog *>();
-    auto *name = form->findChild<QLineEdit *>(u"txtTaskName"_s);
-    name->setText(u"Plums"_s);
-    window->findChild<QAction *>(u"actionAdd"_s)->trigger(); // raises the form that is open
-    QCOMPARE(window->findChildren<QDialog *>().size(), 1);
-    QTest::keyClick(name, Qt::Key_Return);
-    QCOMPARE(table->model()->rowCount(), 1);
-    QCOMPARE(fileContent().count('^'), 5);
-}
-
-void ViewControllerTest::deletesOnlyWhenConfirmed()
-{
-    const QByteArray before = fileContent();
-    window->findChild<QLineEdit *>(u"searchField"_s)->setText(u"task"_s);
-    selectRow(1);
+    void commandsWithoutATask()
     {
-        const AlertAnswer answer(u"No"_s);
+        const QByteArray before = fileContent();
+        selectRow(0);
+        const auto press = [this](const char *name) {
+            const AlertAnswer alert(u"OK"_s);
+            QTest::mouseClick(button(name), Qt::LeftButton);
+            return alert.informativeText;
+        };
+        QCOMPARE(press("upper"), u"Change to Global-All View to order Tasks."_s);
+        QCOMPARE(press("downer"), u"Change to the Global-All View to order Tasks."_s);
+        manager->selected = -1;
+        output->takeLines();
+        window->hideClicked(nullptr);
+        QCOMPARE(output->takeLines(), QStringList(u"-1"_s));
+        QCOMPARE(press("upper"), u"Change to Global-All View to order Tasks."_s);
+        chooseView(6);
+        QCOMPARE(press("upper"), u"Select a Task."_s);
+        QCOMPARE(press("downer"), u"Select a Task."_s);
+        QCOMPARE(fileContent(), before);
+    }
+
+    void sortingKeepsTheSelectedTask()
+    {
+        QHeaderView *header = table->horizontalHeader();
+        const auto clickHeader = [header](TaskColumn column) {
+            const QPoint place(header->sectionViewportPosition(int(column)) + 20, header->height() / 2);
+            QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, place);
+        };
+        selectRow(0);
+        output->takeLines();
+        clickHeader(TaskColumn::Name);
+        QVERIFY(output->takeLines().contains(u"Sorting: NameCellID ascending"_s));
+        clickHeader(TaskColumn::Name);
+        QCOMPARE(rows(), u"cba"_s);
+        QCOMPARE(manager->selectedTask().key, u"a"_s);
+        QCOMPARE(table->selectionModel()->selectedRows().value(0).row(), 2);
+        QTest::mouseClick(button("close"), Qt::LeftButton);
+        QVERIFY(fileContent().contains(row("a", 1, 1)));
+        // With no row highlighted the remembered task is still the same one.
+        clickHeader(TaskColumn::Name);
+        QCOMPARE(manager->selectedTask().key, u"a"_s);
+    }
+
+    void searchesAsTheUserTypes()
+    {
+        auto *field = window->findChild<QLineEdit *>(u"searchField"_s);
+        selectRow(0);
+        QTest::keyClick(window.get(), Qt::Key_F, Qt::ControlModifier);
+        QVERIFY(field->hasFocus());
+        QTest::keyClicks(field, u"TASK B"_s);
+        QCOMPARE(rows(), u"b"_s);
+        QCOMPARE(enabledButtons(), u"edit delete hide share close clone upper downer"_s); // as they were
+        chooseView(1);
+        QCOMPARE(rows(), QString());
+        chooseView(0);
+        selectRow(0);
+        QTest::mouseClick(button("hide"), Qt::LeftButton);
+        QCOMPARE(rows(), QString());
+        QCOMPARE(fileContent().count('^'), 4);
+        field->setFocus();
+        QTest::keyClick(field, Qt::Key_Escape);
+        QCOMPARE(rows(), u"ac"_s);
+        QVERIFY(!manager->isSearching);
+        QVERIFY(fileContent().contains(row("b", 2, 1, true)));
+    }
+
+    void doubleClickEditsTheTask()
+    {
+        const auto doubleClick = [&](QPoint position) {
+            output->takeLines();
+            QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, position);
+            return output->takeLines().filter(u"ouble"_s);
+        };
+        QCOMPARE(doubleClick(table->viewport()->rect().bottomLeft() + QPoint(5, -5)),
+                 QStringList({u"Double Click"_s, u"doubleClickOnResultRow  -1"_s}));
+        QVERIFY(!QApplication::activeModalWidget());
+        selectRow(2);
+        QCOMPARE(doubleClick(table->visualRect(table->model()->index(2, 3)).center()),
+                 QStringList({u"Double Click"_s, u"doubleClickOnResultRow  2"_s}));
+        QWidget *form = QApplication::activeModalWidget();
+        QVERIFY(form);
+        QCOMPARE(form->findChild<QLineEdit *>(u"key"_s)->text(), u"c"_s);
+        form->findChild<QLineEdit *>(u"txtTaskName"_s)->setText(u"changed"_s);
+        QTest::mouseClick(form->findChild<QPushButton *>(u"storeButton"_s), Qt::LeftButton);
+        QVERIFY(fileContent().contains("|changed|"));
+        QCOMPARE(enabledButtons(), u"upper downer"_s);
+        QCoreApplication::processEvents(); // the form goes away
+        // The share button sends when it is pressed, and its menu opens after that.
+        selectRow(0);
+        QTest::mousePress(button("share"), Qt::LeftButton);
+        QVERIFY(!QApplication::activePopupWidget());
+        QCoreApplication::processEvents();
+        QWidget *menu = QApplication::activePopupWidget();
+        QVERIFY(menu);
+        menu->close();
+        QVERIFY(!button("share")->isDown());
+    }
+
+    void addsDuringASearch()
+    {
+        window->findChild<QLineEdit *>(u"searchField"_s)->setText(u"plum"_s);
+        QCOMPARE(rows(), QString());
+        window->findChild<QAction *>(u"actionAdd"_s)->trigger();
+        auto *form = window->findChild<QDialog *>();
+        auto *name = form->findChild<QLineEdit *>(u"txtTaskName"_s);
+        name->setText(u"Plums"_s);
+        window->findChild<QAction *>(u"actionAdd"_s)->trigger(); // raises the form that is open
+        QCOMPARE(window->findChildren<QDialog *>().size(), 1);
+        QTest::keyClick(name, Qt::Key_Return);
+        QCOMPARE(table->model()->rowCount(), 1);
+        QCOMPARE(fileContent().count('^'), 5);
+    }
+
+    void deletesOnlyWhenConfirmed()
+    {
+        const QByteArray before = fileContent();
+        window->findChild<QLineEdit *>(u"searchField"_s)->setText(u"task"_s);
+        selectRow(1);
+        {
+            const AlertAnswer answer(u"No"_s);
+            QTest::mouseClick(button("delete"), Qt::LeftButton);
+            QCOMPARE(answer.text,
+                     u"The task will be deleted locally as well as from the Cloud if present. Are you "
+                     "sure you want to delete ?"_s);
+            QCOMPARE(answer.informativeText, u"task b"_s);
+        }
+        QCOMPARE(rows(), u"abc"_s);
+        QCOMPARE(enabledButtons(), u"upper downer"_s);
+        QCOMPARE(fileContent().count('^'), before.count('^'));
+        selectRow(1);
+        output->takeLines();
+        // While the question is open, a merge selects another task.
+        QTimer::singleShot(0, window.get(), [&] { manager->selected = 0; });
+        const AlertAnswer answer(u"Yes"_s);
         QTest::mouseClick(button("delete"), Qt::LeftButton);
-        QCOMPARE(answer.text,
-                 u"The task will be deleted locally as well as from the Cloud if present. Are you "
-                 "sure you want to delete ?"_s);
-        QCOMPARE(answer.informativeText, u"task b"_s);
+        QVERIFY(output->takeLines().contains(u"Tasks: 4"_s)); // the hits, before they are searched again
+        QCOMPARE(rows(), u"ac"_s);
+        QVERIFY(!fileContent().contains("|task b|") && fileContent().count('^') == 3);
     }
-    QCOMPARE(rows(), u"abc"_s);
-    QCOMPARE(enabledButtons(), u"upper downer"_s);
-    QCOMPARE(fileContent().count('^'), before.count('^'));
-    selectRow(1);
-    output->takeLines();
-    // While the question is open, a merge selects another task.
-    QTimer::singleShot(0, window.get(), [&] { manager->selected = 0; });
-    const AlertAnswer answer(u"Yes"_s);
-    QTest::mouseClick(button("delete"), Qt::LeftButton);
-    QVERIFY(output->takeLines().contains(u"Tasks: 4"_s)); // the hits, before they are searched again
-    QCOMPARE(rows(), u"ac"_s);
-    QVERIFY(!fileContent().contains("|task b|") && fileContent().count('^') == 3);
-}
 
-void ViewControllerTest::copiesToAndFromTheCloud()
-{
-    const auto trigger = [&](const char *action, const QString &button) {
-        auto answer = std::make_unique<AlertAnswer>(button);
-        window->findChild<QAction *>(QString::fromLatin1(action))->trigger();
-        return answer;
-    };
-    QCOMPARE(trigger("actionCopyToCloud", u"OK"_s)->informativeText, u"Sync to iCloud succesfully!"_s);
-    QVERIFY(container->finish(std::chrono::seconds(30), *cloudAnswers));
-    const SharedTask kept = manager->tasks[3];
-    manager->tasks = {kept};
-    notices->post(notice::reload);
-    QCOMPARE(trigger("actionUpdateFromCloud", u"No"_s)->text, u"Do you want to update from the Cloud?"_s);
-    QVERIFY(!output->takeLines().contains(u"Ok Pressed!"_s));
-    QVERIFY(trigger("actionUpdateFromCloud", u"Yes"_s)->wasShown());
-    const AlertAnswer done(u"OK"_s); // a second later
-    auto *status = window->findChild<QLabel *>(u"statusMessageLabel"_s);
-    QVERIFY(QTest::qWaitFor([&] { return status->text() == u"----iCloud:Update Complete!----"; }));
-    QCOMPARE(manager->tasks.size(), 4);
-    QCOMPARE(fileContent().count('^'), 4);
-    QVERIFY(!done.wasShown());
-    QVERIFY(QTest::qWaitFor([&] { return done.wasShown(); }));
-    QCOMPARE(done.informativeText, u"Sync from iCloud succesfully!"_s);
-}
-
-void ViewControllerTest::sendingScreenComesBackDuringARun()
-{
-    preferences.setText(messagingKey::secret, u"s"_s);
-    preferences.setText(messagingKey::accountId, u"a"_s);
-    preferences.setText(messagingKey::sendingPhoneNo, u"1"_s);
-    preferences.setBoolean(messagingKey::notifications, true);
-    preferences.setInteger(messagingKey::delay, 3'600'000);
+    void copiesToAndFromTheCloud()
     {
-        PersistentContainer store(contactModel(), home->filePath(u"data"_s));
-        store.loadPersistentStores();
-        Clients(store.viewContext()).setValue(Contact::Name, u"Ann"_s);
-        store.viewContext().save();
+        const auto trigger = [&](const char *action, const QString &button) {
+            auto answer = std::make_unique<AlertAnswer>(button);
+            window->findChild<QAction *>(QString::fromLatin1(action))->trigger();
+            return answer;
+        };
+        QCOMPARE(trigger("actionCopyToCloud", u"OK"_s)->informativeText, u"Sync to iCloud succesfully!"_s);
+        QVERIFY(container->finish(std::chrono::seconds(30), *cloudAnswers));
+        const SharedTask kept = manager->tasks[3];
+        manager->tasks = {kept};
+        notices->post(notice::reload);
+        QCOMPARE(trigger("actionUpdateFromCloud", u"No"_s)->text, u"Do you want to update from the Cloud?"_s);
+        QVERIFY(!output->takeLines().contains(u"Ok Pressed!"_s));
+        QVERIFY(trigger("actionUpdateFromCloud", u"Yes"_s)->wasShown());
+        const AlertAnswer done(u"OK"_s); // a second later
+        auto *status = window->findChild<QLabel *>(u"statusMessageLabel"_s);
+        QVERIFY(QTest::qWaitFor([&] { return status->text() == u"----iCloud:Update Complete!----"; }));
+        QCOMPARE(manager->tasks.size(), 4);
+        QCOMPARE(fileContent().count('^'), 4);
+        QVERIFY(!done.wasShown());
+        QVERIFY(QTest::qWaitFor([&] { return done.wasShown(); }));
+        QCOMPARE(done.informativeText, u"Sync from iCloud succesfully!"_s);
     }
-    manager->tasks = {task{.date = Calendar::now(), .client = u"Ann"_s}, task{.date = Calendar::now()}};
-    const auto open = [this] {
-        window->findChild<QAction *>(u"actionMessages"_s)->trigger();
-        return window->findChild<ViewControllerSending *>();
-    };
-    const QPointer<ViewControllerSending> screen = open();
-    QCOMPARE(open(), screen);
-    const auto *send = screen->findChild<QPushButton *>(u"sendMsgClients"_s);
-    QVERIFY(send->isEnabled());
-    screen->findChild<QCheckBox *>(u"allClients"_s)->click();
-    screen->SendScheduleToClients(nullptr);
-    screen->close();
-    QTest::qWait(0);
-    QCOMPARE(open(), screen);
-    QVERIFY(!send->isEnabled()); // although messages could be sent
-    screen->close();
-    scheduleRuns.stop();
-}
 
-void ViewControllerTest::noticesReloadAndWrite()
-{
-    selectRow(0);
-    manager->addTask(u"n"_s, {}, u"new"_s, {}, {}, {}, 0, 0, {}, {}, false, 0, 0, 0, 0, {}, {});
-    notices->post(notice::reload);
-    QCOMPARE(rows(), u"abcn"_s);
-    QCOMPARE(enabledButtons(), u"upper downer"_s);
-    QVERIFY(fileContent().contains("|new|"));
-    manager->lastMessage = u"----iCloud:Update Complete!----"_s;
-    notices->post(notice::update);
-    QCOMPARE(window->findChild<QLabel *>(u"statusMessageLabel"_s)->text(), manager->lastMessage);
-}
+    void sendingScreenComesBackDuringARun()
+    {
+        preferences.setText(messagingKey::secret, u"s"_s);
+        preferences.setText(messagingKey::accountId, u"a"_s);
+        preferences.setText(messagingKey::sendingPhoneNo, u"1"_s);
+        preferences.setBoolean(messagingKey::notifications, true);
+        preferences.setInteger(messagingKey::delay, 3'600'000);
+        {
+            PersistentContainer store(contactModel(), home->filePath(u"data"_s));
+            store.loadPersistentStores();
+            Clients(store.viewContext()).setValue(Contact::Name, u"Ann"_s);
+            store.viewContext().save();
+        }
+        manager->tasks = {task{.date = Calendar::now(), .client = u"Ann"_s}, task{.date = Calendar::now()}};
+        const auto open = [this] {
+            window->findChild<QAction *>(u"actionMessages"_s)->trigger();
+            return window->findChild<ViewControllerSending *>();
+        };
+        const QPointer<ViewControllerSending> screen = open();
+        QCOMPARE(open(), screen);
+        const auto *send = screen->findChild<QPushButton *>(u"sendMsgClients"_s);
+        QVERIFY(send->isEnabled());
+        screen->findChild<QCheckBox *>(u"allClients"_s)->click();
+        screen->SendScheduleToClients(nullptr);
+        screen->close();
+        QTest::qWait(0);
+        QCOMPARE(open(), screen);
+        QVERIFY(!send->isEnabled()); // although messages could be sent
+        screen->close();
+        scheduleRuns.stop();
+    }
 
-void ViewControllerTest::appearanceReloadsTheList()
-{
-    const QByteArray before = fileContent();
-    selectRow(0);
-    output->takeLines();
-    Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, u"Dark"_s);
-    systemNotices->post(notice::appearanceChanged);
-    QCOMPARE(output->takeLines().constFirst(), u"Dark mode change"_s);
-    QCOMPARE(rows(), u"cab"_s); // the file's order
-    QCOMPARE(enabledButtons(), u"upper downer"_s);
-    QCOMPARE(manager->selectedTask().key, u"a"_s);
-    const QColor painted = table->grab().toImage().pixelColor(table->viewport()->mapTo(
-        table, table->visualRect(table->model()->index(0, 8)).topLeft() + QPoint(2, 2)));
-    QCOMPARE(painted, QColor(0, 0, 51));
-    QCOMPARE(fileContent(), before);
-}
+    void noticesReloadAndWrite()
+    {
+        selectRow(0);
+        manager->addTask(u"n"_s, {}, u"new"_s, {}, {}, {}, 0, 0, {}, {}, false, 0, 0, 0, 0, {}, {});
+        notices->post(notice::reload);
+        QCOMPARE(rows(), u"abcn"_s);
+        QCOMPARE(enabledButtons(), u"upper downer"_s);
+        QVERIFY(fileContent().contains("|new|"));
+        manager->lastMessage = u"----iCloud:Update Complete!----"_s;
+        notices->post(notice::update);
+        QCOMPARE(window->findChild<QLabel *>(u"statusMessageLabel"_s)->text(), manager->lastMessage);
+    }
+
+    void appearanceReloadsTheList()
+    {
+        const QByteArray before = fileContent();
+        selectRow(0);
+        output->takeLines();
+        Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, u"Dark"_s);
+        systemNotices->post(notice::appearanceChanged);
+        QCOMPARE(output->takeLines().constFirst(), u"Dark mode change"_s);
+        QCOMPARE(rows(), u"cab"_s); // the file's order
+        QCOMPARE(enabledButtons(), u"upper downer"_s);
+        QCOMPARE(manager->selectedTask().key, u"a"_s);
+        const QColor painted = table->grab().toImage().pixelColor(table->viewport()->mapTo(
+            table, table->visualRect(table->model()->index(0, 8)).topLeft() + QPoint(2, 2)));
+        QCOMPARE(painted, QColor(0, 0, 51));
+        QCOMPARE(fileContent(), before);
+    }
+
+private:
+    void open()
+    {
+        closeAll();
+        notices = std::make_unique<NotificationCenter>();
+        systemNotices = std::make_unique<NotificationCenter>();
+        manager = std::make_unique<TaskManager>(preferences);
+        screens = std::make_unique<Screens>(
+            TaskFormServices{*manager, *notices, *systemNotices, colorPanel, home->filePath(u"data"_s)},
+            scheduleRuns, Screens::Folders{home->path(), home->path()});
+        container = std::make_unique<SqlCloudContainer>(
+            CloudHome::read(home->filePath(u"cloud.ini"_s), home->filePath(u"data"_s)), taskRecordType());
+        cloudAnswers = std::make_unique<MainThreadQueue>();
+        cloud = std::make_unique<CloudSync>(*manager, *notices, *container, *cloudAnswers);
+        window = std::make_unique<ViewController>(*manager, *notices, *systemNotices, *screens, *cloud,
+                                                  home->path(), home->filePath(u"state"_s));
+        window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        table = window->findChild<QTableView *>(u"tblView"_s);
+    }
+
+    void closeAll()
+    {
+        window.reset();
+        container.reset(); // what it still answers goes to the queue
+        cloudAnswers.reset();
+    }
+
+    QToolButton *button(const char *name) const
+    {
+        return window->findChild<QToolButton *>(QString::fromLatin1(name) + u"Button"_s);
+    }
+
+    QString enabledButtons() const
+    {
+        QStringList enabled;
+        for (const char *name : {"edit", "delete", "hide", "share", "close", "clone", "upper", "downer"})
+            if (button(name)->isEnabled())
+                enabled.append(QString::fromLatin1(name));
+        return enabled.join(u' ');
+    }
+
+    QString rows() const
+    {
+        QString keys;
+        for (int shown = 0; shown < table->model()->rowCount(); ++shown)
+            keys += table->model()->index(shown, int(TaskColumn::Key)).data().toString().at(0);
+        return keys;
+    }
+
+    void selectRow(int shown)
+    {
+        const QRect cell = table->visualRect(table->model()->index(shown, 3));
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, cell.center());
+    }
+
+    void chooseView(int view)
+    {
+        auto *chooser = window->findChild<QComboBox *>(u"viewSelection"_s);
+        chooser->setFocus();
+        QTest::keyClick(chooser, Qt::Key_Home);
+        for (int step = 0; step < view; ++step)
+            QTest::keyClick(chooser, Qt::Key_Down);
+    }
+
+    QByteArray fileContent() const { return contentOf(home->filePath(u"zandulist.txt"_s)); }
+
+    std::unique_ptr<QTemporaryDir> home;
+    QTemporaryDir preferencesFolder;
+    Preferences preferences{preferencesFolder.filePath(QStringLiteral("preferences.ini"))};
+    std::unique_ptr<NotificationCenter> notices;
+    std::unique_ptr<NotificationCenter> systemNotices;
+    std::unique_ptr<TaskManager> manager;
+    ColorPanel colorPanel;
+    ScheduleRuns scheduleRuns{preferences,
+                              {.host = QStringLiteral("127.0.0.1"), .port = 1}}; // where nobody listens
+    std::unique_ptr<Screens> screens;
+    std::unique_ptr<MainThreadQueue> cloudAnswers;
+    std::unique_ptr<SqlCloudContainer> container;
+    std::unique_ptr<CloudSync> cloud;
+    std::unique_ptr<ViewController> window;
+    std::unique_ptr<CapturedOutput> output;
+    QTableView *table = nullptr;
+};
+
+static const TestClass<ViewControllerTest> registered;
+
+#include "ViewControllerTest.moc"

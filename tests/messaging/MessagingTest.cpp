@@ -1,15 +1,13 @@
-#include "MessagingTest.h"
-
 #include "messaging/MessagingSettings.h"
 #include "messaging/ScheduleText.h"
 #include "messaging/ViewControllerSettings.h"
 #include "platform/Preferences.h"
+#include "support/TestProgram.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -34,117 +32,127 @@ const Preferences noPreferences(u"/nonexistent/preferences.ini"_s);
 
 } // namespace
 
-void MessagingTest::settingsAreKept()
+class MessagingTest : public QObject
 {
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(u"config/preferences.ini"_s);
+    Q_OBJECT
+
+private slots:
+    void settingsAreKept()
     {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(u"config/preferences.ini"_s);
+        {
+            Preferences preferences(path);
+            ViewControllerSettings screen(preferences);
+            screen.show();
+            QCOMPARE(field(screen, "delayMS").text(), u"0"_s);
+            QCOMPARE(field(screen, "passPhrase").echoMode(), QLineEdit::Password);
+            for (const char *name : {"secureID", "passPhrase", "sendingPhoneNo", "messageTitle",
+                                     "testPhoneNo", "messageFooter"}) {
+                QCOMPARE(field(screen, name).text(), QString());
+                field(screen, name).setText(QString::fromLatin1(name) + u" a, b; @x \"ü\" = % \\ "_s);
+            }
+            field(screen, "delayMS").setText(u"  -5 ms"_s);
+            screen.findChild<QCheckBox *>(u"sendSMS"_s)->setChecked(true);
+            click(screen, "saveButton");
+            QVERIFY(!screen.isVisible());
+            screen.show(); // filled anew
+            click(screen, "resetButton");
+            QCOMPARE(field(screen, "passPhrase").text() + field(screen, "delayMS").text(), u"0"_s);
+            screen.close();
+        }
+        QCOMPARE(QFile::permissions(path) & ~(QFile::ReadUser | QFile::WriteUser),
+                 QFile::ReadOwner | QFile::WriteOwner);
         Preferences preferences(path);
+        const QString kept = u" a, b; @x \"ü\" = % \\ "_s;
+        QCOMPARE(preferences.text(u"twilioSID"_s), u"secureID"_s + kept);
+        QCOMPARE(preferences.text(u"twillioSecret"_s), u"passPhrase"_s + kept);
+        QCOMPARE(preferences.text(u"twillioMessageFooter"_s), u"messageFooter"_s + kept);
+        QVERIFY(preferences.boolean(u"twillioNotifications"_s));
+        QVERIFY(!preferences.boolean(u"twillioOverwrite"_s));
+        QCOMPARE(preferences.integer(u"twillioDelay"_s), -5);
         ViewControllerSettings screen(preferences);
         screen.show();
-        QCOMPARE(field(screen, "delayMS").text(), u"0"_s);
-        QCOMPARE(field(screen, "passPhrase").echoMode(), QLineEdit::Password);
-        for (const char *name :
-             {"secureID", "passPhrase", "sendingPhoneNo", "messageTitle", "testPhoneNo", "messageFooter"}) {
-            QCOMPARE(field(screen, name).text(), QString());
-            field(screen, name).setText(QString::fromLatin1(name) + u" a, b; @x \"ü\" = % \\ "_s);
+        QCOMPARE(field(screen, "testPhoneNo").text(), u"testPhoneNo"_s + kept);
+        QCOMPARE(field(screen, "delayMS").text(), u"-5"_s);
+        for (const auto &[text, number] : {std::pair(u"x"_s, 0), {u"99999999999999999999"_s, 2147483647}}) {
+            field(screen, "delayMS").setText(text);
+            screen.setSettings(nullptr);
+            QCOMPARE(preferences.integer(u"twillioDelay"_s), number);
         }
-        field(screen, "delayMS").setText(u"  -5 ms"_s);
-        screen.findChild<QCheckBox *>(u"sendSMS"_s)->setChecked(true);
-        click(screen, "saveButton");
-        QVERIFY(!screen.isVisible());
-        screen.show(); // filled anew
-        click(screen, "resetButton");
-        QCOMPARE(field(screen, "passPhrase").text() + field(screen, "delayMS").text(), u"0"_s);
-        screen.close();
     }
-    QCOMPARE(QFile::permissions(path) & ~(QFile::ReadUser | QFile::WriteUser),
-             QFile::ReadOwner | QFile::WriteOwner);
-    Preferences preferences(path);
-    const QString kept = u" a, b; @x \"ü\" = % \\ "_s;
-    QCOMPARE(preferences.text(u"twilioSID"_s), u"secureID"_s + kept);
-    QCOMPARE(preferences.text(u"twillioSecret"_s), u"passPhrase"_s + kept);
-    QCOMPARE(preferences.text(u"twillioMessageFooter"_s), u"messageFooter"_s + kept);
-    QVERIFY(preferences.boolean(u"twillioNotifications"_s));
-    QVERIFY(!preferences.boolean(u"twillioOverwrite"_s));
-    QCOMPARE(preferences.integer(u"twillioDelay"_s), -5);
-    ViewControllerSettings screen(preferences);
-    screen.show();
-    QCOMPARE(field(screen, "testPhoneNo").text(), u"testPhoneNo"_s + kept);
-    QCOMPARE(field(screen, "delayMS").text(), u"-5"_s);
-    for (const auto &[text, number] : {std::pair(u"x"_s, 0), {u"99999999999999999999"_s, 2147483647}}) {
-        field(screen, "delayMS").setText(text);
-        screen.setSettings(nullptr);
-        QCOMPARE(preferences.integer(u"twillioDelay"_s), number);
+
+    void tasksOfARecipient_data()
+    {
+        QTest::addColumn<QString>("client");
+        QTest::addColumn<int>("day");
+        QTest::addColumn<bool>("matches");
+        QTest::newRow("first day") << u"ann"_s << 6 << true;
+        QTest::newRow("last day") << u"Ann"_s << 8 << true;
+        QTest::newRow("before") << u"ann"_s << 5 << false;
+        QTest::newRow("after") << u"ann"_s << 9 << false;
+        QTest::newRow("somebody else") << u"anna"_s << 7 << false;
+        QTest::newRow("not trimmed") << u"ann "_s << 7 << false;
     }
-}
 
-void MessagingTest::tasksOfARecipient_data()
-{
-    QTest::addColumn<QString>("client");
-    QTest::addColumn<int>("day");
-    QTest::addColumn<bool>("matches");
-    QTest::newRow("first day") << u"ann"_s << 6 << true;
-    QTest::newRow("last day") << u"Ann"_s << 8 << true;
-    QTest::newRow("before") << u"ann"_s << 5 << false;
-    QTest::newRow("after") << u"ann"_s << 9 << false;
-    QTest::newRow("somebody else") << u"anna"_s << 7 << false;
-    QTest::newRow("not trimmed") << u"ann "_s << 7 << false;
-}
+    void tasksOfARecipient()
+    {
+        QFETCH(QString, client);
+        QFETCH(int, day);
+        QFETCH(bool, matches);
+        const ScheduleText text(RecipientKind::Client, noon(6) + std::chrono::hours(5),
+                                noon(8) - std::chrono::hours(5), noPreferences);
+        const task entry{.date = noon(day), .client = client, .teamMember = u"x"_s, .due = noon(7)};
+        const ScheduledTask candidate = tasksForSchedules(RecipientKind::Client, {entry}).front();
+        QCOMPARE(text.matches(u"ANN"_s.toLower(), candidate), matches);
+        QCOMPARE(text.wouldMatch(u"ann"_s, candidate), matches);
+        QVERIFY(!text.matches({}, candidate));
+    }
 
-void MessagingTest::tasksOfARecipient()
-{
-    QFETCH(QString, client);
-    QFETCH(int, day);
-    QFETCH(bool, matches);
-    const ScheduleText text(RecipientKind::Client, noon(6) + std::chrono::hours(5),
-                            noon(8) - std::chrono::hours(5), noPreferences);
-    const task entry{.date = noon(day), .client = client, .teamMember = u"x"_s, .due = noon(7)};
-    const ScheduledTask candidate = tasksForSchedules(RecipientKind::Client, {entry}).front();
-    QCOMPARE(text.matches(u"ANN"_s.toLower(), candidate), matches);
-    QCOMPARE(text.wouldMatch(u"ann"_s, candidate), matches);
-    QVERIFY(!text.matches({}, candidate));
-}
+    void namesBeyondAsciiAndEmptyOnes()
+    {
+        const auto named = [](const QString &name) {
+            return tasksForSchedules(RecipientKind::TeamMember, {task{.date = noon(6), .teamMember = name}})
+                .front();
+        };
+        const ScheduleText text(RecipientKind::TeamMember, noon(6), noon(6), noPreferences);
+        QVERIFY(text.matches(u"Ärzte σοφια"_s.toLower(), named(u"ÄRZTE ΣΟΦΙΑ"_s)));
+        QVERIFY(text.matches(u""_s, named({})));
+        QVERIFY(!text.matches(std::nullopt, named({})));
+        const ScheduleText reversed(RecipientKind::TeamMember, noon(7), noon(5), noPreferences);
+        QVERIFY(!reversed.matches(u""_s, named({})));
+    }
 
-void MessagingTest::namesBeyondAsciiAndEmptyOnes()
-{
-    const auto named = [](const QString &name) {
-        return tasksForSchedules(RecipientKind::TeamMember, {task{.date = noon(6), .teamMember = name}})
-            .front();
-    };
-    const ScheduleText text(RecipientKind::TeamMember, noon(6), noon(6), noPreferences);
-    QVERIFY(text.matches(u"Ärzte σοφια"_s.toLower(), named(u"ÄRZTE ΣΟΦΙΑ"_s)));
-    QVERIFY(text.matches(u""_s, named({})));
-    QVERIFY(!text.matches(std::nullopt, named({})));
-    const ScheduleText reversed(RecipientKind::TeamMember, noon(7), noon(5), noPreferences);
-    QVERIFY(!reversed.matches(u""_s, named({})));
-}
+    void messageTexts()
+    {
+        const QTemporaryDir folder;
+        Preferences settings(folder.filePath(u"preferences.ini"_s));
+        const task entry{.date = noon(6),
+                         .name = u"Mow & rake"_s,
+                         .client = u"ann"_s,
+                         .teamMember = u"Bob"_s,
+                         .due = noon(8),
+                         .startHour = 0,
+                         .startMin = 5,
+                         .endHour = 17,
+                         .endMin = 30};
+        const ScheduleText forClients(RecipientKind::Client, noon(6), noon(30), settings);
+        QCOMPARE(forClients.header(entry), u"\nClient Schedule: ann\n11/6/26-11/30/26\n\r"_s);
+        QCOMPARE(forClients.footer(), QString());
+        settings.setText(messagingKey::messageTitle, u"Hello!"_s);
+        settings.setText(messagingKey::messageFooter, u"Bye."_s);
+        const ScheduleText forTeam(RecipientKind::TeamMember, noon(6), noon(30), settings);
+        QCOMPARE(forTeam.header(entry), u"Hello!\nTeam Member Schedule: Bob\n11/6/26-11/30/26\n\r"_s);
+        QCOMPARE(forTeam.taskMessage(entry), u"11/6/26 12:05AM-11/8/26 05:30PM Mow & rake-ann"_s);
+        QCOMPARE(forClients.taskMessage(entry), u"11/6/26 12:05AM-11/8/26 05:30PM Mow & rake-Bob"_s);
+        QCOMPARE(forClients.footer(), u"Bye."_s);
+        const auto sorted = tasksForSchedules(RecipientKind::Client, {task{.key = u"c"_s, .date = noon(7)},
+                                                                      task{.key = u"a"_s, .date = noon(6)},
+                                                                      task{.key = u"b"_s, .date = noon(6)}});
+        QCOMPARE(sorted[0].entry->key + sorted[1].entry->key + sorted[2].entry->key, u"abc"_s);
+    }
+};
 
-void MessagingTest::messageTexts()
-{
-    const QTemporaryDir folder;
-    Preferences settings(folder.filePath(u"preferences.ini"_s));
-    const task entry{.date = noon(6),
-                     .name = u"Mow & rake"_s,
-                     .client = u"ann"_s,
-                     .teamMember = u"Bob"_s,
-                     .due = noon(8),
-                     .startHour = 0,
-                     .startMin = 5,
-                     .endHour = 17,
-                     .endMin = 30};
-    const ScheduleText forClients(RecipientKind::Client, noon(6), noon(30), settings);
-    QCOMPARE(forClients.header(entry), u"\nClient Schedule: ann\n11/6/26-11/30/26\n\r"_s);
-    QCOMPARE(forClients.footer(), QString());
-    settings.setText(messagingKey::messageTitle, u"Hello!"_s);
-    settings.setText(messagingKey::messageFooter, u"Bye."_s);
-    const ScheduleText forTeam(RecipientKind::TeamMember, noon(6), noon(30), settings);
-    QCOMPARE(forTeam.header(entry), u"Hello!\nTeam Member Schedule: Bob\n11/6/26-11/30/26\n\r"_s);
-    QCOMPARE(forTeam.taskMessage(entry), u"11/6/26 12:05AM-11/8/26 05:30PM Mow & rake-ann"_s);
-    QCOMPARE(forClients.taskMessage(entry), u"11/6/26 12:05AM-11/8/26 05:30PM Mow & rake-Bob"_s);
-    QCOMPARE(forClients.footer(), u"Bye."_s);
-    const auto sorted = tasksForSchedules(RecipientKind::Client, {task{.key = u"c"_s, .date = noon(7)},
-                                                                  task{.key = u"a"_s, .date = noon(6)},
-                                                                  task{.key = u"b"_s, .date = noon(6)}});
-    QCOMPARE(sorted[0].entry->key + sorted[1].entry->key + sorted[2].entry->key, u"abc"_s);
-}
+static const TestClass<MessagingTest> registered;
+
+#include "MessagingTest.moc"

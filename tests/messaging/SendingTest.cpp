@@ -1,5 +1,3 @@
-#include "SendingTest.h"
-
 #include "Account.h"
 #include "contacts/Contact.h"
 #include "messaging/ScheduleRuns.h"
@@ -8,6 +6,7 @@
 #include "platform/DatePicker.h"
 #include "platform/ProgressIndicator.h"
 #include "support/CapturedOutput.h"
+#include "support/TestProgram.h"
 
 #include <QCheckBox>
 #include <QDeadlineTimer>
@@ -18,7 +17,6 @@
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTableView>
-#include <QTest>
 
 #include <chrono>
 
@@ -137,275 +135,288 @@ QStringList workerLines(QStringList lines)
 
 } // namespace
 
-void SendingTest::buttonsNeedAnAccount_data()
+class SendingTest : public QObject
 {
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("isEnabled");
-    QTest::newRow("all set") << messagingKey::messageFooter << u""_s << true;
-    QTest::newRow("no messages") << messagingKey::notifications << u"false"_s << false;
-    for (const QString &key : {messagingKey::secret, messagingKey::accountId, messagingKey::sendingPhoneNo})
-        QTest::newRow(qPrintable(key)) << key << u""_s << false;
-}
+    Q_OBJECT
 
-void SendingTest::buttonsNeedAnAccount()
-{
-    QFETCH(QString, key);
-    QFETCH(QString, text);
-    QFETCH(bool, isEnabled);
-    Office office;
-    office.account.preferences.setText(key, text);
-    QVERIFY(office.child<QPushButton>("sendMsgClients").isEnabled()); // asked only when the screen appears
-    office.screen->close();
-    office.screen->show();
-    QCOMPARE(office.child<QPushButton>("sendMsgClients").isEnabled(), isEnabled);
-    QCOMPARE(office.child<QPushButton>("sendMsgTeamMembers").isEnabled(), isEnabled);
-}
-
-void SendingTest::selectsAllOrNone()
-{
-    const Office office;
-    auto &box = office.child<QCheckBox>("allClients");
-    auto &selection = *office.child<QTableView>("clientsTable").selectionModel();
-    CapturedOutput output;
-    box.click();
-    QCOMPARE(selection.selectedRows().size(), 4);
-    QVERIFY(!office.child<QTableView>("teamMembers").selectionModel()->hasSelection());
-    box.click();
-    QVERIFY(!selection.hasSelection());
-    QCOMPARE(output.takeLines(), QStringList({u"1"_s, u"0"_s}));
-    office.select("clientsTable", {0, 1, 2, 3});
-    QVERIFY(box.isChecked());
-}
-
-void SendingTest::sendsSchedulesInTheOrderOfTheRows()
-{
-    Office office;
-    office.account.preferences.setText(messagingKey::messageFooter, u"Bye."_s);
-    office.manager.startSearch(u"Other"_s); // every task takes part all the same
-    office.select("clientsTable", {2, 3, 0, 1});
-    CapturedOutput output;
-    office.press("sendMsgClients");
-    QVERIFY(!office.child<QPushButton>("sendMsgClients").isEnabled());
-    QVERIFY(!office.child<QPushButton>("sendMsgTeamMembers").isEnabled());
-    QVERIFY(office.child<ProgressIndicator>("progressBar").isAnimated());
-    QCOMPARE(office.child<ProgressIndicator>("progressBar").maximum(), 16);
-    QCOMPARE(office.info(), u"Sending..."_s);
-    const auto scheduleOfAnn = [](const QString &number) {
-        return QStringList{number + u"\nClient Schedule: ann\n11/6/26-11/8/26\n\r"_s,
-                           number + u"11/6/26 09:00AM-11/6/26 05:30PM Early-"_s,
-                           number + u"11/8/26 09:00AM-11/8/26 05:30PM Late-Bob"_s, number + u"Bye."_s};
-    };
-    QStringList schedules = scheduleOfAnn(u"+1: "_s) +
-                            QStringList{u": \nClient Schedule: zoë\n11/6/26-11/8/26\n\r"_s,
-                                        u": 11/7/26 09:00AM-11/7/26 05:30PM Other-bob"_s, u": Bye."_s} +
-                            scheduleOfAnn(u"+3: "_s);
-    QStringList messages = office.received(); // in any order, since they go out on several connections
-    messages.sort();
-    schedules.sort();
-    QCOMPARE(messages, schedules);
-    const QStringList names =
-        output.takeLines().filter(QRegularExpression(u"^row value: (nil|.*[^\\d]\"\\))$"_s));
-    QCOMPARE(names,
-             QStringList({u"row value: Optional(\"Ann\")"_s, u"row value: Optional(\"ZOË\")"_s,
-                          u"row value: nil"_s, u"row value: Optional(\"ann\")"_s, u"row value: nil"_s}));
-    QVERIFY(office.child<QPushButton>("sendMsgClients").isEnabled());
-    QVERIFY(!office.child<ProgressIndicator>("progressBar").isAnimated());
-    QCOMPARE(office.child<ProgressIndicator>("progressBar").value(), 16);
-    QCOMPARE(office.info(), u"Steps Performed:16 Schedules Sent:5"_s);
-}
-
-void SendingTest::linesOfARun_data()
-{
-    QTest::addColumn<QByteArray>("table");
-    QTest::addColumn<QByteArray>("button");
-    QTest::addColumn<QStringList>("lines");
-    const QStringList sending{u"Start Message"_s, u"Start Message"_s};
-    const QStringList times{u"Hour: 9  Min: 0"_s, u"Hour: 17  Min: 30"_s};
-    QTest::newRow("clients") << "clientsTable"_ba
-                             << "sendMsgClients"_ba
-                             << QStringList{u"row value: Optional(\"ZOË\")"_s,
-                                            u"row value: nil"_s,
-                                            u"Sending messages ..."_s,
-                                            u"Sending step: 1"_s,
-                                            u"Sending step: 2"_s,
-                                            u"ASCENDING"_s,
-                                            u"ASCENDING"_s,
-                                            u"Task Found: Other zoë nil"_s} +
-                                    sending + times + sending +
-                                    QStringList{u"Sending step: 3"_s, u"Sending step: 4"_s};
-    QTest::newRow("team members") << "teamMembers"_ba
-                                  << "sendMsgTeamMembers"_ba
-                                  << QStringList{u"----NoOfSchedules1: 0 ----"_s,
-                                                 u"----NoOfSchedules4: 0 ----"_s,
-                                                 u"row value: Optional(\"Bob\")"_s,
-                                                 u"row value: Optional(\"+5\")"_s,
-                                                 u"Sending step: 1"_s,
-                                                 u"----NoOfSchedules5: 0 ----"_s,
-                                                 u"Sending step: 2"_s,
-                                                 u"----NoOfSchedules5: 0 ----"_s,
-                                                 u"SAME"_s,
-                                                 u"SAME"_s,
-                                                 u"Task Found: Other bob Optional(\"+5\")"_s} +
-                                         sending + QStringList{u"----NoOfSchedules2: 1 ----"_s} + times +
-                                         sending +
-                                         QStringList{u"Sending step: 3"_s, u"----NoOfSchedules5: 1 ----"_s,
-                                                     u"ASCENDING"_s,       u"DESCENDING"_s,
-                                                     u"Sending step: 4"_s, u"----NoOfSchedules5: 1 ----"_s,
-                                                     u"ASCENDING"_s,       u"DESCENDING"_s};
-}
-
-void SendingTest::linesOfARun()
-{
-    QFETCH(QByteArray, table);
-    QFETCH(QByteArray, button);
-    QFETCH(QStringList, lines);
-    Office office;
-    const bool forClients = table == "clientsTable";
-    if (!forClients) {
-        office.child<DatePicker>("startSendDate").setMoment(onDay(7));
-        office.child<DatePicker>("endSendDate").setMoment(onDay(7));
-        office.manager.tasks[1] = job(u"Early"_s, 6, u"ann"_s, u"Bo"_s);
+private slots:
+    void buttonsNeedAnAccount_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("isEnabled");
+        QTest::newRow("all set") << messagingKey::messageFooter << u""_s << true;
+        QTest::newRow("no messages") << messagingKey::notifications << u"false"_s << false;
+        for (const QString &key :
+             {messagingKey::secret, messagingKey::accountId, messagingKey::sendingPhoneNo})
+            QTest::newRow(qPrintable(key)) << key << u""_s << false;
     }
-    CapturedOutput output;
-    office.select(table, {forClients ? 1 : 0});
-    office.press(button);
-    QCOMPARE(office.received().size(), 2);
-    const QStringList all = output.takeLines();
-    QVERIFY(all.contains(u"Max Count: 4"_s));
-    QCOMPARE(all.filter(u"--------------------ASYNC--------------------------:"_s).size(),
-             all.filter(u"Progres Index:"_s).size());
-    QCOMPARE(all.filter(QRegularExpression(u"^----NoOfSchedules3: \\d ----$"_s)).size(), forClients ? 0 : 1);
-    QCOMPARE(workerLines(all), lines);
-}
 
-void SendingTest::runsWithNothingToSend()
-{
-    Office office;
-    office.press("sendMsgClients"); // nobody is selected
-    QTRY_COMPARE(office.info(), u"Steps Performed:1 Schedules Sent:0"_s);
-    office.select("clientsTable", {0, 2});
-    office.child<DatePicker>("endSendDate").setMoment(onDay(5)); // before the first day
-    office.press("sendMsgClients");
-    QTRY_COMPARE(office.info(), u"Steps Performed:8 Schedules Sent:0"_s);
-    office.manager.tasks.clear();
-    office.press("sendMsgClients");
-    QTRY_COMPARE(office.info(), u"Steps Performed:1 Schedules Sent:0"_s);
-    QCOMPARE(office.received(), QStringList());
-}
+    void buttonsNeedAnAccount()
+    {
+        QFETCH(QString, key);
+        QFETCH(QString, text);
+        QFETCH(bool, isEnabled);
+        Office office;
+        office.account.preferences.setText(key, text);
+        QVERIFY(
+            office.child<QPushButton>("sendMsgClients").isEnabled()); // asked only when the screen appears
+        office.screen->close();
+        office.screen->show();
+        QCOMPARE(office.child<QPushButton>("sendMsgClients").isEnabled(), isEnabled);
+        QCOMPARE(office.child<QPushButton>("sendMsgTeamMembers").isEnabled(), isEnabled);
+    }
 
-void SendingTest::endsOnce()
-{
-    Office office;
-    ScheduleRun &run = office.runs.add(
-        {.kind = RecipientKind::Client,
-         .recipients = {},
-         .tasks = {},
-         .text = ScheduleText(RecipientKind::Client, onDay(1), onDay(1), office.account.preferences)});
-    const QSignalSpy finished(&run, &ScheduleRun::finished);
-    const auto threads = [] {
-        return QDir(u"/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
-    };
-    const qsizetype before = threads();
-    run.start();
-    for (const QDeadlineTimer deadline(20s); threads() > before;)
-        QVERIFY(!deadline.hasExpired()); // both are to have ended when the main thread hears of the first
-    QCoreApplication::processEvents();
-    QCOMPARE(finished.size(), 1);
-}
+    void selectsAllOrNone()
+    {
+        const Office office;
+        auto &box = office.child<QCheckBox>("allClients");
+        auto &selection = *office.child<QTableView>("clientsTable").selectionModel();
+        CapturedOutput output;
+        box.click();
+        QCOMPARE(selection.selectedRows().size(), 4);
+        QVERIFY(!office.child<QTableView>("teamMembers").selectionModel()->hasSelection());
+        box.click();
+        QVERIFY(!selection.hasSelection());
+        QCOMPARE(output.takeLines(), QStringList({u"1"_s, u"0"_s}));
+        office.select("clientsTable", {0, 1, 2, 3});
+        QVERIFY(box.isChecked());
+    }
 
-void SendingTest::settingsChangedInTheMiddle()
-{
-    Office office([](Office &self, qsizetype number) {
-        if (number == 1) {
-            self.account.preferences.setText(messagingKey::testPhoneNo, u"+9"_s);
-            self.account.preferences.setBoolean(messagingKey::overwrite, true);
-        } else if (number == 2) {
-            self.account.preferences.setBoolean(messagingKey::notifications, false);
+    void sendsSchedulesInTheOrderOfTheRows()
+    {
+        Office office;
+        office.account.preferences.setText(messagingKey::messageFooter, u"Bye."_s);
+        office.manager.startSearch(u"Other"_s); // every task takes part all the same
+        office.select("clientsTable", {2, 3, 0, 1});
+        CapturedOutput output;
+        office.press("sendMsgClients");
+        QVERIFY(!office.child<QPushButton>("sendMsgClients").isEnabled());
+        QVERIFY(!office.child<QPushButton>("sendMsgTeamMembers").isEnabled());
+        QVERIFY(office.child<ProgressIndicator>("progressBar").isAnimated());
+        QCOMPARE(office.child<ProgressIndicator>("progressBar").maximum(), 16);
+        QCOMPARE(office.info(), u"Sending..."_s);
+        const auto scheduleOfAnn = [](const QString &number) {
+            return QStringList{number + u"\nClient Schedule: ann\n11/6/26-11/8/26\n\r"_s,
+                               number + u"11/6/26 09:00AM-11/6/26 05:30PM Early-"_s,
+                               number + u"11/8/26 09:00AM-11/8/26 05:30PM Late-Bob"_s, number + u"Bye."_s};
+        };
+        QStringList schedules = scheduleOfAnn(u"+1: "_s) +
+                                QStringList{u": \nClient Schedule: zoë\n11/6/26-11/8/26\n\r"_s,
+                                            u": 11/7/26 09:00AM-11/7/26 05:30PM Other-bob"_s, u": Bye."_s} +
+                                scheduleOfAnn(u"+3: "_s);
+        QStringList messages = office.received(); // in any order, since they go out on several connections
+        messages.sort();
+        schedules.sort();
+        QCOMPARE(messages, schedules);
+        const QStringList names =
+            output.takeLines().filter(QRegularExpression(u"^row value: (nil|.*[^\\d]\"\\))$"_s));
+        QCOMPARE(names,
+                 QStringList({u"row value: Optional(\"Ann\")"_s, u"row value: Optional(\"ZOË\")"_s,
+                              u"row value: nil"_s, u"row value: Optional(\"ann\")"_s, u"row value: nil"_s}));
+        QVERIFY(office.child<QPushButton>("sendMsgClients").isEnabled());
+        QVERIFY(!office.child<ProgressIndicator>("progressBar").isAnimated());
+        QCOMPARE(office.child<ProgressIndicator>("progressBar").value(), 16);
+        QCOMPARE(office.info(), u"Steps Performed:16 Schedules Sent:5"_s);
+    }
+
+    void linesOfARun_data()
+    {
+        QTest::addColumn<QByteArray>("table");
+        QTest::addColumn<QByteArray>("button");
+        QTest::addColumn<QStringList>("lines");
+        const QStringList sending{u"Start Message"_s, u"Start Message"_s};
+        const QStringList times{u"Hour: 9  Min: 0"_s, u"Hour: 17  Min: 30"_s};
+        QTest::newRow("clients") << "clientsTable"_ba
+                                 << "sendMsgClients"_ba
+                                 << QStringList{u"row value: Optional(\"ZOË\")"_s,
+                                                u"row value: nil"_s,
+                                                u"Sending messages ..."_s,
+                                                u"Sending step: 1"_s,
+                                                u"Sending step: 2"_s,
+                                                u"ASCENDING"_s,
+                                                u"ASCENDING"_s,
+                                                u"Task Found: Other zoë nil"_s} +
+                                        sending + times + sending +
+                                        QStringList{u"Sending step: 3"_s, u"Sending step: 4"_s};
+        QTest::newRow("team members")
+            << "teamMembers"_ba
+            << "sendMsgTeamMembers"_ba
+            << QStringList{u"----NoOfSchedules1: 0 ----"_s,
+                           u"----NoOfSchedules4: 0 ----"_s,
+                           u"row value: Optional(\"Bob\")"_s,
+                           u"row value: Optional(\"+5\")"_s,
+                           u"Sending step: 1"_s,
+                           u"----NoOfSchedules5: 0 ----"_s,
+                           u"Sending step: 2"_s,
+                           u"----NoOfSchedules5: 0 ----"_s,
+                           u"SAME"_s,
+                           u"SAME"_s,
+                           u"Task Found: Other bob Optional(\"+5\")"_s} +
+                   sending + QStringList{u"----NoOfSchedules2: 1 ----"_s} + times + sending +
+                   QStringList{u"Sending step: 3"_s, u"----NoOfSchedules5: 1 ----"_s,
+                               u"ASCENDING"_s,       u"DESCENDING"_s,
+                               u"Sending step: 4"_s, u"----NoOfSchedules5: 1 ----"_s,
+                               u"ASCENDING"_s,       u"DESCENDING"_s};
+    }
+
+    void linesOfARun()
+    {
+        QFETCH(QByteArray, table);
+        QFETCH(QByteArray, button);
+        QFETCH(QStringList, lines);
+        Office office;
+        const bool forClients = table == "clientsTable";
+        if (!forClients) {
+            office.child<DatePicker>("startSendDate").setMoment(onDay(7));
+            office.child<DatePicker>("endSendDate").setMoment(onDay(7));
+            office.manager.tasks[1] = job(u"Early"_s, 6, u"ann"_s, u"Bo"_s);
         }
-    });
-    office.account.preferences.setInteger(messagingKey::delay, 1500); // the answer comes well before that
-    office.select("clientsTable", {0});
-    office.press("sendMsgClients");
-    const QStringList messages = office.received();
-    QCOMPARE(messages.size(), 2);
-    QVERIFY(messages[0].startsWith(u"+1: "));
-    QVERIFY(messages[1].startsWith(u"+9: "));
-    QCOMPARE(office.info(), u"Steps Performed:4 Schedules Sent:2"_s);
-    QVERIFY(office.child<QPushButton>("sendMsgClients").isEnabled()); // whatever the settings are now
-}
-
-void SendingTest::closingTheScreenDoesNotEndTheRun()
-{
-    Office office;
-    office.account.preferences.setInteger(messagingKey::delay, 50);
-    office.screen->setAttribute(Qt::WA_DeleteOnClose);
-    office.select("clientsTable", {0});
-    office.press("sendMsgClients");
-    const QPointer<ViewControllerSending> screen = office.screen.release();
-    screen->close();
-    QVERIFY(screen);
-    QTRY_VERIFY_WITH_TIMEOUT(!screen, 20'000); // once the run has ended
-    QVERIFY(office.runs.finish(20s));
-    QCOMPARE(office.texts().size(), 3);
-}
-
-void SendingTest::endOfTheProgramEndsTheRun()
-{
-    Office office;
-    office.account.preferences.setText(messagingKey::messageFooter, u"Bye."_s);
-    office.account.preferences.setInteger(messagingKey::delay, 3'600'000);
-    office.select("clientsTable", {0, 1, 2, 3});
-    CapturedOutput output;
-    office.press("sendMsgClients");
-    QTRY_COMPARE_WITH_TIMEOUT(office.texts().size(), 1, 20'000);
-    office.runs.stop();
-    QCOMPARE(output.takeLines().filter(u"Messages not sent"_s), QStringList{u"Messages not sent: 10"_s});
-    QVERIFY(office.runs.finish(20s));
-    QCOMPARE(office.texts().size(), 1);
-}
-
-void SendingTest::runsThatOverlap()
-{
-    Office office;
-    office.account.preferences.setInteger(messagingKey::delay, 20);
-    int ended = 0;
-    for (const RecipientKind kind : {RecipientKind::Client, RecipientKind::TeamMember}) {
-        const bool isClient = kind == RecipientKind::Client;
-        ScheduleRun &run =
-            office.runs.add({.kind = kind,
-                             .recipients = {{isClient ? u"Ann"_s : u"Bob"_s, isClient ? u"+1"_s : u"+5"_s}},
-                             .tasks = tasksForSchedules(kind, office.manager.tasks.first(isClient ? 4 : 3)),
-                             .text = ScheduleText(kind, onDay(1), onDay(30), office.account.preferences)});
-        connect(&run, &ScheduleRun::finished, this, [&ended] { ++ended; });
-        run.start();
+        CapturedOutput output;
+        office.select(table, {forClients ? 1 : 0});
+        office.press(button);
+        QCOMPARE(office.received().size(), 2);
+        const QStringList all = output.takeLines();
+        QVERIFY(all.contains(u"Max Count: 4"_s));
+        QCOMPARE(all.filter(u"--------------------ASYNC--------------------------:"_s).size(),
+                 all.filter(u"Progres Index:"_s).size());
+        QCOMPARE(all.filter(QRegularExpression(u"^----NoOfSchedules3: \\d ----$"_s)).size(),
+                 forClients ? 0 : 1);
+        QCOMPARE(workerLines(all), lines);
     }
-    QTRY_COMPARE_WITH_TIMEOUT(ended, 2,
-                              20'000); // although one counter serves runs of four and of three steps
-    QVERIFY(office.runs.finish(20s));
-    const QStringList messages = office.texts();
-    QCOMPARE(messages.size(), 7);
-    QCOMPARE(QSet<QString>(messages.begin(), messages.end()).size(), 7);
-}
 
-void SendingTest::monitorDoesNotFloodTheMainThread()
-{
-    Office office;
-    office.account.preferences.setInteger(messagingKey::delay, 3'600'000);
-    ScheduleRun &run = office.runs.add(
-        {.kind = RecipientKind::Client,
-         .recipients = {{u"Ann"_s, u"+1"_s}},
-         .tasks = tasksForSchedules(RecipientKind::Client, office.manager.tasks),
-         .text = ScheduleText(RecipientKind::Client, onDay(1), onDay(30), office.account.preferences)});
-    const QSignalSpy progressed(&run, &ScheduleRun::progressed);
-    CapturedOutput output;
-    run.start();
-    const QDeadlineTimer deadline(20s);
-    for (qsizetype polls = 0; polls < 20 && !deadline.hasExpired();)
-        polls += output.takeLines().filter(u"Max Count: 4"_s).size();
-    QVERIFY(!deadline.hasExpired());
-    QCoreApplication::sendPostedEvents(&run, QEvent::MetaCall);
-    QVERIFY2(progressed.size() >= 1 && progressed.size() <= 2,
-             qPrintable(QString::number(progressed.size())));
-    office.runs.stop();
-}
+    void runsWithNothingToSend()
+    {
+        Office office;
+        office.press("sendMsgClients"); // nobody is selected
+        QTRY_COMPARE(office.info(), u"Steps Performed:1 Schedules Sent:0"_s);
+        office.select("clientsTable", {0, 2});
+        office.child<DatePicker>("endSendDate").setMoment(onDay(5)); // before the first day
+        office.press("sendMsgClients");
+        QTRY_COMPARE(office.info(), u"Steps Performed:8 Schedules Sent:0"_s);
+        office.manager.tasks.clear();
+        office.press("sendMsgClients");
+        QTRY_COMPARE(office.info(), u"Steps Performed:1 Schedules Sent:0"_s);
+        QCOMPARE(office.received(), QStringList());
+    }
+
+    void endsOnce()
+    {
+        Office office;
+        ScheduleRun &run = office.runs.add(
+            {.kind = RecipientKind::Client,
+             .recipients = {},
+             .tasks = {},
+             .text = ScheduleText(RecipientKind::Client, onDay(1), onDay(1), office.account.preferences)});
+        const QSignalSpy finished(&run, &ScheduleRun::finished);
+        const auto threads = [] {
+            return QDir(u"/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+        };
+        const qsizetype before = threads();
+        run.start();
+        for (const QDeadlineTimer deadline(20s); threads() > before;)
+            QVERIFY(!deadline.hasExpired()); // both are to have ended when the main thread hears of the first
+        QCoreApplication::processEvents();
+        QCOMPARE(finished.size(), 1);
+    }
+
+    void settingsChangedInTheMiddle()
+    {
+        Office office([](Office &self, qsizetype number) {
+            if (number == 1) {
+                self.account.preferences.setText(messagingKey::testPhoneNo, u"+9"_s);
+                self.account.preferences.setBoolean(messagingKey::overwrite, true);
+            } else if (number == 2) {
+                self.account.preferences.setBoolean(messagingKey::notifications, false);
+            }
+        });
+        office.account.preferences.setInteger(messagingKey::delay, 1500); // the answer comes well before that
+        office.select("clientsTable", {0});
+        office.press("sendMsgClients");
+        const QStringList messages = office.received();
+        QCOMPARE(messages.size(), 2);
+        QVERIFY(messages[0].startsWith(u"+1: "));
+        QVERIFY(messages[1].startsWith(u"+9: "));
+        QCOMPARE(office.info(), u"Steps Performed:4 Schedules Sent:2"_s);
+        QVERIFY(office.child<QPushButton>("sendMsgClients").isEnabled()); // whatever the settings are now
+    }
+
+    void closingTheScreenDoesNotEndTheRun()
+    {
+        Office office;
+        office.account.preferences.setInteger(messagingKey::delay, 50);
+        office.screen->setAttribute(Qt::WA_DeleteOnClose);
+        office.select("clientsTable", {0});
+        office.press("sendMsgClients");
+        const QPointer<ViewControllerSending> screen = office.screen.release();
+        screen->close();
+        QVERIFY(screen);
+        QTRY_VERIFY_WITH_TIMEOUT(!screen, 20'000); // once the run has ended
+        QVERIFY(office.runs.finish(20s));
+        QCOMPARE(office.texts().size(), 3);
+    }
+
+    void endOfTheProgramEndsTheRun()
+    {
+        Office office;
+        office.account.preferences.setText(messagingKey::messageFooter, u"Bye."_s);
+        office.account.preferences.setInteger(messagingKey::delay, 3'600'000);
+        office.select("clientsTable", {0, 1, 2, 3});
+        CapturedOutput output;
+        office.press("sendMsgClients");
+        QTRY_COMPARE_WITH_TIMEOUT(office.texts().size(), 1, 20'000);
+        office.runs.stop();
+        QCOMPARE(output.takeLines().filter(u"Messages not sent"_s), QStringList{u"Messages not sent: 10"_s});
+        QVERIFY(office.runs.finish(20s));
+        QCOMPARE(office.texts().size(), 1);
+    }
+
+    void runsThatOverlap()
+    {
+        Office office;
+        office.account.preferences.setInteger(messagingKey::delay, 20);
+        int ended = 0;
+        for (const RecipientKind kind : {RecipientKind::Client, RecipientKind::TeamMember}) {
+            const bool isClient = kind == RecipientKind::Client;
+            ScheduleRun &run = office.runs.add(
+                {.kind = kind,
+                 .recipients = {{isClient ? u"Ann"_s : u"Bob"_s, isClient ? u"+1"_s : u"+5"_s}},
+                 .tasks = tasksForSchedules(kind, office.manager.tasks.first(isClient ? 4 : 3)),
+                 .text = ScheduleText(kind, onDay(1), onDay(30), office.account.preferences)});
+            connect(&run, &ScheduleRun::finished, this, [&ended] { ++ended; });
+            run.start();
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(ended, 2,
+                                  20'000); // although one counter serves runs of four and of three steps
+        QVERIFY(office.runs.finish(20s));
+        const QStringList messages = office.texts();
+        QCOMPARE(messages.size(), 7);
+        QCOMPARE(QSet<QString>(messages.begin(), messages.end()).size(), 7);
+    }
+
+    void monitorDoesNotFloodTheMainThread()
+    {
+        Office office;
+        office.account.preferences.setInteger(messagingKey::delay, 3'600'000);
+        ScheduleRun &run = office.runs.add(
+            {.kind = RecipientKind::Client,
+             .recipients = {{u"Ann"_s, u"+1"_s}},
+             .tasks = tasksForSchedules(RecipientKind::Client, office.manager.tasks),
+             .text = ScheduleText(RecipientKind::Client, onDay(1), onDay(30), office.account.preferences)});
+        const QSignalSpy progressed(&run, &ScheduleRun::progressed);
+        CapturedOutput output;
+        run.start();
+        const QDeadlineTimer deadline(20s);
+        for (qsizetype polls = 0; polls < 20 && !deadline.hasExpired();)
+            polls += output.takeLines().filter(u"Max Count: 4"_s).size();
+        QVERIFY(!deadline.hasExpired());
+        QCoreApplication::sendPostedEvents(&run, QEvent::MetaCall);
+        QVERIFY2(progressed.size() >= 1 && progressed.size() <= 2,
+                 qPrintable(QString::number(progressed.size())));
+        office.runs.stop();
+    }
+};
+
+static const TestClass<SendingTest> registered;
+
+#include "SendingTest.moc"

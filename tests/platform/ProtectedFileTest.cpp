@@ -1,13 +1,11 @@
-#include "ProtectedFileTest.h"
-
 #include "platform/ProtectedFile.h"
 #include "platform/TextFile.h"
 #include "support/ScratchHome.h"
+#include "support/TestProgram.h"
 
 #include <QDir>
 #include <QProcess>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <sys/stat.h>
 
@@ -36,6 +34,14 @@ struct Scene
     QByteArray afterNextStart() const { return ProtectedFile(path, state).read().value_or("nothing"); }
     QStringList redoFiles() const { return QDir(state).entryList({u"*.redo"_s}); }
     QStringList copies() const { return QDir(QFileInfo(path).path()).entryList({u"*.damaged-*"_s}); }
+    /// What was copied aside, the oldest first.
+    QByteArrayList copied() const
+    {
+        QByteArrayList contents;
+        for (const QString &copy : copies())
+            contents.append(contentOf(QFileInfo(path).path() + u'/' + copy));
+        return contents;
+    }
     QString redoPath() const { return state + u'/' + redoFiles().value(0); }
 };
 
@@ -52,181 +58,192 @@ std::unique_ptr<Scene> sceneWithRedoFile()
 
 } // namespace
 
-void ProtectedFileTest::everyStepReachesTheDisk()
+class ProtectedFileTest : public QObject
 {
-    const Scene scene;
-    QProcess writer;
-    writer.start(u"" BINARY_DIR "/bin/interrupted_writer"_s,
-                 {scene.path, scene.state, u"new"_s, u"-1"_s, u"fail"_s});
-    QVERIFY(writer.waitForFinished());
-    // The redo file with its header, its name, its folder; then the file itself.
-    QCOMPARE(writer.readAllStandardError().simplified(),
-             "write write fsync rename fsync fallocate write ftruncate fsync");
-}
+    Q_OBJECT
 
-void ProtectedFileTest::interruptedWriteLosesNothing_data()
-{
-    QTest::addColumn<QString>("how");
-    QTest::newRow("the process is killed") << u"kill"_s;
-    QTest::newRow("the disk is full") << u"fail"_s;
-}
-
-void ProtectedFileTest::interruptedWriteLosesNothing()
-{
-    QFETCH(const QString, how);
-    int steps = 0;
-    bool newSeen = false;
-    for (int result = -1; result != EXIT_SUCCESS; ++steps) {
-        QVERIFY(steps < 50);
-        Scene scene;
-        result = scene.write(newText, steps, how);
-        QVERIFY(result == EXIT_SUCCESS || result == (how == u"kill" ? killed : EXIT_FAILURE));
-        const QByteArray text = scene.afterNextStart();
-        QVERIFY2(text == newText || (text == oldText && !newSeen), text);
-        newSeen = newSeen || text == newText;
-        QCOMPARE(contentOf(scene.path), text);
-        QCOMPARE(scene.redoFiles(), QStringList());
-        if (result == EXIT_SUCCESS)
-            QCOMPARE(text, newText);
-    }
-    QCOMPARE(steps, 10); // each of nine steps was interrupted, then none
-}
-
-void ProtectedFileTest::laterWriteKeepsTheOnlyGoodCopy()
-{
-    // The file itself is half overwritten and cannot be mended; the next write dies while it makes its redo
-    // file.
-    for (int second = 0; second < 4; ++second) {
+private slots:
+    void everyStepReachesTheDisk()
+    {
         const Scene scene;
-        QCOMPARE(scene.write(newText, 6, u"fail"_s), EXIT_FAILURE);
-        const QByteArray redo = contentOf(scene.redoPath());
-        QVERIFY(redo.endsWith(newText));
-        const QString aside = scene.folder.filePath(u"aside"_s);
-        QVERIFY(QFile::rename(scene.path, aside) && QDir().mkpath(scene.path)); // in the way of the replay
-        QCOMPARE(scene.write("the third list", second, u"kill"_s), killed);
-        QVERIFY(QDir().rmdir(scene.path) && QFile::rename(aside, scene.path));
-        QCOMPARE(scene.afterNextStart(), newText);
+        QProcess writer;
+        writer.start(u"" BINARY_DIR "/bin/interrupted_writer"_s,
+                     {scene.path, scene.state, u"new"_s, u"-1"_s, u"fail"_s});
+        QVERIFY(writer.waitForFinished());
+        // The redo file with its header, its name, its folder; then the file itself.
+        QCOMPARE(writer.readAllStandardError().simplified(),
+                 "write write fsync rename fsync fallocate write ftruncate fsync");
     }
-}
 
-void ProtectedFileTest::changesByOthersAreCopiedAside()
-{
-    const Scene scene;
-    QVERIFY(QFile::remove(scene.path));
-    ProtectedFile file(scene.path, scene.state);
-    QVERIFY(!file.read());
-    writeTo(scene.path, "turned up later"); // a folder that was mounted late
-    QVERIFY(file.write(newText));
-    QCOMPARE(scene.copies().size(), 1);
-    QVERIFY(file.write("our own change is no reason for a copy"));
-    QCOMPARE(scene.copies().size(), 1);
-    writeTo(scene.path, "synchronised from elsewhere");
-    QVERIFY(file.write(newText));
-    QStringList kept;
-    for (const QString &copy : scene.copies())
-        kept.append(QString::fromUtf8(contentOf(QFileInfo(scene.path).path() + u'/' + copy)));
-    QCOMPARE(kept, QStringList({u"turned up later"_s, u"synchronised from elsewhere"_s}));
-}
+    void interruptedWriteLosesNothing_data()
+    {
+        QTest::addColumn<QString>("how");
+        QTest::newRow("the process is killed") << u"kill"_s;
+        QTest::newRow("the disk is full") << u"fail"_s;
+    }
 
-void ProtectedFileTest::keepsLinksAndMode()
-{
-    const Scene scene;
-    const QString link = scene.folder.filePath(u"link.txt"_s);
-    const QString hardLink = scene.folder.filePath(u"hard.txt"_s);
-    QVERIFY(QFile::link(scene.path, link));
-    QCOMPARE(::link(QFile::encodeName(scene.path).constData(), QFile::encodeName(hardLink).constData()), 0);
-    QVERIFY(::chmod(QFile::encodeName(scene.path).constData(), 0640) == 0);
+    void interruptedWriteLosesNothing()
+    {
+        QFETCH(const QString, how);
+        int steps = 0;
+        bool newSeen = false;
+        for (int result = -1; result != EXIT_SUCCESS; ++steps) {
+            QVERIFY(steps < 50);
+            Scene scene;
+            result = scene.write(newText, steps, how);
+            QVERIFY(result == EXIT_SUCCESS || result == (how == u"kill" ? killed : EXIT_FAILURE));
+            const QByteArray text = scene.afterNextStart();
+            QVERIFY2(text == newText || (text == oldText && !newSeen), text);
+            newSeen = newSeen || text == newText;
+            QCOMPARE(contentOf(scene.path), text);
+            QCOMPARE(scene.redoFiles(), QStringList());
+            if (result == EXIT_SUCCESS)
+                QCOMPARE(text, newText);
+        }
+        QCOMPARE(steps, 10); // each of nine steps was interrupted, then none
+    }
 
-    QVERIFY(ProtectedFile(link, scene.state).write(newText));
-    QVERIFY(QFileInfo(link).isSymLink());
-    QCOMPARE(contentOf(scene.path), newText);
-    QCOMPARE(contentOf(hardLink), newText);
-    QCOMPARE(QFileInfo(scene.path).permissions() & QFile::Permissions(0x0777),
-             QFile::ReadUser | QFile::WriteUser | QFile::ReadGroup);
-}
-
-void ProtectedFileTest::copiesAsideOnceBeforeOverwriting()
-{
-    const Scene scene;
-    ProtectedFile file(scene.path, scene.state);
-    file.keepCopy();
-    QVERIFY(scene.copies().isEmpty());
-    QVERIFY(file.write(newText));
-    QVERIFY(file.write("a third text"));
-    QCOMPARE(scene.copies().size(), 1);
-    const QString copy = QFileInfo(scene.path).path() + u'/' + scene.copies().constFirst();
-    QCOMPARE(contentOf(copy), oldText);
-    QVERIFY(QRegularExpression(u"^list\\.txt\\.damaged-\\d{8}-\\d{6}$"_s)
-                .match(scene.copies().constFirst())
-                .hasMatch());
-}
-
-void ProtectedFileTest::refusesToOverwriteWhatCannotBeCopied()
-{
-    // No name is left for the copy: the file's own is the longest there can be.
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(QString(250, u'n'));
-    writeTo(path, oldText);
-    ProtectedFile file(path, folder.filePath(u"state"_s));
-    QCOMPARE(file.read(), oldText);
-    file.keepCopy();
-    QVERIFY(!file.write(newText));
-    QCOMPARE(contentOf(path), oldText);
-}
-
-void ProtectedFileTest::foreignChangeIsCopiedBeforeReplay()
-{
-    const auto sceneOwner = sceneWithRedoFile();
-    const Scene &scene = *sceneOwner;
-    writeTo(scene.path, "written by somebody else");
-    QCOMPARE(scene.afterNextStart(), newText);
-    QCOMPARE(scene.copies().size(), 1);
-    QCOMPARE(contentOf(QFileInfo(scene.path).path() + u'/' + scene.copies().constFirst()),
-             "written by somebody else");
-}
-
-void ProtectedFileTest::readsFromRedoWhereTheFileCannotBeWritten()
-{
-    // The folder the file belongs in is a file, so that the text stays in the redo file.
-    const QTemporaryDir folder;
-    const QString state = folder.filePath(u"state"_s);
-    writeTo(folder.filePath(u"documents"_s), "in the way");
-    const QString path = folder.filePath(u"documents/list.txt"_s);
-    QVERIFY(!ProtectedFile(path, state).write(newText));
-    QCOMPARE(ProtectedFile(path, state).read(), newText);
-    QVERIFY(QFile::remove(folder.filePath(u"documents"_s)));
-    QCOMPARE(ProtectedFile(path, state).read(), newText);
-    QCOMPARE(contentOf(path), newText);
-}
-
-void ProtectedFileTest::incompleteRedoIsDropped()
-{
-    const auto sceneOwner = sceneWithRedoFile();
-    const Scene &scene = *sceneOwner;
-    const QString redoPath = scene.redoPath();
-    const QByteArray redo = contentOf(redoPath);
-    for (qsizetype length = 0; length < redo.size(); ++length) {
-        QByteArray flipped = redo;
-        flipped[length] = char(flipped[length] ^ 1);
-        for (const QByteArray &broken : {redo.first(length), flipped}) {
-            writeTo(redoPath, broken);
-            QCOMPARE(scene.afterNextStart(), oldText);
+    void laterWriteKeepsTheOnlyGoodCopy()
+    {
+        // The file itself is half overwritten and cannot be mended; the next write dies while it makes its
+        // redo file.
+        for (int second = 0; second < 4; ++second) {
+            const Scene scene;
+            QCOMPARE(scene.write(newText, 6, u"fail"_s), EXIT_FAILURE);
+            const QByteArray redo = contentOf(scene.redoPath());
+            QVERIFY(redo.endsWith(newText));
+            const QString aside = scene.folder.filePath(u"aside"_s);
+            QVERIFY(QFile::rename(scene.path, aside) &&
+                    QDir().mkpath(scene.path)); // in the way of the replay
+            QCOMPARE(scene.write("the third list", second, u"kill"_s), killed);
+            QVERIFY(QDir().rmdir(scene.path) && QFile::rename(aside, scene.path));
+            QCOMPARE(scene.afterNextStart(), newText);
         }
     }
-    QCOMPARE(scene.redoFiles(), QStringList());
-}
 
-void ProtectedFileTest::textMustBeUtf8()
-{
-    const Scene scene;
-    for (const QByteArray &bytes :
-         {QByteArray("caf\xe9"), QByteArray("cut short \xc3"), QByteArray("\xed\xa0\x80")}) {
-        writeTo(scene.path, bytes);
-        TextFile file(scene.path, scene.state);
+    void changesByOthersAreCopiedAside()
+    {
+        const Scene scene;
+        QVERIFY(QFile::remove(scene.path));
+        ProtectedFile file(scene.path, scene.state);
         QVERIFY(!file.read());
-        QVERIFY(file.write("new"));
+        writeTo(scene.path, "turned up later"); // a folder that was mounted late
+        for (const char *own : {"our own change", "is no reason", "is no reason"})
+            QVERIFY(file.write(own));
+        QVERIFY(QFile::remove(scene.path));
+        writeTo(scene.path, "is no reason"); // as by a program that copies it back and forth
+        QVERIFY(file.write("for a copy"));
+        writeTo(scene.path, "synchronised from elsewhere");
+        QVERIFY(file.write("for a copy"));
+        file.keepCopy();
+        QVERIFY(file.write("for a copy") && file.write("for a copy"));
+        QCOMPARE(scene.copied(),
+                 QByteArrayList({"turned up later", "synchronised from elsewhere", "for a copy"}));
+        QVERIFY(QRegularExpression(u"^list\\.txt\\.damaged-\\d{8}-\\d{6}$"_s)
+                    .match(scene.copies().constFirst())
+                    .hasMatch());
     }
-    QCOMPARE(scene.copies().size(), 3);
-    writeTo(scene.path, "Tür 🌱");
-    QCOMPARE(TextFile(scene.path, scene.state).read(), u"Tür 🌱"_s);
-}
+
+    void contentThatReturnsIsNotOvertakenByOneThatFailed()
+    {
+        const Scene scene;
+        ProtectedFile file(scene.path, scene.state);
+        QVERIFY(file.write(newText));
+        const QString aside = scene.folder.filePath(u"aside"_s);
+        QVERIFY(QFile::rename(scene.path, aside) && QDir().mkpath(scene.path)); // in the way
+        QVERIFY(!file.write("only in the redo file") && !file.errorString().isEmpty());
+        QVERIFY(QDir().rmdir(scene.path) && QFile::rename(aside, scene.path));
+        QVERIFY(file.write(newText));
+        QCOMPARE(scene.afterNextStart(), newText);
+    }
+
+    void keepsLinksAndMode()
+    {
+        const Scene scene;
+        const QString link = scene.folder.filePath(u"link.txt"_s);
+        const QString hardLink = scene.folder.filePath(u"hard.txt"_s);
+        QVERIFY(QFile::link(scene.path, link));
+        QCOMPARE(::link(QFile::encodeName(scene.path).constData(), QFile::encodeName(hardLink).constData()),
+                 0);
+        QVERIFY(::chmod(QFile::encodeName(scene.path).constData(), 0640) == 0);
+
+        QVERIFY(ProtectedFile(link, scene.state).write(newText));
+        QVERIFY(QFileInfo(link).isSymLink());
+        QCOMPARE(contentOf(scene.path), newText);
+        QCOMPARE(contentOf(hardLink), newText);
+        QCOMPARE(QFileInfo(scene.path).permissions() & QFile::Permissions(0x0777),
+                 QFile::ReadUser | QFile::WriteUser | QFile::ReadGroup);
+    }
+
+    void refusesToOverwriteWhatCannotBeCopied()
+    {
+        // No name is left for the copy: the file's own is the longest there can be.
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QString(250, u'n'));
+        writeTo(path, oldText);
+        ProtectedFile file(path, folder.filePath(u"state"_s));
+        QCOMPARE(file.read(), oldText);
+        file.keepCopy();
+        QVERIFY(!file.write(newText));
+        QCOMPARE(contentOf(path), oldText);
+    }
+
+    void foreignChangeIsCopiedBeforeReplay()
+    {
+        const auto sceneOwner = sceneWithRedoFile();
+        const Scene &scene = *sceneOwner;
+        writeTo(scene.path, "written by somebody else");
+        QCOMPARE(scene.afterNextStart(), newText);
+        QCOMPARE(scene.copied(), QByteArrayList{"written by somebody else"});
+    }
+
+    void readsFromRedoWhereTheFileCannotBeWritten()
+    {
+        // The folder the file belongs in is a file, so that the text stays in the redo file.
+        const QTemporaryDir folder;
+        const QString state = folder.filePath(u"state"_s);
+        writeTo(folder.filePath(u"documents"_s), "in the way");
+        const QString path = folder.filePath(u"documents/list.txt"_s);
+        QVERIFY(!ProtectedFile(path, state).write(newText));
+        QCOMPARE(ProtectedFile(path, state).read(), newText);
+        QVERIFY(QFile::remove(folder.filePath(u"documents"_s)));
+        QCOMPARE(ProtectedFile(path, state).read(), newText);
+        QCOMPARE(contentOf(path), newText);
+    }
+
+    void incompleteRedoIsDropped()
+    {
+        const auto sceneOwner = sceneWithRedoFile();
+        const Scene &scene = *sceneOwner;
+        const QString redoPath = scene.redoPath();
+        const QByteArray redo = contentOf(redoPath);
+        for (qsizetype length = 0; length < redo.size(); ++length) {
+            QByteArray flipped = redo;
+            flipped[length] = char(flipped[length] ^ 1);
+            for (const QByteArray &broken : {redo.first(length), flipped}) {
+                writeTo(redoPath, broken);
+                QCOMPARE(scene.afterNextStart(), oldText);
+            }
+        }
+        QCOMPARE(scene.redoFiles(), QStringList());
+    }
+
+    void textMustBeUtf8()
+    {
+        const Scene scene;
+        for (const QByteArray &bytes :
+             {QByteArray("caf\xe9"), QByteArray("cut short \xc3"), QByteArray("\xed\xa0\x80")}) {
+            writeTo(scene.path, bytes);
+            TextFile file(scene.path, scene.state);
+            QVERIFY(!file.read());
+            QVERIFY(file.write("new"));
+        }
+        QCOMPARE(scene.copies().size(), 3);
+        writeTo(scene.path, "Tür 🌱");
+        QCOMPARE(TextFile(scene.path, scene.state).read(), u"Tür 🌱"_s);
+    }
+};
+
+static const TestClass<ProtectedFileTest> registered;
+
+#include "ProtectedFileTest.moc"

@@ -1,7 +1,6 @@
-#include "SharingTest.h"
-
 #include "platform/SharingServicePicker.h"
 #include "support/ScratchHome.h"
+#include "support/TestProgram.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
@@ -9,7 +8,6 @@
 #include <QFileInfo>
 #include <QMenu>
 #include <QPushButton>
-#include <QTest>
 #include <QTimer>
 #include <QUrl>
 #include <QUrlQuery>
@@ -46,58 +44,69 @@ private:
 
 } // namespace
 
-void SharingTest::mailIsHandedToTheMailProgram_data()
+class SharingTest : public QObject
 {
-    QTest::addColumn<QByteArray>("program");
-    QTest::addColumn<QString>("failure");
-    QTest::newRow("opens") << QByteArray("printf %s \"$1\" > \"${0%/*}/address\"") << QString();
-    QTest::newRow("finds no mail program")
-        << QByteArray("echo no method available >&2; exit 3") << u"no method available"_s;
-    QTest::newRow("is not there") << QByteArray() << u"xdg-email"_s;
-}
+    Q_OBJECT
 
-void SharingTest::mailIsHandedToTheMailProgram()
-{
-    QFETCH(QByteArray, program);
-    QFETCH(QString, failure);
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(u"xdg-email"_s);
-    if (!program.isEmpty()) {
-        writeTo(path, "#!/bin/sh\n" + program + '\n');
-        QFile::setPermissions(path, QFile::ReadOwner | QFile::ExeOwner);
+private slots:
+    void mailIsHandedToTheMailProgram_data()
+    {
+        QTest::addColumn<QByteArray>("program");
+        QTest::addColumn<QString>("failure");
+        QTest::newRow("opens") << QByteArray("printf %s \"$1\" > \"${0%/*}/address\"") << QString();
+        QTest::newRow("finds no mail program")
+            << QByteArray("echo no method available >&2; exit 3") << u"no method available"_s;
+        QTest::newRow("is not there") << QByteArray() << u"xdg-email"_s;
     }
-    const QByteArray searched = qgetenv("PATH");
-    qputenv("PATH", folder.path().toUtf8());
-    Sharing sharing;
-    sharing.by(u"Mail"_s);
-    qputenv("PATH", searched);
-    if (failure.isEmpty()) {
-        QTRY_VERIFY(QFileInfo::exists(folder.filePath(u"address"_s)));
-        const QUrl address = QUrl::fromEncoded(contentOf(folder.filePath(u"address"_s)), QUrl::StrictMode);
-        QCOMPARE(address.scheme(), u"mailto"_s);
-        const QUrlQuery query(address);
-        QCOMPARE(query.queryItemValue(u"subject"_s, QUrl::FullyDecoded), u"A & B/c"_s);
-        QCOMPARE(query.queryItemValue(u"body"_s, QUrl::FullyDecoded), u"line 1\r\n100 % ü 🌳"_s);
-    } else {
-        QTRY_COMPARE(sharing.failures.size(), 1);
-        QVERIFY2(sharing.failures[0].contains(failure), qPrintable(sharing.failures[0]));
-    }
-}
 
-void SharingTest::aFileThatCannotBeWrittenIsToldOf()
-{
-    Sharing sharing;
-    QString suggested;
-    QTimer::singleShot(0, qApp, [&] {
-        auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
-        suggested = QFileInfo(dialog->selectedFiles().value(0)).fileName();
-        // Files of the kernel's cannot be made; not even by root.
-        dialog->setDirectory(u"/proc"_s);
-        dialog->selectFile(u"task.txt"_s);
-        dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Save)->click();
-    });
-    sharing.by(u"Save"_s);
-    QCOMPARE(suggested, u"A & B c.txt"_s);
-    QCOMPARE(sharing.failures.size(), 1);
-    QVERIFY2(sharing.failures[0].contains(u"/proc/task.txt"), qPrintable(sharing.failures[0]));
-}
+    void mailIsHandedToTheMailProgram()
+    {
+        QFETCH(QByteArray, program);
+        QFETCH(QString, failure);
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(u"xdg-email"_s);
+        if (!program.isEmpty()) {
+            writeTo(path, "#!/bin/sh\n" + program + '\n');
+            QFile::setPermissions(path, QFile::ReadOwner | QFile::ExeOwner);
+        }
+        const QByteArray searched = qgetenv("PATH");
+        qputenv("PATH", folder.path().toUtf8());
+        Sharing sharing;
+        sharing.by(u"Mail"_s);
+        qputenv("PATH", searched);
+        if (failure.isEmpty()) {
+            QTRY_VERIFY(QFileInfo::exists(folder.filePath(u"address"_s)));
+            const QUrl address =
+                QUrl::fromEncoded(contentOf(folder.filePath(u"address"_s)), QUrl::StrictMode);
+            QCOMPARE(address.scheme(), u"mailto"_s);
+            const QUrlQuery query(address);
+            QCOMPARE(query.queryItemValue(u"subject"_s, QUrl::FullyDecoded), u"A & B/c"_s);
+            QCOMPARE(query.queryItemValue(u"body"_s, QUrl::FullyDecoded), u"line 1\r\n100 % ü 🌳"_s);
+        } else {
+            QTRY_COMPARE(sharing.failures.size(), 1);
+            QVERIFY2(sharing.failures[0].contains(failure), qPrintable(sharing.failures[0]));
+        }
+    }
+
+    void aFileThatCannotBeWrittenIsToldOf()
+    {
+        Sharing sharing;
+        QString suggested;
+        QTimer::singleShot(0, qApp, [&] {
+            auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+            suggested = QFileInfo(dialog->selectedFiles().value(0)).fileName();
+            // Files of the kernel's cannot be made; not even by root.
+            dialog->setDirectory(u"/proc"_s);
+            dialog->selectFile(u"task.txt"_s);
+            dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Save)->click();
+        });
+        sharing.by(u"Save"_s);
+        QCOMPARE(suggested, u"A & B c.txt"_s);
+        QCOMPARE(sharing.failures.size(), 1);
+        QVERIFY2(sharing.failures[0].contains(u"/proc/task.txt"), qPrintable(sharing.failures[0]));
+    }
+};
+
+static const TestClass<SharingTest> registered;
+
+#include "SharingTest.moc"

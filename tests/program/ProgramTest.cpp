@@ -126,9 +126,6 @@ private slots:
     }
 };
 
-int main(int argc, char **argv)
-{
-    return runTests<ProgramTest>(argc, argv);
-}
+static const TestClass<ProgramTest> registered;
 
 #include "ProgramTest.moc"

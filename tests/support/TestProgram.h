@@ -2,30 +2,20 @@
 
 #include "support/ScratchHome.h"
 
-#include <QApplication>
-#include <QLocale>
 #include <QTest>
 
-#include <cstdio>
-#include <fcntl.h>
-#include <unistd.h>
+#include <memory>
 
-/// Runs the test classes one after the other, in a scratch home and the locale en_US; the number of failures.
-template <typename... TestClasses>
-int runTests(int argc, char **argv)
+using MakeTest = std::unique_ptr<QObject> (*)();
+/// Has the test program run the tests of this object.
+void addTest(MakeTest make);
+
+/// Has the test program run the class: `static const TestClass<ModelTest> registered;`.
+template <typename Test>
+struct TestClass
 {
-    // The results keep the standard output; what the program writes there is caught or thrown away.
-    stdout = ::fdopen(::dup(STDOUT_FILENO), "w");
-    const int nowhere = ::open("/dev/null", O_WRONLY);
-    if (!stdout || ::dup2(nowhere, STDOUT_FILENO) < 0)
-        return EXIT_FAILURE;
-    const ScratchHome home;
-    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
-    QApplication application(argc, argv);
-    int failures = 0;
-    const auto run = [&](QObject &&test) {
-        failures += QTest::qExec(&test, argc, argv);
-    };
-    (run(TestClasses()), ...);
-    return failures;
-}
+    TestClass()
+    {
+        addTest([]() -> std::unique_ptr<QObject> { return std::make_unique<Test>(); });
+    }
+};

@@ -422,9 +422,6 @@ private:
     std::unique_ptr<ViewControllerWhiteboard> whiteboard;
 };
 
-int main(int argc, char **argv)
-{
-    return runTests<ToolsTest>(argc, argv);
-}
+static const TestClass<ToolsTest> registered;
 
 #include "ToolsTest.moc"
