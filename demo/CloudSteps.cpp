@@ -40,6 +40,12 @@ CloudSteps::CloudSteps(Stage &tourStage, const MainWindowHandle &mainWindow, Exp
 {
 }
 
+void CloudSteps::acknowledge(QDialog &dialog, const QString &message)
+{
+    stage.same(dynamic_cast<QMessageBox &>(dialog).informativeText(), message, u"what is told"_s);
+    press(dialog, u"OK"_s);
+}
+
 void CloudSteps::command(const MainWindowHandle &window, const QString &entry, const QString &pictureName)
 {
     hand::activate(window.window);
@@ -47,7 +53,10 @@ void CloudSteps::command(const MainWindowHandle &window, const QString &entry, c
                         [&](QDialog &dialog) {
                             if (!pictureName.isEmpty())
                                 stage.picture(dialog, pictureName);
-                            press(dialog, entry.startsWith(u"Copy") ? u"OK"_s : u"Yes"_s);
+                            if (entry.startsWith(u"Copy"))
+                                acknowledge(dialog, u"Sync to iCloud succesfully!"_s);
+                            else
+                                press(dialog, u"Yes"_s);
                         });
 }
 
@@ -79,7 +88,7 @@ void CloudSteps::update(const MainWindowHandle &window)
             stage.check(QTest::qWaitFor([&] { return isAnswered; }), u"the window tells of the update"_s);
         },
         [&](QDialog &dialog) {
-            press(dialog, u"OK"_s);
+            acknowledge(dialog, u"Sync from iCloud succesfully!"_s);
             isAnswered = true;
         });
     stage.same(status.text(), u"----iCloud:Update Complete!----", u"the status line"_s);

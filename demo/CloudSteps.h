@@ -5,6 +5,7 @@
 class ExpectedList;
 class MainWindowHandle;
 class Profile;
+class QDialog;
 class Stage;
 
 /// The steps in which the list is copied to the cloud and comes back from it.
@@ -21,6 +22,7 @@ public:
     void receiveList(const MainWindowHandle &other);
 
 private:
+    void acknowledge(QDialog &dialog, const QString &message);
     void command(const MainWindowHandle &window, const QString &entry, const QString &pictureName);
     void waitForAnswers();
     void update(const MainWindowHandle &window);

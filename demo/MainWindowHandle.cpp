@@ -17,6 +17,8 @@ MainWindowHandle::MainWindowHandle(QMainWindow &mainWindow)
     , table(hand::child<QTableView>(window, u"tblView"_s))
     , viewChooser(hand::child<QComboBox>(window, u"viewSelection"_s))
     , searchField(hand::child<QLineEdit>(window, u"searchField"_s))
+    , editButton(hand::child<QToolButton>(window, u"editButton"_s))
+    , deleteButton(hand::child<QToolButton>(window, u"deleteButton"_s))
     , hideButton(hand::child<QToolButton>(window, u"hideButton"_s))
     , cloneButton(hand::child<QToolButton>(window, u"cloneButton"_s))
     , closeButton(hand::child<QToolButton>(window, u"closeButton"_s))
@@ -99,6 +101,7 @@ void MainWindowHandle::checkView(Stage &stage, const ExpectedList &expected, Tas
 
 void MainWindowHandle::checkTaskButtons(Stage &stage, bool enabled) const
 {
-    for (const QToolButton *button : {&hideButton, &cloneButton, &closeButton})
+    for (const QToolButton *button :
+         {&editButton, &deleteButton, &hideButton, &cloneButton, &closeButton, &shareButton})
         stage.same(button->isEnabled(), enabled, button->objectName() + u" enabled"_s);
 }

@@ -21,6 +21,8 @@ public:
     QTableView &table;
     QComboBox &viewChooser;
     QLineEdit &searchField;
+    QToolButton &editButton;
+    QToolButton &deleteButton;
     QToolButton &hideButton;
     QToolButton &cloneButton;
     QToolButton &closeButton;

@@ -102,6 +102,11 @@ void MessageSteps::sendToTeamMembers(const QString &teamMember, const QString &p
     hand::click(hand::child<QPushButton>(screen, u"sendMsgTeamMembers"_s));
     hand::shortcut(screen, Qt::Key_Escape, {});
     stage.check(!screen.isVisible(), u"the screen is closed"_s);
+    hand::choose(hand::openMenu(main.window, u"Messages"_s), u"Schedule Messages…"_s);
+    QDialog &again = hand::openWindow(u"ViewControllerSending"_s);
+    stage.check(!hand::child<QPushButton>(again, u"sendMsgTeamMembers"_s).isEnabled(),
+                u"no second run can be started"_s);
+    hand::shortcut(again, Qt::Key_Escape, {});
     checkReceived(phoneNo, scheduleOf(teamMember, ListRow::TeamMember, u"Team Member Schedule: "_s));
 }
 

@@ -139,6 +139,7 @@ void TaskFormSteps::shareTask(const QString &path)
     hand::click(main.shareButton);
     stage.picture(hand::openPopup(), u"share-menu"_s);
     hand::choose(hand::openPopup(), u"Copy"_s);
+    stage.check(!main.shareButton.isDown(), u"the button is up again"_s);
     const QString copied = QGuiApplication::clipboard()->text();
     stage.check(copied.contains(u"\nTask: "_s + name + u'\n'), u"the copied text names the task"_s);
 

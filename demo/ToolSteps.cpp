@@ -97,7 +97,9 @@ void ToolSteps::drawOnWhiteboard(const QString &path)
     stage.check(!screen.isVisible(), u"the whiteboard is closed"_s);
     hand::choose(hand::openPopup(), u"Copy"_s);
     const QMimeData &copied = *QGuiApplication::clipboard()->mimeData();
-    stage.check(copied.text().startsWith(u"Whiteboard\nSent with Quorvane."_s), u"the copied text"_s);
+    stage.check(copied.text().startsWith(
+                    u"Whiteboard\nSent with Quorvane. Download from the App Store for Mac:\n\nhttps://"_s),
+                u"the copied text"_s);
     stage.check(qvariant_cast<QImage>(copied.imageData()).convertToFormat(drawn.format()) == drawn,
                 u"the copied picture"_s);
     stage.check(QImage(path) == drawn, u"the picture in the file is still the same"_s);
