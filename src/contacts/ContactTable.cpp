@@ -27,7 +27,15 @@ int ContactTable::add()
 
 void ContactTable::remove(QList<int> rows)
 {
+    constexpr qsizetype rowsOneByOne = 100; // more take the views too long
     std::ranges::sort(rows, std::ranges::greater());
+    if (rows.size() > rowsOneByOne) {
+        beginResetModel();
+        for (const int row : rows)
+            context->deleteObject(contacts.takeAt(row));
+        endResetModel();
+        return;
+    }
     for (const int row : rows) {
         beginRemoveRows({}, row, row);
         context->deleteObject(contacts.takeAt(row));

@@ -7,10 +7,12 @@
 #include "platform/Diagnostics.h"
 #include "ui_TaskFields.h"
 
+#include <QAbstractButton>
 #include <QCompleter>
 #include <QLineEdit>
 #include <QShowEvent>
 #include <QStringListModel>
+#include <QTimer>
 
 #include <limits>
 
@@ -171,6 +173,11 @@ void TaskForm::refuse(DatePicker &picker, Instant previous, const QString &reaso
     isRefused = true;
     alertMessage(this, reason);
     picker.setMoment(previous);
+    // A button whose press brought this about, by taking the focus from the picker, was released elsewhere.
+    QTimer::singleShot(0, this, [this] {
+        for (QAbstractButton *button : findChildren<QAbstractButton *>())
+            button->setDown(false);
+    });
 }
 
 void TaskForm::hideColorPanel()

@@ -85,6 +85,10 @@ void ViewControllerEdit::storeControls()
 {
     const task stored = taskOfControls();
     manager.selectAgain(editedKey);
+    if (manager.selectedTask().key != editedKey) { // it has gone with a list that was read anew
+        manager.addTask(editedKey, {}, {}, {}, {}, {}, 0, 0, {}, {}, false, 0, 0, 0, 0, {}, {});
+        manager.selectTaskByKey(editedKey);
+    }
     manager.editSelectedTask(stored.date, stored.name, stored.desc, stored.color, stored.due, stored.status,
                              stored.priority, stored.statusName, stored.priorityName, stored.startHour,
                              stored.startMin, stored.endHour, stored.endMin, stored.client,

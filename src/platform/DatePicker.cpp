@@ -36,12 +36,14 @@ void DatePicker::setMoment(Instant moment)
 {
     const QSignalBlocker blocker(this);
     setDateTime(Calendar::localTime(moment));
+    chosen = dateTime();
 }
 
 void DatePicker::changed()
 {
     QWidget *popup = QApplication::activePopupWidget();
     if (!popup || popup->parentWidget() != this) {
+        chosen = dateTime();
         emit dayChosen();
         return;
     }
@@ -51,9 +53,17 @@ void DatePicker::changed()
 
 bool DatePicker::eventFilter(QObject *watched, QEvent *event)
 {
+    const bool isEscape =
+        event->type() == QEvent::KeyPress && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape;
+    if (isEscape && std::exchange(choosing, false)) {
+        const QSignalBlocker blocker(this);
+        setDateTime(chosen);
+    }
     // Queued: whoever answers with a dialog would open it in the middle of the calendar's closing.
-    if (event->type() == QEvent::Hide && std::exchange(choosing, false))
+    if (event->type() == QEvent::Hide && std::exchange(choosing, false)) {
+        chosen = dateTime();
         QMetaObject::invokeMethod(this, &DatePicker::dayChosen, Qt::QueuedConnection);
+    }
     return QDateTimeEdit::eventFilter(watched, event);
 }
 

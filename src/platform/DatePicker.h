@@ -19,7 +19,7 @@ public:
 
 signals:
     /// The user chose a day. While the calendar is open it may still be another one, so it is told when the
-    /// calendar closes. setMoment does not emit this.
+    /// calendar closes, and not when Escape closes it. setMoment does not emit this.
     void dayChosen();
 
 protected:
@@ -29,6 +29,7 @@ protected:
 private:
     void changed();
 
+    QDateTime chosen;         ///< what Escape in the open calendar returns to
     bool choosing = false;    ///< in the open calendar
     bool hasAdvanced = false; ///< to the next part of the date, by the last digit
 };

@@ -67,9 +67,11 @@ private:
 std::vector<ManagedObject> ObjectContext::fetch(const FetchRequest &request)
 {
     Records &records = recordsOf[&request.entity];
-    if (!records.fetched)
-        records.stored = read(request.entity);
-    records.fetched = true;
+    if (!records.fetched) {
+        std::optional<std::deque<Record>> stored = read(request.entity);
+        records.fetched = stored.has_value();
+        records.stored = std::move(stored).value_or(std::deque<Record>());
+    }
     std::vector<ManagedObject> objects;
     objects.reserve(records.stored.size() + records.added.size());
     for (std::deque<Record> *list : {&records.stored, &records.added})
@@ -79,15 +81,15 @@ std::vector<ManagedObject> ObjectContext::fetch(const FetchRequest &request)
     return objects;
 }
 
-std::deque<ObjectContext::Record> ObjectContext::read(const Entity &entity) const
+std::optional<std::deque<ObjectContext::Record>> ObjectContext::read(const Entity &entity) const
 {
     const QSqlDatabase database = QSqlDatabase::database(connection, false);
     if (!database.isOpen())
-        return {};
+        return std::nullopt;
     QSqlQuery query(database);
     query.setForwardOnly(true);
     if (!query.exec(u"SELECT id, %1 FROM \"%2\" ORDER BY id"_s.arg(columns(entity, {}), entity.name)))
-        return {};
+        return std::nullopt;
     std::deque<Record> records;
     const int attributes = int(entity.attributes.size());
     while (query.next()) {
@@ -99,7 +101,7 @@ std::deque<ObjectContext::Record> ObjectContext::read(const Entity &entity) cons
         }
     }
     if (query.lastError().isValid())
-        records.clear();
+        return std::nullopt;
     return records;
 }
 

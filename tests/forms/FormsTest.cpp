@@ -15,6 +15,8 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSignalSpy>
+#include <QTableView>
 #include <QTimeEdit>
 
 using namespace Qt::StringLiterals;
@@ -221,6 +223,29 @@ private slots:
         QCOMPARE(due.date(), QDate(2027, 4, 7));
     }
 
+    void escapeInTheCalendarChoosesNothing()
+    {
+        openEdit({.date = moment(u"2026-03-03T12:00:00"_s), .due = moment(u"2026-03-05T12:00:00"_s)});
+        auto &due = child<DatePicker>("dtTaskDueDate");
+        const QSignalSpy chosen(&due, &DatePicker::dayChosen);
+        for (const auto &[end, day] : {std::pair(Qt::Key_Escape, 5), {Qt::Key_Return, 6}}) {
+            const QPoint arrow(due.width() - 10, due.height() / 2);
+            QTest::mouseMove(&due, arrow);
+            QTest::mouseClick(&due, Qt::LeftButton, {}, arrow);
+            QWidget *calendar = QApplication::activePopupWidget();
+            QVERIFY(calendar);
+            auto *days = calendar->findChild<QTableView *>();
+            days->setFocus();
+            QTest::keyClick(days, Qt::Key_Right);
+            QCOMPARE(due.date().day(), 6);
+            QTest::keyClick(days, end);
+            QVERIFY(!QApplication::activePopupWidget());
+            QCoreApplication::processEvents();
+            QCOMPARE(due.date().day(), day);
+            QCOMPARE(chosen.size(), end == Qt::Key_Return);
+        }
+    }
+
     void theLastAcceptedDateReturns()
     {
         openEdit({.date = moment(u"2026-03-03T12:00:00"_s), .due = moment(u"2026-03-05T12:00:00"_s)});
@@ -275,6 +300,16 @@ private slots:
         switchTo(std::nullopt);
         QVERIFY(child<ColorWell>("color").color() == Color(0.75, 1.0, 0.0, 0.5));
         QVERIFY(child<TextView>("txtTaskDescription").textColor() == black);
+    }
+
+    void aTaskThatHasGoneIsStoredAllTheSame()
+    {
+        openEdit({.key = u"KEY"_s, .name = u"old"_s});
+        manager->tasks = {task{.key = u"other"_s}}; // as after the file was changed by others
+        child<QLineEdit>("txtTaskName").setText(u"new"_s);
+        child<QPushButton>("storeButton").click();
+        QCOMPARE(manager->tasks.size(), 2);
+        QCOMPARE(manager->tasks[1]->key + manager->tasks[1]->name, u"KEYnew"_s);
     }
 
     void resetBringsTheTaskBack()
