@@ -114,8 +114,9 @@ void TaskForm::hideEvent(QHideEvent *event)
 bool TaskForm::commitTyping()
 {
     isRefused = false;
-    for (QDateTimeEdit *picker : std::initializer_list<QDateTimeEdit *>{
-             fields->dtTaskDate, fields->dtTaskDueDate, fields->startTime, fields->endTime})
+    for (DatePicker *picker : {fields->dtTaskDate, fields->dtTaskDueDate})
+        picker->commit();
+    for (QTimeEdit *picker : {fields->startTime, fields->endTime})
         picker->interpretText();
     return !isRefused;
 }

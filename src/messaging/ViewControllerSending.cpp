@@ -143,7 +143,7 @@ void ViewControllerSending::SendScheduleToTeamMembers(QObject *)
 void ViewControllerSending::send(RecipientKind kind, std::vector<Recipient> recipients)
 {
     for (DatePicker *picker : {ui->startSendDate, ui->endSendDate})
-        picker->interpretText(); // what is still being typed there
+        picker->commit(); // what is still being typed there
     const ScheduleText text(kind, ui->startSendDate->moment(), ui->endSendDate->moment(), manager.defaults);
     RunSnapshot snapshot{.kind = kind,
                          .recipients = std::move(recipients),

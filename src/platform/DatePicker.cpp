@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QScopedValueRollback>
 #include <QSignalBlocker>
 
 using namespace Qt::StringLiterals;
@@ -25,6 +26,10 @@ DatePicker::DatePicker(QWidget *parent)
     setCalendarPopup(true);
     setKeyboardTracking(false); // a half-typed date is none
     connect(this, &QDateTimeEdit::dateTimeChanged, this, &DatePicker::changed);
+    connect(this, &QDateTimeEdit::editingFinished, this, [this] {
+        if (hasTyped)
+            choose();
+    });
 }
 
 Instant DatePicker::moment() const
@@ -39,12 +44,29 @@ void DatePicker::setMoment(Instant moment)
     chosen = dateTime();
 }
 
+void DatePicker::commit()
+{
+    interpretText();
+    if (hasTyped)
+        choose();
+}
+
+void DatePicker::choose()
+{
+    hasTyped = false;
+    chosen = dateTime();
+    emit dayChosen();
+}
+
 void DatePicker::changed()
 {
+    if (isTyping) {
+        hasTyped = true;
+        return;
+    }
     QWidget *popup = QApplication::activePopupWidget();
     if (!popup || popup->parentWidget() != this) {
-        chosen = dateTime();
-        emit dayChosen();
+        choose();
         return;
     }
     popup->installEventFilter(this);
@@ -60,10 +82,8 @@ bool DatePicker::eventFilter(QObject *watched, QEvent *event)
         setDateTime(chosen);
     }
     // Queued: whoever answers with a dialog would open it in the middle of the calendar's closing.
-    if (event->type() == QEvent::Hide && std::exchange(choosing, false)) {
-        chosen = dateTime();
-        QMetaObject::invokeMethod(this, &DatePicker::dayChosen, Qt::QueuedConnection);
-    }
+    if (event->type() == QEvent::Hide && std::exchange(choosing, false))
+        QMetaObject::invokeMethod(this, &DatePicker::choose, Qt::QueuedConnection);
     return QDateTimeEdit::eventFilter(watched, event);
 }
 
@@ -77,6 +97,9 @@ void DatePicker::keyPressEvent(QKeyEvent *event)
         return;
     if (isDigit && lineEdit()->selectedText() == lineEdit()->text())
         setSelectedSection(sectionAt(0)); // a whole date is typed over the old one
+    const QList<int> finishing{Qt::Key_Return, Qt::Key_Enter,  Qt::Key_Up,
+                               Qt::Key_Down,   Qt::Key_PageUp, Qt::Key_PageDown};
+    const QScopedValueRollback typing(isTyping, !finishing.contains(event->key()));
     const int before = currentSectionIndex();
     QDateTimeEdit::keyPressEvent(event);
     hasAdvanced = isDigit && currentSectionIndex() > before;

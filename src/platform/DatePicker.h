@@ -16,10 +16,13 @@ public:
     Instant moment() const;
     /// Years 100 to 9999; a moment outside is moved to the nearest one.
     void setMoment(Instant moment);
+    /// Takes what is being typed as it is.
+    void commit();
 
 signals:
-    /// The user chose a day. While the calendar is open it may still be another one, so it is told when the
-    /// calendar closes, and not when Escape closes it. setMoment does not emit this.
+    /// The user chose a day. While the calendar is open, or a date is being typed, it may still be another
+    /// one, so it is told when the calendar closes, and not when Escape closes it, or when the typing ends.
+    /// setMoment does not emit this.
     void dayChosen();
 
 protected:
@@ -28,8 +31,11 @@ protected:
 
 private:
     void changed();
+    void choose();
 
     QDateTime chosen;         ///< what Escape in the open calendar returns to
     bool choosing = false;    ///< in the open calendar
+    bool isTyping = false;    ///< a key is being dealt with that leaves the date unfinished
+    bool hasTyped = false;    ///< another date, of which nothing was told
     bool hasAdvanced = false; ///< to the next part of the date, by the last digit
 };

@@ -218,9 +218,17 @@ private slots:
         QTest::keyClick(&due, Qt::Key_Return);
         QCOMPARE(due.dateTime(), QDateTime(QDate(2026, 12, 25), QTime(12, 0)));
         due.selectAll();
-        QTest::keyClicks(&due, u"4/7/2027"_s);
+        QTest::keyClicks(&due, u"1/7/2027"_s); // on the way it is in January 2026, before the start
         QTest::keyClick(&due, Qt::Key_Return);
-        QCOMPARE(due.date(), QDate(2027, 4, 7));
+        QCOMPARE(due.date(), QDate(2027, 1, 7));
+        due.selectAll();
+        QTest::keyClicks(&due, u"1/1/2026"_s);
+        for (const bool isRefused : {true, false}) { // once
+            const AlertAnswer answer(u"OK"_s);
+            QTest::keyClick(&due, Qt::Key_Tab);
+            QCOMPARE(answer.wasShown(), isRefused);
+        }
+        QCOMPARE(due.date(), QDate(2027, 1, 7));
     }
 
     void escapeInTheCalendarChoosesNothing()
