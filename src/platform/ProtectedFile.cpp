@@ -30,10 +30,9 @@ quint32 crcOf(QByteArrayView bytes)
 }
 
 /// The redo file's first line: its kind and version, the content's length in bytes and its CRC-32.
-QByteArray redoHeader(QByteArrayView content)
+QByteArray redoHeader(qsizetype size, quint32 crc)
 {
-    return "quorvane-redo 1 " + QByteArray::number(content.size()) + ' ' +
-           QByteArray::number(crcOf(content), 16) + '\n';
+    return "quorvane-redo 1 " + QByteArray::number(size) + ' ' + QByteArray::number(crc, 16) + '\n';
 }
 
 std::optional<QByteArray> readAll(const QString &path)
@@ -53,7 +52,7 @@ std::optional<QByteArray> redoContent(const QString &path)
         return std::nullopt;
     const qsizetype headerEnd = redo->indexOf('\n') + 1;
     const QByteArray content = redo->sliced(headerEnd);
-    if (redo->first(headerEnd) != redoHeader(content))
+    if (redo->first(headerEnd) != redoHeader(content.size(), crcOf(content)))
         return std::nullopt;
     return content;
 }
@@ -120,7 +119,7 @@ bool ProtectedFile::write(QByteArrayView content)
     const Digest wanted = digestOf(content);
     const bool isSame = !copyDue && known == wanted && presentState() == lastSeen;
     if (!isSame) {
-        if (!writeRedo(content))
+        if (!writeRedo(content, wanted))
             return false;
         if ((copyDue || isChangedByOthers(known)) && QFileInfo::exists(filePath) && !copyAside())
             return false;
@@ -185,15 +184,15 @@ bool ProtectedFile::copyAside()
     return (FileDescriptor(copyPath, O_RDONLY).sync() && syncFolder(QFileInfo(copyPath).path())) || fail();
 }
 
-bool ProtectedFile::writeRedo(QByteArrayView content)
+bool ProtectedFile::writeRedo(QByteArrayView content, const Digest &digest)
 {
     // An earlier redo file may be the only good copy: it stays until the new one is whole.
     if (!QDir().mkpath(stateFolder))
         return fail();
     const QString newPath = redoPath + QLatin1StringView(".new");
     FileDescriptor file(newPath, O_WRONLY | O_CREAT | O_TRUNC, userOnly);
-    const bool whole = file.isOpen() && file.write(redoHeader(content)) && file.write(content) &&
-                       file.sync() && file.close() &&
+    const bool whole = file.isOpen() && file.write(redoHeader(digest.size, digest.crc)) &&
+                       file.write(content) && file.sync() && file.close() &&
                        ::rename(QFile::encodeName(newPath), QFile::encodeName(redoPath)) == 0 &&
                        syncFolder(stateFolder);
     if (whole)

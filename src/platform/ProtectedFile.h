@@ -67,7 +67,7 @@ private:
     State presentState() const;
     bool isChangedByOthers(const std::optional<Digest> &known) const;
     bool copyAside();
-    bool writeRedo(QByteArrayView content);
+    bool writeRedo(QByteArrayView content, const Digest &digest);
     bool writeInPlace(QByteArrayView content);
     bool fail();
 
