@@ -53,8 +53,8 @@ static void setUpApplication(QApplication &application)
 static void findHomeForPicture()
 {
     const QString documents = folders::documents();
-    const bool isHome = QTemporaryFile(u"quorvane-XXXXXX"_s).open(); // whatever its rights say
-    if (!isHome && !documents.isEmpty() && QDir().mkpath(documents))
+    const bool isWritable = QTemporaryFile(u"quorvane-XXXXXX"_s).open(); // its rights alone do not tell
+    if (!isWritable && !documents.isEmpty() && QDir().mkpath(documents))
         QDir::setCurrent(documents);
 }
 

@@ -27,7 +27,7 @@ int ContactTable::add()
 
 void ContactTable::remove(QList<int> rows)
 {
-    constexpr qsizetype rowsOneByOne = 100; // more take the views too long
+    constexpr qsizetype rowsOneByOne = 100; // removing more of them so takes the views too long
     std::ranges::sort(rows, std::ranges::greater());
     if (rows.size() > rowsOneByOne) {
         beginResetModel();

@@ -6,7 +6,7 @@
 #include <QHideEvent>
 
 ViewControllerClientMgmt::ViewControllerClientMgmt(const QString &dataFolder, QWidget *parent)
-    : QDialog(parent)
+    : Screen(parent)
     , ui(std::make_unique<Ui::ViewControllerClientMgmt>())
     , persistentContainer(contactModel(), dataFolder)
 {
@@ -26,13 +26,6 @@ void ViewControllerClientMgmt::connectActions()
     connect(ui->removeButton, &QPushButton::clicked, this, [this] { RemoveClient(ui->removeButton); });
     connect(ui->okButton, &QPushButton::clicked, this, [this] { okpressed(ui->okButton); });
     connect(ui->clientTableView, &ContactTableView::nameEdited, this, &ViewControllerClientMgmt::nameChange);
-}
-
-void ViewControllerClientMgmt::hideEvent(QHideEvent *event)
-{
-    if (!event->spontaneous())
-        viewWillDisappear();
-    QDialog::hideEvent(event);
 }
 
 void ViewControllerClientMgmt::viewWillDisappear()

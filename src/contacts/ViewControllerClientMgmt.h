@@ -2,8 +2,7 @@
 
 #include "contacts/ContactTable.h"
 #include "platform/PersistentContainer.h"
-
-#include <QDialog>
+#include "platform/Screen.h"
 
 #include <memory>
 
@@ -13,7 +12,7 @@ class ViewControllerClientMgmt;
 
 /// Where the user keeps the clients. Changes are saved when the screen goes away,
 /// in whatever way it is closed.
-class ViewControllerClientMgmt : public QDialog
+class ViewControllerClientMgmt : public Screen
 {
     Q_OBJECT
 
@@ -30,11 +29,10 @@ public slots:
     void okpressed(QObject *sender);
 
 protected:
-    void hideEvent(QHideEvent *event) override;
+    void viewWillDisappear() override;
 
 private:
     void connectActions();
-    void viewWillDisappear();
 
     std::unique_ptr<Ui::ViewControllerClientMgmt> ui;
     PersistentContainer persistentContainer;

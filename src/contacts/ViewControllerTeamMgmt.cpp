@@ -5,7 +5,7 @@
 #include <QHideEvent>
 
 ViewControllerTeamMgmt::ViewControllerTeamMgmt(const QString &dataFolder, QWidget *parent)
-    : QDialog(parent)
+    : Screen(parent)
     , ui(std::make_unique<Ui::ViewControllerTeamMgmt>())
     , persistentContainer(contactModel(), dataFolder)
 {
@@ -24,13 +24,6 @@ void ViewControllerTeamMgmt::connectActions()
     connect(ui->addButton, &QPushButton::clicked, this, [this] { AddTeamMember(ui->addButton); });
     connect(ui->removeButton, &QPushButton::clicked, this, [this] { RemoveTeamMember(ui->removeButton); });
     connect(ui->okButton, &QPushButton::clicked, this, [this] { OkPressed(ui->okButton); });
-}
-
-void ViewControllerTeamMgmt::hideEvent(QHideEvent *event)
-{
-    if (!event->spontaneous())
-        viewWillDisappear();
-    QDialog::hideEvent(event);
 }
 
 void ViewControllerTeamMgmt::viewWillDisappear()

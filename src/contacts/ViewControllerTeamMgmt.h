@@ -2,8 +2,7 @@
 
 #include "contacts/ContactTable.h"
 #include "platform/PersistentContainer.h"
-
-#include <QDialog>
+#include "platform/Screen.h"
 
 #include <memory>
 
@@ -13,7 +12,7 @@ class ViewControllerTeamMgmt;
 
 /// Where the user keeps the team members. Changes are saved when the screen goes away,
 /// in whatever way it is closed.
-class ViewControllerTeamMgmt : public QDialog
+class ViewControllerTeamMgmt : public Screen
 {
     Q_OBJECT
 
@@ -28,11 +27,10 @@ public slots:
     void OkPressed(QObject *sender);
 
 protected:
-    void hideEvent(QHideEvent *event) override;
+    void viewWillDisappear() override;
 
 private:
     void connectActions();
-    void viewWillDisappear();
 
     std::unique_ptr<Ui::ViewControllerTeamMgmt> ui;
     PersistentContainer persistentContainer;

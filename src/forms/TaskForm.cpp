@@ -10,7 +10,6 @@
 #include <QAbstractButton>
 #include <QCompleter>
 #include <QLineEdit>
-#include <QShowEvent>
 #include <QStringListModel>
 #include <QTimer>
 
@@ -52,7 +51,7 @@ int positionOf(const QComboBox &box)
 
 TaskForm::TaskForm(const TaskFormServices &formServices, const Color &color, Instant date, Instant due,
                    QWidget *parent)
-    : QDialog(parent)
+    : Screen(parent)
     , services(formServices)
     , manager(formServices.manager)
     , fields(std::make_unique<Ui::TaskFields>())
@@ -93,22 +92,6 @@ void TaskForm::viewDidAppear()
 void TaskForm::viewDidDisappear()
 {
     hideColorPanel();
-}
-
-void TaskForm::showEvent(QShowEvent *event)
-{
-    if (!event->spontaneous())
-        viewWillAppear();
-    QDialog::showEvent(event);
-    if (!event->spontaneous())
-        viewDidAppear();
-}
-
-void TaskForm::hideEvent(QHideEvent *event)
-{
-    QDialog::hideEvent(event);
-    if (!event->spontaneous())
-        viewDidDisappear();
 }
 
 bool TaskForm::commitTyping()
@@ -172,7 +155,8 @@ void TaskForm::acceptColor(const QObject &sender)
 void TaskForm::refuse(DatePicker &picker, Instant previous, const QString &reason)
 {
     isRefused = true;
-    alertMessage(this, reason);
+    if (isVisible()) // else the form was closed while the date was being typed
+        alertMessage(this, reason);
     picker.setMoment(previous);
     // A button whose press brought this about, by taking the focus from the picker, was released elsewhere.
     QTimer::singleShot(0, this, [this] {

@@ -2,8 +2,7 @@
 
 #include "model/task.h"
 #include "platform/PersistentContainer.h"
-
-#include <QDialog>
+#include "platform/Screen.h"
 
 #include <memory>
 
@@ -29,7 +28,7 @@ struct TaskFormServices
 
 /// What the form of a new task and the form of an existing one share: the controls for a task, the names of
 /// the contacts, the rule for colours.
-class TaskForm : public QDialog
+class TaskForm : public Screen
 {
     Q_OBJECT
 
@@ -42,9 +41,8 @@ protected:
 
     /// Fills the widget with the controls and lists the contacts' names in them.
     void loadView(QWidget &place);
-    virtual void viewWillAppear() = 0;
-    virtual void viewDidAppear();
-    void viewDidDisappear();
+    void viewDidAppear() override;
+    void viewDidDisappear() override;
 
     /// Takes over what is still being typed; false when a date of it was refused.
     bool commitTyping();
@@ -59,9 +57,6 @@ protected:
     /// Says why a date is refused, and returns the picker to the previous one.
     void refuse(DatePicker &picker, Instant previous, const QString &reason);
     void hideColorPanel();
-
-    void showEvent(QShowEvent *event) override;
-    void hideEvent(QHideEvent *event) override;
 
     TaskFormServices services;
     TaskManager &manager;

@@ -20,6 +20,7 @@ ViewControllerEdit::ViewControllerEdit(const TaskFormServices &formServices, con
     : TaskForm(formServices, edited.color, edited.date, edited.due, parent)
     , ui(std::make_unique<Ui::ViewControllerEdit>())
     , editedKey(edited.key)
+    , wasHidden(edited.hidden)
 {
     ui->setupUi(this);
     loadView(*ui->taskFields);
@@ -85,14 +86,20 @@ void ViewControllerEdit::storeControls()
 {
     const task stored = taskOfControls();
     manager.selectAgain(editedKey);
-    if (manager.selectedTask().key != editedKey) { // it has gone with a list that was read anew
-        manager.addTask(editedKey, {}, {}, {}, {}, {}, 0, 0, {}, {}, false, 0, 0, 0, 0, {}, {});
+    if (hasGone()) {
+        manager.workingList().append(task{.key = editedKey, .hidden = wasHidden});
         manager.selectTaskByKey(editedKey);
     }
     manager.editSelectedTask(stored.date, stored.name, stored.desc, stored.color, stored.due, stored.status,
                              stored.priority, stored.statusName, stored.priorityName, stored.startHour,
                              stored.startMin, stored.endHour, stored.endMin, stored.client,
                              stored.teamMember);
+}
+
+/// Whether the task has gone with a list that was read anew.
+bool ViewControllerEdit::hasGone() const
+{
+    return manager.selectedTask().key != editedKey;
 }
 
 void ViewControllerEdit::SelectDate(QObject *)
@@ -126,6 +133,8 @@ void ViewControllerEdit::ResetToOriginal(QObject *)
 {
     diagnostics::line("Reset");
     manager.selectAgain(editedKey);
+    if (hasGone())
+        return; // what the form shows is all that is left of it
     const task stored = manager.selectedTask();
     showTask(stored);
     fields->color->setColor(stored.color);

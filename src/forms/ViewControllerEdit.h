@@ -34,9 +34,11 @@ private:
     void viewDidLoad();
     void connectActions();
     void storeControls();
+    bool hasGone() const;
     void logDates() const;
 
     std::unique_ptr<Ui::ViewControllerEdit> ui;
     QString editedKey;
+    bool wasHidden;
     bool isRegistered = false;
 };

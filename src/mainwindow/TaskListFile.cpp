@@ -108,8 +108,8 @@ void TaskListFile::parseRow(qsizetype number, QStringView row, TaskRowReader &re
 
 void TaskListFile::followAppearance()
 {
-    const std::optional<QString> text = read();
-    if (text && !lastWriteFailed)
+    const std::optional<QString> text = lastWriteFailed ? std::nullopt : read();
+    if (text)
         replaceList(*text);
     else
         invertInPlace();

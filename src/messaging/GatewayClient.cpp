@@ -18,9 +18,6 @@ namespace {
 
 constexpr int connections = 6; // as many as a QNetworkAccessManager opens to one host
 constexpr qint64 longestAnswer = 1 << 20;
-/// How long an idle connection is used. A gateway closes it after a while, and a message that it is closing
-/// upon would be lost.
-constexpr auto longestIdle = 2s;
 
 /// A request's body that can be read only once. Where a connection breaks after a request was sent, Qt would
 /// otherwise send it again, and the gateway may have seen it already.
@@ -125,9 +122,11 @@ QSslConfiguration tlsConfiguration(const GatewayAddress &address)
     return tls;
 }
 
-GatewayClient::GatewayClient(const GatewayAddress &gateway, std::chrono::milliseconds requestTimeLimit)
+GatewayClient::GatewayClient(const GatewayAddress &gateway, std::chrono::milliseconds requestTimeLimit,
+                             std::chrono::milliseconds connectionIdleLimit)
     : address(gateway)
     , timeLimit(requestTimeLimit)
+    , idleLimit(connectionIdleLimit)
 {
     threadContext.moveToThread(&thread);
     thread.setObjectName(u"gateway"_s);
@@ -227,13 +226,14 @@ void GatewayClient::prepareConnections()
         manager->setProxy(QNetworkProxy::NoProxy);
         tls = tlsConfiguration(address);
     } else if (manager->findChild<QNetworkReply *>() == nullptr &&
-               std::chrono::milliseconds(lastUse.elapsed()) > longestIdle) {
+               std::chrono::milliseconds(lastUse.elapsed()) > idleLimit) {
         manager->clearConnectionCache();
     }
 }
 
 void GatewayClient::complete(QNetworkReply &reply, const GatewayRequest &request)
 {
+    lastUse.start();
     const std::optional<QString> error = transportError(reply);
     const QByteArray body = error ? QByteArray() : reply.readAll();
     // All of it at once: a last character that is cut off is an error, too.
@@ -246,7 +246,6 @@ void GatewayClient::complete(QNetworkReply &reply, const GatewayRequest &request
         diagnostics::line("Error:",
                           error ? u"Optional(%1)"_s.arg(withoutCredentials(*error, request)) : u"nil"_s);
     diagnostics::flush(); // nothing may happen on the main thread for long
-    lastUse.start();
     reply.deleteLater();
     {
         const std::lock_guard lock(mutex);

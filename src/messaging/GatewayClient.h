@@ -43,8 +43,11 @@ class GatewayClient
 {
 public:
     /// \param timeLimit  for every request
+    /// \param idleLimit  after which connections are given up: a gateway closes those that nothing comes on,
+    ///                   and a message that is sent just then would be lost
     explicit GatewayClient(const GatewayAddress &address,
-                           std::chrono::milliseconds timeLimit = std::chrono::minutes(1));
+                           std::chrono::milliseconds timeLimit = std::chrono::minutes(1),
+                           std::chrono::milliseconds idleLimit = std::chrono::seconds(2));
     /// Breaks off what is under way.
     ~GatewayClient();
     GatewayClient(const GatewayClient &) = delete;
@@ -53,8 +56,8 @@ public:
     /// Starts the request, as soon as fewer are under way than there are connections, and does not wait for
     /// its answer. False when the client was closed before that.
     bool start(const GatewayRequest &request);
-    /// Waits until the requests are on their way to the gateway, and then so long, or until the client is
-    /// closed.
+    /// Waits until every started request has been handed to the network, and then so long, or until the
+    /// client is closed.
     void pause(std::chrono::milliseconds duration);
 
     /// Starts nothing from now on. From any thread.
@@ -71,6 +74,7 @@ private:
 
     GatewayAddress address;
     std::chrono::milliseconds timeLimit;
+    std::chrono::milliseconds idleLimit;
     QThread thread;
     QObject threadContext;                          ///< lives on the thread
     std::unique_ptr<QNetworkAccessManager> manager; ///< likewise; made for the first request
@@ -79,6 +83,6 @@ private:
     std::mutex mutex;
     std::condition_variable changed;
     std::atomic<bool> closed = false;
-    int underWay = 0; ///< requests started and not answered
-    int unsent = 0;   ///< of them
+    int underWay = 0; ///< requests that were started and not answered
+    int unsent = 0;   ///< of these, those that the thread has not handed to the network
 };

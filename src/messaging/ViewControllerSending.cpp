@@ -7,8 +7,6 @@
 #include "platform/Preferences.h"
 #include "ui_ViewControllerSending.h"
 
-#include <QShowEvent>
-
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -27,7 +25,7 @@ static std::vector<Recipient> selectedRecipients(const QTableView &table, const 
 }
 
 ViewControllerSending::ViewControllerSending(const Services &services, QWidget *parent)
-    : QDialog(parent)
+    : Screen(parent)
     , ui(std::make_unique<Ui::ViewControllerSending>())
     , manager(services.manager)
     , runs(services.runs)
@@ -70,20 +68,6 @@ void ViewControllerSending::keepInStep(QTableView &table, QCheckBox &selectAll)
         selectAll.setChecked(selected > 0 && selected == table.model()->rowCount());
     };
     connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, &selectAll, follow);
-}
-
-void ViewControllerSending::showEvent(QShowEvent *event)
-{
-    QDialog::showEvent(event);
-    if (!event->spontaneous())
-        viewDidAppear();
-}
-
-void ViewControllerSending::hideEvent(QHideEvent *event)
-{
-    if (!event->spontaneous())
-        viewWillDisappear();
-    QDialog::hideEvent(event);
 }
 
 void ViewControllerSending::viewDidAppear()

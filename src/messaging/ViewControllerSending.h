@@ -3,8 +3,7 @@
 #include "contacts/ContactTable.h"
 #include "messaging/ScheduleText.h"
 #include "platform/PersistentContainer.h"
-
-#include <QDialog>
+#include "platform/Screen.h"
 
 #include <memory>
 
@@ -19,7 +18,7 @@ class ViewControllerSending;
 
 /// Where the user picks clients or team members and a range of days, and has each of them sent their
 /// schedule. A run goes on when the screen is closed; the screen then waits for its end, out of sight.
-class ViewControllerSending : public QDialog
+class ViewControllerSending : public Screen
 {
     Q_OBJECT
 
@@ -45,14 +44,12 @@ public slots:
     void closeSending(QObject *sender);
 
 protected:
-    void showEvent(QShowEvent *event) override;
-    void hideEvent(QHideEvent *event) override;
+    void viewDidAppear() override;
+    void viewWillDisappear() override;
 
 private:
     void connectActions();
     void keepInStep(QTableView &table, QCheckBox &selectAll);
-    void viewDidAppear();
-    void viewWillDisappear();
     bool canSend() const;
     void send(RecipientKind kind, std::vector<Recipient> recipients);
     void showStart(qint64 lastStep);

@@ -5,8 +5,6 @@
 #include "platform/Preferences.h"
 #include "ui_ViewControllerSettings.h"
 
-#include <QShowEvent>
-
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
@@ -23,7 +21,7 @@ static int integerValue(const QString &text)
 }
 
 ViewControllerSettings::ViewControllerSettings(Preferences &userPreferences, QWidget *parent)
-    : QDialog(parent)
+    : Screen(parent)
     , ui(std::make_unique<Ui::ViewControllerSettings>())
     , preferences(userPreferences)
 {
@@ -43,13 +41,6 @@ void ViewControllerSettings::connectActions()
 void ViewControllerSettings::revealSecret(bool reveal)
 {
     ui->passPhrase->setEchoMode(reveal ? QLineEdit::Normal : QLineEdit::Password);
-}
-
-void ViewControllerSettings::showEvent(QShowEvent *event)
-{
-    if (!event->spontaneous())
-        viewWillAppear();
-    QDialog::showEvent(event);
 }
 
 void ViewControllerSettings::viewWillAppear()

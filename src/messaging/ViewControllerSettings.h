@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QDialog>
+#include "platform/Screen.h"
 
 #include <memory>
 
@@ -11,7 +11,7 @@ class ViewControllerSettings;
 }
 
 /// The settings of the message gateway's account and of the schedule messages.
-class ViewControllerSettings : public QDialog
+class ViewControllerSettings : public Screen
 {
     Q_OBJECT
 
@@ -24,11 +24,10 @@ public slots:
     void resetToOriginal(QObject *sender);
 
 protected:
-    void showEvent(QShowEvent *event) override;
+    void viewWillAppear() override;
 
 private:
     void connectActions();
-    void viewWillAppear();
     bool saveControls();
     void revealSecret(bool reveal);
 

@@ -41,6 +41,7 @@ void DatePicker::setMoment(Instant moment)
 {
     const QSignalBlocker blocker(this);
     setDateTime(Calendar::localTime(moment));
+    hasTyped = false;
     chosen = dateTime();
 }
 
@@ -60,13 +61,12 @@ void DatePicker::choose()
 
 void DatePicker::changed()
 {
-    if (isTyping) {
-        hasTyped = true;
-        return;
-    }
     QWidget *popup = QApplication::activePopupWidget();
     if (!popup || popup->parentWidget() != this) {
-        choose();
+        // While the user is at it, a part that was left may be followed by the others.
+        hasTyped = hasFocus() && !isStepping;
+        if (!hasTyped)
+            choose();
         return;
     }
     popup->installEventFilter(this);
@@ -97,10 +97,13 @@ void DatePicker::keyPressEvent(QKeyEvent *event)
         return;
     if (isDigit && lineEdit()->selectedText() == lineEdit()->text())
         setSelectedSection(sectionAt(0)); // a whole date is typed over the old one
-    const QList<int> finishing{Qt::Key_Return, Qt::Key_Enter,  Qt::Key_Up,
-                               Qt::Key_Down,   Qt::Key_PageUp, Qt::Key_PageDown};
-    const QScopedValueRollback typing(isTyping, !finishing.contains(event->key()));
     const int before = currentSectionIndex();
     QDateTimeEdit::keyPressEvent(event);
     hasAdvanced = isDigit && currentSectionIndex() > before;
+}
+
+void DatePicker::stepBy(int steps)
+{
+    const QScopedValueRollback stepping(isStepping, true);
+    QDateTimeEdit::stepBy(steps);
 }

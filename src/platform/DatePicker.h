@@ -28,6 +28,7 @@ signals:
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void stepBy(int steps) override;
 
 private:
     void changed();
@@ -35,7 +36,7 @@ private:
 
     QDateTime chosen;         ///< what Escape in the open calendar returns to
     bool choosing = false;    ///< in the open calendar
-    bool isTyping = false;    ///< a key is being dealt with that leaves the date unfinished
+    bool isStepping = false;  ///< by an arrow or the wheel
     bool hasTyped = false;    ///< another date, of which nothing was told
     bool hasAdvanced = false; ///< to the next part of the date, by the last digit
 };

@@ -67,11 +67,9 @@ private:
 std::vector<ManagedObject> ObjectContext::fetch(const FetchRequest &request)
 {
     Records &records = recordsOf[&request.entity];
-    if (!records.fetched) {
-        std::optional<std::deque<Record>> stored = read(request.entity);
-        records.fetched = stored.has_value();
-        records.stored = std::move(stored).value_or(std::deque<Record>());
-    }
+    if (!records.fetched)
+        records.stored = read(request.entity);
+    records.fetched = true;
     std::vector<ManagedObject> objects;
     objects.reserve(records.stored.size() + records.added.size());
     for (std::deque<Record> *list : {&records.stored, &records.added})
@@ -81,15 +79,15 @@ std::vector<ManagedObject> ObjectContext::fetch(const FetchRequest &request)
     return objects;
 }
 
-std::optional<std::deque<ObjectContext::Record>> ObjectContext::read(const Entity &entity) const
+std::deque<ObjectContext::Record> ObjectContext::read(const Entity &entity) const
 {
     const QSqlDatabase database = QSqlDatabase::database(connection, false);
     if (!database.isOpen())
-        return std::nullopt;
+        return {};
     QSqlQuery query(database);
     query.setForwardOnly(true);
     if (!query.exec(u"SELECT id, %1 FROM \"%2\" ORDER BY id"_s.arg(columns(entity, {}), entity.name)))
-        return std::nullopt;
+        return {};
     std::deque<Record> records;
     const int attributes = int(entity.attributes.size());
     while (query.next()) {
@@ -101,7 +99,7 @@ std::optional<std::deque<ObjectContext::Record>> ObjectContext::read(const Entit
         }
     }
     if (query.lastError().isValid())
-        return std::nullopt;
+        records.clear();
     return records;
 }
 

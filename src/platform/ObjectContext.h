@@ -69,7 +69,7 @@ private:
     /// A record and the id that it has in the store once the transaction has been committed.
     using NewIds = std::vector<std::pair<Record *, qint64>>;
 
-    std::optional<std::deque<Record>> read(const Entity &entity) const;
+    std::deque<Record> read(const Entity &entity) const;
     bool write(const QSqlDatabase &database, NewIds &newIds);
     static bool write(const QSqlDatabase &database, const Entity &entity, Records &records, NewIds &newIds);
     bool hasChanges() const;

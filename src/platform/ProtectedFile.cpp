@@ -181,7 +181,8 @@ bool ProtectedFile::copyAside()
         error = copyPath + u": "_s + file.errorString();
         return false;
     }
-    return (FileDescriptor(copyPath, O_RDONLY).sync() && syncFolder(QFileInfo(copyPath).path())) || fail();
+    const FileDescriptor copy(copyPath, O_RDONLY);
+    return (copy.isOpen() && copy.sync() && syncFolder(QFileInfo(copyPath).path())) || fail();
 }
 
 bool ProtectedFile::writeRedo(QByteArrayView content, const Digest &digest)

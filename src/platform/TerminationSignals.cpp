@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QSocketNotifier>
 
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <sys/eventfd.h>
@@ -10,6 +11,7 @@
 
 namespace {
 
+constexpr std::array terminating{SIGTERM, SIGINT, SIGHUP};
 int received = -1; // counts the signals; the only thing that a handler touches
 
 void count(int)
@@ -30,16 +32,18 @@ void terminationSignals::quitOnThem()
     auto *notifier = new QSocketNotifier(received, QSocketNotifier::Read, qApp);
     QObject::connect(notifier, &QSocketNotifier::activated, notifier, [notifier] {
         notifier->setEnabled(false);
+        for (const int signal : terminating)
+            std::signal(signal, SIG_DFL);
         QCoreApplication::quit();
     });
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    for (const int signal : terminating) {
         struct sigaction present = {};
         ::sigaction(signal, nullptr, &present);
         if (present.sa_handler == SIG_IGN) // whoever started the program wants it so
             continue;
         struct sigaction wanted = {};
         wanted.sa_handler = count;
-        wanted.sa_flags = SA_RESTART | SA_RESETHAND;
+        wanted.sa_flags = SA_RESTART;
         ::sigaction(signal, &wanted, nullptr);
     }
 }

@@ -6,7 +6,6 @@
 
 #include <QKeyEvent>
 #include <QShortcut>
-#include <QShowEvent>
 #include <QTimer>
 
 #include <chrono>
@@ -15,7 +14,7 @@
 using namespace Qt::StringLiterals;
 
 ViewControllerNotes::ViewControllerNotes(const Folders &folders, QWidget *parent)
-    : QDialog(parent, Qt::Window)
+    : Screen(parent, Qt::Window)
     , ui(std::make_unique<Ui::ViewControllerNotes>())
 {
     if (!folders.documents.isEmpty())
@@ -45,29 +44,13 @@ void ViewControllerNotes::connectActions()
     connect(ui->closeFindButton, &QToolButton::clicked, this, &ViewControllerNotes::hideFindBar);
 }
 
-void ViewControllerNotes::showEvent(QShowEvent *event)
-{
-    QDialog::showEvent(event);
-    if (!event->spontaneous())
-        viewDidAppear();
-}
-
-void ViewControllerNotes::hideEvent(QHideEvent *event)
-{
-    if (!event->spontaneous())
-        viewWillDisappear();
-    QDialog::hideEvent(event);
-    if (!event->spontaneous())
-        viewDidDisappear();
-}
-
 /// Escape closes the find bar only, not the notes, whose undo steps would be gone.
 void ViewControllerNotes::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape)
         hideFindBar();
     else
-        QDialog::keyPressEvent(event);
+        Screen::keyPressEvent(event);
 }
 
 void ViewControllerNotes::viewDidLoad()
@@ -76,7 +59,8 @@ void ViewControllerNotes::viewDidLoad()
     ui->textEdit->moveCursor(QTextCursor::End);
 }
 
-/// The text keeps its colour until the notes are shown again, and with it those that it is read against.
+/// Until the notes are shown again the text keeps its colour, and so do the ground and the selection that it
+/// is read against.
 void ViewControllerNotes::viewDidAppear()
 {
     QPalette colors = ui->textEdit->palette();

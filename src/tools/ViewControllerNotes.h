@@ -1,8 +1,8 @@
 #pragma once
 
+#include "platform/Screen.h"
 #include "platform/TextFile.h"
 
-#include <QDialog>
 #include <QPointer>
 #include <QTextDocument>
 
@@ -16,7 +16,7 @@ class ViewControllerNotes;
 }
 
 /// The notes pad: one plain text that is kept in `zandunotes.txt` while it is typed.
-class ViewControllerNotes : public QDialog
+class ViewControllerNotes : public Screen
 {
     Q_OBJECT
 
@@ -34,16 +34,14 @@ public slots:
     void tick(QObject *sender);
 
 protected:
-    void showEvent(QShowEvent *event) override;
-    void hideEvent(QHideEvent *event) override;
+    void viewDidAppear() override;
+    void viewWillDisappear() override;
+    void viewDidDisappear() override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void connectActions();
     void viewDidLoad();
-    void viewDidAppear();
-    void viewWillDisappear();
-    void viewDidDisappear();
 
     void loadNotes();
     bool saveNotes();

@@ -12,10 +12,10 @@
 #include <QBuffer>
 #include <QDir>
 #include <QIcon>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QScreen>
 #include <QShortcut>
-#include <QShowEvent>
 #include <QStyle>
 
 #include <algorithm>
@@ -31,7 +31,7 @@ constexpr Color white{1.0, 1.0, 1.0, 1.0};
 } // namespace
 
 ViewControllerWhiteboard::ViewControllerWhiteboard(const Services &services, QWidget *parent)
-    : QDialog(parent, Qt::Window)
+    : Screen(parent, Qt::Window)
     , ui(std::make_unique<Ui::ViewControllerWhiteboard>())
     , pen(services.pen)
     , colorPanel(services.colorPanel)
@@ -64,32 +64,16 @@ void ViewControllerWhiteboard::connectActions()
     connect(ui->color, &ColorWell::colorChosen, this, [this] { selectColor(ui->color); });
 }
 
-void ViewControllerWhiteboard::showEvent(QShowEvent *event)
-{
-    QDialog::showEvent(event);
-    if (!event->spontaneous())
-        viewDidAppear();
-}
-
-void ViewControllerWhiteboard::hideEvent(QHideEvent *event)
-{
-    if (!event->spontaneous())
-        viewWillDisappear();
-    QDialog::hideEvent(event);
-    if (!event->spontaneous())
-        viewDidDisappear();
-}
-
 /// Escape does not close the whiteboard in the middle of a stroke, as it would a dialog.
 void ViewControllerWhiteboard::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() != Qt::Key_Escape)
-        QDialog::keyPressEvent(event);
+        Screen::keyPressEvent(event);
 }
 
 void ViewControllerWhiteboard::resizeEvent(QResizeEvent *event)
 {
-    QDialog::resizeEvent(event);
+    Screen::resizeEvent(event);
     ui->whiteboard->setGeometry(canvas());
     ui->band->setGeometry(0, height() - bandHeight, width(), bandHeight);
     if (line)

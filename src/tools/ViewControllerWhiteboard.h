@@ -2,8 +2,8 @@
 
 #include "platform/Color.h"
 #include "platform/ProtectedFile.h"
+#include "platform/Screen.h"
 
-#include <QDialog>
 #include <QImage>
 
 #include <memory>
@@ -25,7 +25,7 @@ struct WhiteboardPen
 
 /// The whiteboard: a canvas above a band of buttons. Every stroke is merged into the picture file
 /// `zandulistwhiteboard.png` in the process's working directory as soon as it is drawn.
-class ViewControllerWhiteboard : public QDialog
+class ViewControllerWhiteboard : public Screen
 {
     Q_OBJECT
 
@@ -57,17 +57,15 @@ public slots:
     void shareImage(QObject *sender);
 
 protected:
-    void showEvent(QShowEvent *event) override;
-    void hideEvent(QHideEvent *event) override;
+    void viewDidAppear() override;
+    void viewWillDisappear() override;
+    void viewDidDisappear() override;
     void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
     void connectActions();
     void viewDidLoad();
-    void viewDidAppear();
-    void viewWillDisappear();
-    void viewDidDisappear();
 
     QRect canvas() const;
     QImage capture() const;

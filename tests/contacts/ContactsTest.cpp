@@ -194,6 +194,29 @@ private slots:
         QCOMPARE(stored<TeamMembers>(home->path()), u"b=- "_s);
     }
 
+    void manyContactsAreRemovedAtOnce()
+    {
+        constexpr int count = 1000;
+        PersistentContainer container(contactModel(), home->path());
+        container.loadPersistentStores();
+        ContactTable contacts;
+        contacts.arrange<Clients>(container.viewContext());
+        QList<int> odd;
+        for (int row = 0; row < count; ++row) {
+            contacts.setData(contacts.index(contacts.add(), Contact::Name), QString::number(row));
+            if (row % 2 == 1)
+                odd.append(row);
+        }
+        QTableView view;
+        view.setModel(&contacts);
+        contacts.remove(odd);
+        QCOMPARE(contacts.rowCount(), count / 2);
+        for (int row = 0; row < count / 2; ++row)
+            QCOMPARE(contacts.contact(row).name(), QString::number(2 * row));
+        QVERIFY(container.viewContext().save());
+        QVERIFY(stored(home->path()).startsWith(u"0=- 2=- 4=- "_s));
+    }
+
 private:
     static QTableView &tableOf(const QWidget &screen) { return *screen.findChild<QTableView *>(); }
 

@@ -221,8 +221,7 @@ private slots:
             rows << with(9, integer);
         for (const QString &row : rows) {
             init();
-            // The last row is torn off besides.
-            const QString text = head + u"|A^"_s + row + u"^"_s + head + u"|B^"_s + head.first(30);
+            const QString text = head + u"|A^"_s + row + u"^"_s + head + u"|B^"_s;
             writeTo(filePath(), text.toUtf8());
             CapturedOutput output;
             file->parseFile(file->readFile());
@@ -230,10 +229,17 @@ private slots:
             QCOMPARE(manager->tasks[0]->key + manager->tasks[1]->key, u"AB"_s);
             QCOMPARE(output.takeLines().filter(QRegularExpression(u"^Row skipped: 2 "_s)).size(), 1);
             QVERIFY(file->writeFile());
-            const QDir folder(home->filePath(u"Documents"_s));
-            const QStringList copies = folder.entryList({u"zandulist.txt.damaged-*"_s});
-            QCOMPARE(copies.size(), 1);
-            QCOMPARE(contentOf(folder.filePath(copies.constFirst())), text.toUtf8());
+            QCOMPARE(copied(), text.toUtf8());
+        }
+        const QByteArray torn = fenceRow + fenceRow.first(30);
+        const QByteArray withMore = fenceRow.chopped(1) + "|more^"; // of which a field is left out
+        for (const QByteArray &text : {torn, withMore}) {
+            init();
+            writeTo(filePath(), text);
+            file->parseFile(file->readFile());
+            QCOMPARE(manager->tasks.size(), 1);
+            QVERIFY(file->writeFile());
+            QCOMPARE(copied(), text);
         }
     }
 
@@ -352,6 +358,14 @@ private slots:
     }
 
 private:
+    /// What was copied aside; nothing where that was not one file.
+    QByteArray copied() const
+    {
+        const QDir folder(home->filePath(u"Documents"_s));
+        const QStringList copies = folder.entryList({u"zandulist.txt.damaged-*"_s});
+        return copies.size() == 1 ? contentOf(folder.filePath(copies[0])) : QByteArray();
+    }
+
     void reopen()
     {
         manager = std::make_unique<TaskManager>(preferences);

@@ -69,8 +69,12 @@ private slots:
         QVERIFY(Calendar::now() - blank.date < std::chrono::minutes(1) && blank.date == blank.due);
         manager->selected = 0;
         manager->hideSelectedTask();
+        manager->tasks[0].edit().color = {0.1, 0.2, 0.3, 0.4};
+        manager->tasks[0].edit().due = Instant(std::chrono::hours(30));
         manager->cloneSelectedTask();
-        QVERIFY(manager->tasks.last()->hidden && manager->tasks.last()->key.size() == 36);
+        task clone = *manager->tasks.last();
+        QVERIFY(clone.key.size() == 36 && std::exchange(clone.key, key) != key);
+        QVERIFY(clone == *manager->tasks[0]);
         manager->editSelectedTask({}, {}, {}, {}, {}, 0, 0, {}, {}, 15, 16, 17, 18, {}, {});
         QVERIFY(manager->tasks[0]->hidden && manager->tasks[0]->key == key);
         manager->selected = -1;

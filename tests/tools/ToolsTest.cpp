@@ -329,7 +329,7 @@ private slots:
         QDir::setCurrent(u"/proc"_s); // where nobody can make a file
         CapturedOutput output;
         drag(open(), {{100, 100}, {200, 100}});
-        QCOMPARE(output.takeLines().filter(QRegularExpression(u"^caught: No such file"_s)).size(), 1);
+        QCOMPARE(output.takeLines().filter(QRegularExpression(u"^caught: \\S"_s)).size(), 1);
     }
 
 private:

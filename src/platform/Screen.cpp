@@ -1,0 +1,25 @@
+#include "platform/Screen.h"
+
+#include <QShowEvent>
+
+void Screen::showEvent(QShowEvent *event)
+{
+    if (event->spontaneous()) {
+        QDialog::showEvent(event);
+        return;
+    }
+    viewWillAppear();
+    QDialog::showEvent(event);
+    viewDidAppear();
+}
+
+void Screen::hideEvent(QHideEvent *event)
+{
+    if (event->spontaneous()) {
+        QDialog::hideEvent(event);
+        return;
+    }
+    viewWillDisappear();
+    QDialog::hideEvent(event);
+    viewDidDisappear();
+}
