@@ -80,6 +80,7 @@ bool DatePicker::eventFilter(QObject *watched, QEvent *event)
     if (isEscape && std::exchange(choosing, false)) {
         const QSignalBlocker blocker(this);
         setDateTime(chosen);
+        hasTyped = false;
     }
     // Queued: whoever answers with a dialog would open it in the middle of the calendar's closing.
     if (event->type() == QEvent::Hide && std::exchange(choosing, false))
