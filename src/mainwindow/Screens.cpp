@@ -22,11 +22,11 @@ static void bringToFront(QWidget &screen)
 }
 
 /// Shows the screen, which is made if it is not open. A screen that was closed is gone.
-template <typename Screen, typename Resources>
-static void open(QPointer<Screen> &screen, Resources &&resources, QWidget &mainWindow)
+template <typename ScreenClass, typename Resources>
+static void open(QPointer<ScreenClass> &screen, Resources &&resources, QWidget &mainWindow)
 {
     if (!screen || !screen->isVisible()) {
-        screen = new Screen(resources, &mainWindow);
+        screen = new ScreenClass(resources, &mainWindow);
         screen->setAttribute(Qt::WA_DeleteOnClose);
     }
     bringToFront(*screen);

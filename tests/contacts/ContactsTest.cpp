@@ -82,37 +82,31 @@ private slots:
         QCOMPARE(stored(home->path()), u"Zoë 🌳=- Abe= Last=- "_s);
     }
 
-    void aStoreThatCannotBeUsedIsLeftAlone_data()
-    {
-        QTest::addColumn<QString>("sql");
-        QTest::addColumn<QString>("reason");
-        QTest::newRow("damaged") << QString() << u"not a database"_s;
-        QTest::newRow("newer version") << u"PRAGMA user_version = 2"_s << u"newer version"_s;
-        QTest::newRow("of another program") << u"CREATE TABLE Other (id)"_s << u"no such table"_s;
-    }
-
     void aStoreThatCannotBeUsedIsLeftAlone()
     {
-        QFETCH(QString, sql);
-        QFETCH(QString, reason);
-        const QString path = home->filePath(u"Model.sqlite"_s);
-        if (sql.isEmpty())
-            writeTo(path, QByteArray(5000, 'x'));
-        else
-            QVERIFY(RawStore(home->path()).run(sql));
-        const QByteArray before = contentOf(path);
-        CapturedOutput output;
-        ViewControllerClientMgmt screen(home->path());
-        const QStringList lines = output.takeLines();
-        QCOMPARE(lines.size(), 2);
-        QCOMPARE(lines[0], u"Unable to Add Persistent Store"_s);
-        QVERIFY2(lines[1].contains(reason) && lines[1].contains(path), qPrintable(lines[1]));
-        screen.show();
-        screen.AddCient(nullptr);
-        QCOMPARE(tableOf(screen).model()->rowCount(), 1);
-        screen.okpressed(nullptr);
-        QVERIFY(!screen.isVisible());
-        QCOMPARE(contentOf(path), before);
+        for (const auto &[sql, reason] : {std::pair(u""_s, u"not a database"_s), // damaged
+                                          {u"PRAGMA user_version = 2"_s, u"newer version"_s},
+                                          {u"CREATE TABLE Other (id)"_s, u"no such table"_s}}) {
+            init();
+            const QString path = home->filePath(u"Model.sqlite"_s);
+            if (sql.isEmpty())
+                writeTo(path, QByteArray(5000, 'x'));
+            else
+                QVERIFY(RawStore(home->path()).run(sql));
+            const QByteArray before = contentOf(path);
+            CapturedOutput output;
+            ViewControllerClientMgmt screen(home->path());
+            const QStringList lines = output.takeLines();
+            QCOMPARE(lines.size(), 2);
+            QCOMPARE(lines[0], u"Unable to Add Persistent Store"_s);
+            QVERIFY2(lines[1].contains(reason) && lines[1].contains(path), qPrintable(lines[1]));
+            screen.show();
+            screen.AddCient(nullptr);
+            QCOMPARE(tableOf(screen).model()->rowCount(), 1);
+            screen.okpressed(nullptr);
+            QVERIFY(!screen.isVisible());
+            QCOMPARE(contentOf(path), before);
+        }
     }
 
     void aFailedSaveKeepsTheChanges()

@@ -136,60 +136,51 @@ private slots:
         QVERIFY(*manager->tasks.first() == original);
     }
 
-    void datesAreChecked_data()
+    void datesAreChecked()
     {
-        QTest::addColumn<bool>("edit");
-        QTest::addColumn<QString>("start");
-        QTest::addColumn<QString>("due");
-        QTest::addColumn<bool>("changeStart");
-        QTest::addColumn<QDate>("day");
-        QTest::addColumn<QString>("message");
+        struct Case
+        {
+            bool edits;
+            QString start, due;
+            bool changesStart;
+            QDate day;
+            QString message;
+        };
         const QString early = u"Select a Start Date prior to Due Date"_s;
         const QString late = u"Select a Due Date after Start Date"_s;
         const QString noon = u"2026-03-03T12:00:00"_s;
         const QString evening = u"2026-03-05T20:00:00"_s;
-        QTest::newRow("add: same day") << false << evening << noon << true << QDate(2026, 3, 3) << QString();
-        QTest::newRow("add: day after") << false << noon << noon << true << QDate(2026, 3, 4) << early;
-        QTest::newRow("add: due before") << false << noon << evening << false << QDate(2026, 3, 2) << late;
-        QTest::newRow("add: day of the clock change")
-            << false << u"2026-03-07T23:30:00"_s << u"2026-03-08T00:30:00"_s << true << QDate(2026, 3, 8)
-            << QString();
-        QTest::newRow("edit: earlier") << true << noon << evening << true << QDate(2026, 3, 4) << QString();
-        QTest::newRow("edit: same moment") << true << noon << noon << false << QDate(2026, 3, 3) << QString();
-        QTest::newRow("edit: later that day")
-            << true << u"2026-03-01T20:00:01"_s << evening << true << QDate(2026, 3, 5) << early;
-        QTest::newRow("edit: due earlier that day")
-            << true << u"2026-03-03T20:00:00"_s << u"2026-03-05T12:00:00"_s << false << QDate(2026, 3, 3)
-            << late;
-    }
-
-    void datesAreChecked()
-    {
-        QFETCH(bool, edit);
-        QFETCH(QString, start);
-        QFETCH(QString, due);
-        QFETCH(bool, changeStart);
-        QFETCH(QDate, day);
-        QFETCH(QString, message);
-        openEdit({.date = moment(start), .due = moment(due)});
-        if (!edit) {
-            openAdd();
-            child<DatePicker>("dtTaskDate").setMoment(moment(start));
-            child<DatePicker>("dtTaskDueDate").setMoment(moment(due));
+        for (const auto &[edits, start, due, changesStart, day, message] : std::initializer_list<Case>{
+                 {false, evening, noon, true, QDate(2026, 3, 3), {}}, // the same day
+                 {false, noon, noon, true, QDate(2026, 3, 4), early},
+                 {false, noon, evening, false, QDate(2026, 3, 2), late},
+                 // The day of the clock change.
+                 {false, u"2026-03-07T23:30:00"_s, u"2026-03-08T00:30:00"_s, true, QDate(2026, 3, 8), {}},
+                 {true, noon, evening, true, QDate(2026, 3, 4), {}},
+                 {true, noon, noon, false, QDate(2026, 3, 3), {}},                          // the same moment
+                 {true, u"2026-03-01T20:00:01"_s, evening, true, QDate(2026, 3, 5), early}, // later that day
+                 {true, u"2026-03-03T20:00:00"_s, u"2026-03-05T12:00:00"_s, false, QDate(2026, 3, 3),
+                  late}}) {
+            openEdit({.date = moment(start), .due = moment(due)});
+            if (!edits) {
+                openAdd();
+                child<DatePicker>("dtTaskDate").setMoment(moment(start));
+                child<DatePicker>("dtTaskDueDate").setMoment(moment(due));
+            }
+            auto &picker = child<DatePicker>(changesStart ? "dtTaskDate" : "dtTaskDueDate");
+            const QDateTime before = picker.dateTime();
+            const AlertAnswer answer(u"OK"_s);
+            picker.setDate(day);
+            QCOMPARE(answer.wasShown(), !message.isEmpty());
+            QCOMPARE(answer.informativeText, message);
+            if (message.isEmpty())
+                QCOMPARE(picker.dateTime(), QDateTime(day, before.time()));
+            else if (edits)
+                QCOMPARE(picker.dateTime(), before);
+            else // what was accepted last is the moment of the form's creation
+                QVERIFY(qAbs(picker.dateTime().secsTo(QDateTime::currentDateTime())) < 60);
+            QCoreApplication::processEvents(); // what has not been answered yet
         }
-        auto &picker = child<DatePicker>(changeStart ? "dtTaskDate" : "dtTaskDueDate");
-        const QDateTime before = picker.dateTime();
-        const AlertAnswer answer(u"OK"_s);
-        picker.setDate(day);
-        QCOMPARE(answer.wasShown(), !message.isEmpty());
-        QCOMPARE(answer.informativeText, message);
-        if (message.isEmpty())
-            QCOMPARE(picker.dateTime(), QDateTime(day, before.time()));
-        else if (edit)
-            QCOMPARE(picker.dateTime(), before);
-        else // what was accepted last is the moment of the form's creation
-            QVERIFY(qAbs(picker.dateTime().secsTo(QDateTime::currentDateTime())) < 60);
-        QCoreApplication::processEvents(); // what has not been answered yet
     }
 
     void aDateThatIsBeingTypedCounts()
