@@ -1,16 +1,16 @@
 #include "SampleTasks.h"
 
 #include "cloud/CloudSync.h"
+#include "cloud/MainThreadQueue.h"
+#include "cloud/SqlCloudContainer.h"
 #include "cloud/TaskRecord.h"
 #include "mainwindow/Screens.h"
 #include "mainwindow/ViewController.h"
 #include "messaging/ScheduleRuns.h"
 #include "model/TaskManager.h"
-#include "platform/ColorWell.h"
-#include "platform/MainThreadQueue.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
-#include "platform/SqlCloudContainer.h"
+#include "widgets/ColorWell.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

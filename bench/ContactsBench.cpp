@@ -1,10 +1,10 @@
 #include "contacts/Contact.h"
+#include "contacts/PersistentContainer.h"
 #include "forms/ViewControllerAdd.h"
 #include "model/TaskManager.h"
-#include "platform/ColorWell.h"
 #include "platform/NotificationCenter.h"
-#include "platform/PersistentContainer.h"
 #include "platform/Preferences.h"
+#include "widgets/ColorWell.h"
 
 #include <QCoreApplication>
 #include <QSqlDatabase>

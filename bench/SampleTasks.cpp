@@ -1,6 +1,6 @@
 #include "SampleTasks.h"
 
-#include "mainwindow/TaskRowWriter.h"
+#include "taskfile/TaskRowWriter.h"
 
 #include <QUuid>
 

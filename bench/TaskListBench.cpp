@@ -1,20 +1,20 @@
 #include "SampleTasks.h"
 
 #include "cloud/CloudSync.h"
+#include "cloud/MainThreadQueue.h"
+#include "cloud/SqlCloudContainer.h"
 #include "cloud/TaskRecord.h"
 #include "mainwindow/Screens.h"
-#include "mainwindow/TaskListFile.h"
 #include "mainwindow/ViewController.h"
 #include "messaging/ScheduleRuns.h"
 #include "model/TaskManager.h"
-#include "platform/ColorWell.h"
 #include "platform/Diagnostics.h"
 #include "platform/FileDescriptor.h"
-#include "platform/MainThreadQueue.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
-#include "platform/SqlCloudContainer.h"
 #include "platform/TextFile.h"
+#include "taskfile/TaskListFile.h"
+#include "widgets/ColorWell.h"
 
 #include <QApplication>
 #include <QLineEdit>

@@ -1,6 +1,6 @@
-#include "platform/ColorWell.h"
 #include "tools/ViewControllerNotes.h"
 #include "tools/ViewControllerWhiteboard.h"
+#include "widgets/ColorWell.h"
 
 #include <QBuffer>
 #include <QCoreApplication>

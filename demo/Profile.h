@@ -1,13 +1,13 @@
 #pragma once
 
 #include "cloud/CloudSync.h"
+#include "cloud/MainThreadQueue.h"
+#include "cloud/SqlCloudContainer.h"
 #include "mainwindow/Screens.h"
 #include "mainwindow/ViewController.h"
 #include "messaging/ScheduleRuns.h"
-#include "platform/ColorWell.h"
-#include "platform/MainThreadQueue.h"
 #include "platform/NotificationCenter.h"
-#include "platform/SqlCloudContainer.h"
+#include "widgets/ColorWell.h"
 
 /// One user's program: all objects that the program itself builds, over folders of its own.
 class Profile

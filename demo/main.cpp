@@ -14,7 +14,6 @@
 #include "ToolSteps.h"
 #include "TourFailure.h"
 #include "TourHome.h"
-#include "app/Palettes.h"
 #include "model/Appearance.h"
 #include "model/TaskManager.h"
 #include "platform/Folders.h"
@@ -22,6 +21,7 @@
 #include "platform/Preferences.h"
 #include "support/HttpsServer.h"
 #include "support/PostgresServer.h"
+#include "widgets/Palettes.h"
 
 #include <QApplication>
 #include <QIcon>

@@ -1,7 +1,7 @@
 #include "app/UIUtil.h"
 
-#include "app/Alert.h"
 #include "platform/Diagnostics.h"
+#include "widgets/Alert.h"
 
 #include <QApplication>
 #include <QDateTimeEdit>

@@ -1,8 +1,8 @@
 #include "app/WebPage.h"
 
-#include "app/Alert.h"
 #include "app/WebPageModule.h"
 #include "platform/Diagnostics.h"
+#include "widgets/Alert.h"
 
 #include <QApplication>
 #include <QDesktopServices>

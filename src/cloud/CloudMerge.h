@@ -1,7 +1,7 @@
 #pragma once
 
+#include "cloud/CloudDatabase.h"
 #include "model/task.h"
-#include "platform/CloudDatabase.h"
 
 #include <QHash>
 

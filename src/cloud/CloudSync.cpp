@@ -1,10 +1,10 @@
 #include "cloud/CloudSync.h"
 
 #include "cloud/CloudMerge.h"
+#include "cloud/MainThreadQueue.h"
 #include "cloud/TaskRecord.h"
 #include "model/TaskManager.h"
 #include "platform/Diagnostics.h"
-#include "platform/MainThreadQueue.h"
 #include "platform/NotificationCenter.h"
 
 using namespace Qt::StringLiterals;

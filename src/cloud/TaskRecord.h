@@ -1,7 +1,7 @@
 #pragma once
 
+#include "cloud/CloudDatabase.h"
 #include "model/task.h"
-#include "platform/CloudConnection.h"
 
 /// The record type "Task" with its twenty fields.
 const CloudRecordType &taskRecordType();

@@ -1,6 +1,6 @@
 #include "contacts/Contact.h"
 
-#include "platform/PersistentContainer.h"
+#include "contacts/PersistentContainer.h"
 
 using namespace Qt::StringLiterals;
 

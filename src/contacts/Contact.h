@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ObjectContext.h"
+#include "contacts/ObjectContext.h"
 
 struct ObjectModel;
 

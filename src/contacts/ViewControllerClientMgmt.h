@@ -1,8 +1,8 @@
 #pragma once
 
 #include "contacts/ContactTable.h"
-#include "platform/PersistentContainer.h"
-#include "platform/Screen.h"
+#include "contacts/PersistentContainer.h"
+#include "widgets/Screen.h"
 
 #include <memory>
 

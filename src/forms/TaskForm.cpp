@@ -1,11 +1,11 @@
 #include "forms/TaskForm.h"
 
-#include "app/Alert.h"
 #include "app/UIUtil.h"
 #include "contacts/Contact.h"
 #include "model/Appearance.h"
 #include "platform/Diagnostics.h"
 #include "ui_TaskFields.h"
+#include "widgets/Alert.h"
 
 #include <QAbstractButton>
 #include <QCompleter>

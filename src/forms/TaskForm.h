@@ -1,8 +1,8 @@
 #pragma once
 
+#include "contacts/PersistentContainer.h"
 #include "model/task.h"
-#include "platform/PersistentContainer.h"
-#include "platform/Screen.h"
+#include "widgets/Screen.h"
 
 #include <memory>
 

@@ -1,6 +1,5 @@
 #include "mainwindow/Screens.h"
 
-#include "app/Alert.h"
 #include "app/WebPage.h"
 #include "contacts/ViewControllerClientMgmt.h"
 #include "contacts/ViewControllerTeamMgmt.h"
@@ -10,6 +9,7 @@
 #include "messaging/ViewControllerSettings.h"
 #include "model/TaskManager.h"
 #include "tools/ViewControllerNotes.h"
+#include "widgets/Alert.h"
 
 using namespace Qt::StringLiterals;
 

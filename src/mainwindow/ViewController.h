@@ -1,9 +1,9 @@
 #pragma once
 
 #include "mainwindow/TaskButtons.h"
-#include "mainwindow/TaskListFile.h"
 #include "mainwindow/TaskTable.h"
 #include "mainwindow/WindowState.h"
+#include "taskfile/TaskListFile.h"
 
 #include <QMainWindow>
 

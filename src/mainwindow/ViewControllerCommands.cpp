@@ -1,4 +1,3 @@
-#include "app/Alert.h"
 #include "app/UIUtil.h"
 #include "cloud/CloudSync.h"
 #include "mainwindow/Screens.h"
@@ -7,6 +6,7 @@
 #include "model/TaskView.h"
 #include "platform/Diagnostics.h"
 #include "ui_ViewController.h"
+#include "widgets/Alert.h"
 
 #include <QTimer>
 

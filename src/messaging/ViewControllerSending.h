@@ -1,9 +1,9 @@
 #pragma once
 
 #include "contacts/ContactTable.h"
+#include "contacts/PersistentContainer.h"
 #include "messaging/ScheduleText.h"
-#include "platform/PersistentContainer.h"
-#include "platform/Screen.h"
+#include "widgets/Screen.h"
 
 #include <memory>
 

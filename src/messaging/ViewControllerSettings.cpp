@@ -1,9 +1,9 @@
 #include "messaging/ViewControllerSettings.h"
 
-#include "app/Alert.h"
 #include "messaging/MessagingSettings.h"
 #include "platform/Preferences.h"
 #include "ui_ViewControllerSettings.h"
+#include "widgets/Alert.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Screen.h"
+#include "widgets/Screen.h"
 
 #include <memory>
 

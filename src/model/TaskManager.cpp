@@ -1,16 +1,15 @@
 #include "model/TaskManager.h"
 
-#include "app/Alert.h"
 #include "model/Appearance.h"
 #include "model/TaskSearch.h"
 #include "model/TaskShareText.h"
 #include "model/TaskSort.h"
 #include "model/TaskView.h"
-#include "platform/ColorWell.h"
 #include "platform/Diagnostics.h"
 #include "platform/Preferences.h"
-#include "platform/SharingServicePicker.h"
-#include "platform/TextView.h"
+#include "widgets/ColorWell.h"
+#include "widgets/SharingServicePicker.h"
+#include "widgets/TextView.h"
 
 #include <QUuid>
 
@@ -193,8 +192,7 @@ void TaskManager::moveSelectedTask(bool up)
 void TaskManager::shareSelectedTask(QWidget &anchor) const
 {
     const task shared = selectedTask();
-    const SharingServicePicker picker({.title = shared.name, .text = taskShareText(shared, newKey())},
-                                      &alertMessage);
+    const SharingServicePicker picker({.title = shared.name, .text = taskShareText(shared, newKey())});
     QMetaObject::invokeMethod(
         &anchor, [picker, &anchor] { picker.show(anchor, Qt::LeftEdge, *anchor.window()); },
         Qt::QueuedConnection);

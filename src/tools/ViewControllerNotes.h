@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Screen.h"
 #include "platform/TextFile.h"
+#include "widgets/Screen.h"
 
 #include <QPointer>
 #include <QTextDocument>

@@ -1,13 +1,12 @@
 #include "tools/ViewControllerWhiteboard.h"
 
-#include "app/Alert.h"
-#include "app/Palettes.h"
 #include "app/UIUtil.h"
 #include "model/TaskShareText.h"
 #include "platform/Diagnostics.h"
-#include "platform/SharingServicePicker.h"
 #include "tools/WhiteboardLine.h"
 #include "ui_ViewControllerWhiteboard.h"
+#include "widgets/Palettes.h"
+#include "widgets/SharingServicePicker.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -247,8 +246,7 @@ void ViewControllerWhiteboard::shareImage(QObject *)
         {.title = u"Whiteboard"_s,
          .text = u"Whiteboard\n"_s + shareFooter(),
          .picture = isPicture ? bytes : QByteArray(),
-         .pictureFile = isPicture && isWritten ? fileManager->path() : QString()},
-        &alertMessage);
+         .pictureFile = isPicture && isWritten ? fileManager->path() : QString()});
     picker.show(*ui->shareButton, Qt::BottomEdge, parentWidget() ? *parentWidget() : *this);
     close();
 }

@@ -2,7 +2,7 @@
 
 #include "platform/Color.h"
 #include "platform/ProtectedFile.h"
-#include "platform/Screen.h"
+#include "widgets/Screen.h"
 
 #include <QImage>
 

@@ -1,8 +1,8 @@
-#include "app/Alert.h"
 #include "app/UIUtil.h"
 #include "support/CapturedOutput.h"
 #include "support/Dialogs.h"
 #include "support/TestProgram.h"
+#include "widgets/Alert.h"
 
 #include <QDir>
 #include <QTimer>

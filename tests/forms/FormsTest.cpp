@@ -2,14 +2,14 @@
 #include "forms/ViewControllerAdd.h"
 #include "forms/ViewControllerEdit.h"
 #include "model/TaskManager.h"
-#include "platform/ColorWell.h"
-#include "platform/DatePicker.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
-#include "platform/TextView.h"
 #include "support/CapturedOutput.h"
 #include "support/Dialogs.h"
 #include "support/TestProgram.h"
+#include "widgets/ColorWell.h"
+#include "widgets/DatePicker.h"
+#include "widgets/TextView.h"
 
 #include <QColorDialog>
 #include <QComboBox>

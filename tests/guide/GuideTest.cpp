@@ -1,7 +1,7 @@
-#include "app/Palettes.h"
 #include "app/WebPage.h"
 #include "support/CapturedOutput.h"
 #include "support/TestProgram.h"
+#include "widgets/Palettes.h"
 
 #include <QDesktopServices>
 #include <QDialog>

@@ -7,8 +7,12 @@ using namespace Qt::StringLiterals;
 /// The storeys of src/ from the roof to the ground: a folder includes only from storeys further down, except
 /// that the screens that list contacts use their neighbour.
 static const QList<QStringList> storeys = {
-    {u"mainwindow"_s}, {u"forms"_s, u"cloud"_s, u"messaging"_s, u"tools"_s, u"contacts"_s},
-    {u"model"_s},      {u"app"_s},
+    {u"program"_s},
+    {u"mainwindow"_s},
+    {u"forms"_s, u"messaging"_s, u"tools"_s, u"cloud"_s, u"contacts"_s, u"taskfile"_s},
+    {u"model"_s},
+    {u"app"_s},
+    {u"widgets"_s},
     {u"platform"_s},
 };
 

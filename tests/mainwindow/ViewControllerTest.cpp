@@ -1,18 +1,18 @@
 #include "mainwindow/ViewController.h"
 #include "cloud/CloudSync.h"
+#include "cloud/MainThreadQueue.h"
+#include "cloud/SqlCloudContainer.h"
 #include "cloud/TaskRecord.h"
 #include "mainwindow/Screens.h"
 #include "messaging/ScheduleRuns.h"
 #include "model/TaskManager.h"
-#include "platform/ColorWell.h"
-#include "platform/MainThreadQueue.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
-#include "platform/SqlCloudContainer.h"
 #include "support/CapturedOutput.h"
 #include "support/Dialogs.h"
 #include "support/ScratchHome.h"
 #include "support/TestProgram.h"
+#include "widgets/ColorWell.h"
 
 #include <QComboBox>
 #include <QDialog>

@@ -3,10 +3,10 @@
 #include "messaging/ScheduleRuns.h"
 #include "messaging/ViewControllerSending.h"
 #include "model/TaskManager.h"
-#include "platform/DatePicker.h"
-#include "platform/ProgressIndicator.h"
 #include "support/CapturedOutput.h"
 #include "support/TestProgram.h"
+#include "widgets/DatePicker.h"
+#include "widgets/ProgressIndicator.h"
 
 #include <QCheckBox>
 #include <QDeadlineTimer>

@@ -1,5 +1,3 @@
-#include "app/Palettes.h"
-#include "platform/ColorWell.h"
 #include "platform/Preferences.h"
 #include "support/CapturedOutput.h"
 #include "support/Dialogs.h"
@@ -7,6 +5,8 @@
 #include "support/TestProgram.h"
 #include "tools/ViewControllerNotes.h"
 #include "tools/ViewControllerWhiteboard.h"
+#include "widgets/ColorWell.h"
+#include "widgets/Palettes.h"
 
 #include <QDir>
 #include <QLabel>

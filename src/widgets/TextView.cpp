@@ -1,4 +1,4 @@
-#include "platform/TextView.h"
+#include "widgets/TextView.h"
 
 #include <algorithm>
 

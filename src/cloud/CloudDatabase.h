@@ -3,6 +3,7 @@
 #include "platform/Calendar.h"
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 
 #include <functional>
@@ -46,6 +47,20 @@ private:
     QString type;
     CloudRecordID id;
     std::vector<std::pair<QString, CloudValue>> values; // few: looked through faster than a map
+};
+
+/// The fields that records of a type have in the database. A field "key" is what they are found by.
+struct CloudRecordType
+{
+    enum class Value { Text, Integer, Real, Moment };
+    struct Field
+    {
+        QString name;
+        Value value;
+    };
+
+    QString name;
+    QList<Field> fields;
 };
 
 /// Asks for the records of a type: for all of them, or for those with this text in their field "key".

@@ -1,4 +1,4 @@
-#include "app/Alert.h"
+#include "widgets/Alert.h"
 
 #include <QApplication>
 #include <QGridLayout>

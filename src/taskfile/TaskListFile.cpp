@@ -1,10 +1,10 @@
-#include "mainwindow/TaskListFile.h"
+#include "taskfile/TaskListFile.h"
 
-#include "mainwindow/TaskRowReader.h"
-#include "mainwindow/TaskRowWriter.h"
 #include "model/Appearance.h"
 #include "model/TaskManager.h"
 #include "platform/Diagnostics.h"
+#include "taskfile/TaskRowReader.h"
+#include "taskfile/TaskRowWriter.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,4 +1,4 @@
-#include "app/Palettes.h"
+#include "widgets/Palettes.h"
 
 #include <QColor>
 

@@ -1,4 +1,4 @@
-#include "platform/MainThreadQueue.h"
+#include "cloud/MainThreadQueue.h"
 
 #include <QElapsedTimer>
 #include <QTimer>

@@ -1,10 +1,11 @@
-#include "platform/CloudConnection.h"
+#include "cloud/CloudConnection.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlError>
+#include <QSqlQuery>
 #include <QUuid>
 
 using namespace Qt::StringLiterals;
@@ -49,6 +50,15 @@ CloudError errorOf(const QSqlQuery &query)
 }
 
 } // namespace
+
+struct CloudConnection::Statements
+{
+    QSqlQuery all;
+    QSqlQuery byKey;
+    QSqlQuery insert;
+    QSqlQuery update;
+    QSqlQuery remove;
+};
 
 CloudConnection::CloudConnection(CloudHome cloudHome, const CloudRecordType &recordType)
     : home(std::move(cloudHome))

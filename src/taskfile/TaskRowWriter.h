@@ -1,7 +1,7 @@
 #pragma once
 
-#include "mainwindow/RowDates.h"
 #include "model/task.h"
+#include "taskfile/RowDates.h"
 
 #include <QByteArray>
 #include <QStringEncoder>

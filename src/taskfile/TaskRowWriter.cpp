@@ -1,4 +1,4 @@
-#include "mainwindow/TaskRowWriter.h"
+#include "taskfile/TaskRowWriter.h"
 
 #include <charconv>
 #include <cmath>

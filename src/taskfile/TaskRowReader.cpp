@@ -1,6 +1,6 @@
-#include "mainwindow/TaskRowReader.h"
+#include "taskfile/TaskRowReader.h"
 
-#include "mainwindow/TaskRowWriter.h"
+#include "taskfile/TaskRowWriter.h"
 
 #include <charconv>
 #include <cmath>

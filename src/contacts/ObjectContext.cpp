@@ -1,4 +1,4 @@
-#include "platform/ObjectContext.h"
+#include "contacts/ObjectContext.h"
 
 #include "platform/Diagnostics.h"
 

@@ -1,4 +1,4 @@
-#include "platform/DatePicker.h"
+#include "widgets/DatePicker.h"
 
 #include <QApplication>
 #include <QKeyEvent>

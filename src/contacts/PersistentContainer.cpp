@@ -1,4 +1,4 @@
-#include "platform/PersistentContainer.h"
+#include "contacts/PersistentContainer.h"
 
 #include "platform/Diagnostics.h"
 

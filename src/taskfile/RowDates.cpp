@@ -1,4 +1,4 @@
-#include "mainwindow/RowDates.h"
+#include "taskfile/RowDates.h"
 
 #include <cstdlib>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/CloudConnection.h"
-#include "platform/CloudDatabase.h"
+#include "cloud/CloudConnection.h"
+#include "cloud/CloudDatabase.h"
 
 #include <chrono>
 #include <condition_variable>

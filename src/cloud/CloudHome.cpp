@@ -1,4 +1,4 @@
-#include "platform/CloudHome.h"
+#include "cloud/CloudHome.h"
 
 #include <QSettings>
 #include <QUrl>

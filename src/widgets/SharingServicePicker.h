@@ -3,8 +3,6 @@
 #include <QByteArray>
 #include <QString>
 
-#include <functional>
-
 class QMenu;
 class QWidget;
 
@@ -18,14 +16,11 @@ struct SharedItems
 };
 
 /// A menu of the services that can take the items: the clipboard, the desktop's mail program, a file, which
-/// takes the picture or else the text.
+/// takes the picture or else the text. A service that fails says why in an alert.
 class SharingServicePicker
 {
 public:
-    /// Tells the user, in front of the window, that a service failed and why.
-    using FailureReport = std::function<void(QWidget *window, const QString &message)>;
-
-    SharingServicePicker(const SharedItems &items, const FailureReport &report);
+    explicit SharingServicePicker(const SharedItems &items);
 
     /// Opens the menu at the widget's left or bottom edge, as far as the screen has room there. Returns at
     /// once.
@@ -39,5 +34,4 @@ private:
     QString suggestedPath() const;
 
     SharedItems items;
-    FailureReport report;
 };

@@ -1,4 +1,4 @@
-#include "platform/ProgressIndicator.h"
+#include "widgets/ProgressIndicator.h"
 
 #include <QStyleOptionProgressBar>
 

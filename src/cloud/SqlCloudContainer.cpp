@@ -1,6 +1,6 @@
-#include "platform/SqlCloudContainer.h"
+#include "cloud/SqlCloudContainer.h"
 
-#include "platform/MainThreadQueue.h"
+#include "cloud/MainThreadQueue.h"
 
 #include <QDeadlineTimer>
 

@@ -1,4 +1,4 @@
-#include "platform/CloudDatabase.h"
+#include "cloud/CloudDatabase.h"
 
 #include "platform/Diagnostics.h"
 

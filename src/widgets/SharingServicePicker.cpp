@@ -1,6 +1,7 @@
-#include "platform/SharingServicePicker.h"
+#include "widgets/SharingServicePicker.h"
 
 #include "platform/Folders.h"
+#include "widgets/Alert.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -30,9 +31,8 @@ static QString mailAddress(const QString &subject, QString body)
     return u"mailto:?subject="_s + encoded(subject) + u"&body="_s + encoded(body.replace(u'\n', u"\r\n"_s));
 }
 
-SharingServicePicker::SharingServicePicker(const SharedItems &sharedItems, const FailureReport &failureReport)
+SharingServicePicker::SharingServicePicker(const SharedItems &sharedItems)
     : items(sharedItems)
-    , report(failureReport)
 {
 }
 
@@ -70,9 +70,9 @@ void SharingServicePicker::mail(QWidget *window) const
     // goes on after it, so that there are no pipes to it which would close.
     auto *process = new QProcess;
     auto *messages = new QTemporaryFile(process);
-    const auto fail = [process, window = QPointer(window), tell = report](const QString &reason) {
+    const auto fail = [process, window = QPointer(window)](const QString &reason) {
         process->deleteLater();
-        tell(window, u"The mail program could not be opened. "_s + reason);
+        alertMessage(window, u"The mail program could not be opened. "_s + reason);
     };
     QObject::connect(process, &QProcess::errorOccurred, qApp, [process, fail](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart)
@@ -105,7 +105,7 @@ void SharingServicePicker::save(QWidget *window) const
     QSaveFile file(path);
     const QByteArray content = items.picture.isEmpty() ? items.text.toUtf8() : items.picture;
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
-        report(window, u"The file \"%1\" could not be written. %2"_s.arg(path, file.errorString()));
+        alertMessage(window, u"The file \"%1\" could not be written. %2"_s.arg(path, file.errorString()));
 }
 
 QString SharingServicePicker::suggestedPath() const

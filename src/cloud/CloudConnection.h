@@ -1,29 +1,12 @@
 #pragma once
 
-#include "platform/CloudDatabase.h"
-#include "platform/CloudHome.h"
-
-#include <QList>
-#include <QSqlQuery>
+#include "cloud/CloudDatabase.h"
+#include "cloud/CloudHome.h"
 
 #include <memory>
 
 class QSqlDatabase;
-class QSqlError;
-
-/// The fields that records of a type have in the database. A field "key" is what they are found by.
-struct CloudRecordType
-{
-    enum class Value { Text, Integer, Real, Moment };
-    struct Field
-    {
-        QString name;
-        Value value;
-    };
-
-    QString name;
-    QList<Field> fields;
-};
+class QSqlQuery;
 
 /// A connection to the private database: a table of the record type's name with a column for each field,
 /// moments in milliseconds since 1970. Made, used and destroyed on one thread; every call waits for the
@@ -56,14 +39,7 @@ public:
     CloudAnswer<CloudRecordID> remove(const CloudRecordID &id);
 
 private:
-    struct Statements
-    {
-        QSqlQuery all;
-        QSqlQuery byKey;
-        QSqlQuery insert;
-        QSqlQuery update;
-        QSqlQuery remove;
-    };
+    struct Statements;
 
     QSqlDatabase database() const;
     bool openEmbedded();
@@ -74,7 +50,6 @@ private:
     bool fail(CloudAccount state, const QString &problem);
     bool run(const QString &sql) const;
     CloudRecord recordOf(const QSqlQuery &query) const;
-    void bind(QSqlQuery &statement, const CloudRecord &record) const;
 
     CloudHome home;
     const CloudRecordType &type;
