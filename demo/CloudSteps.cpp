@@ -3,8 +3,8 @@
 #include "ExpectedList.h"
 #include "Hand.h"
 #include "MainWindowHandle.h"
-#include "Profile.h"
 #include "Stage.h"
+#include "program/Program.h"
 
 #include <QAbstractButton>
 #include <QLabel>
@@ -32,11 +32,11 @@ void press(QDialog &dialog, const QString &button)
 } // namespace
 
 CloudSteps::CloudSteps(Stage &tourStage, const MainWindowHandle &mainWindow, ExpectedList &expectedList,
-                       Profile &tourProfile)
+                       Program &tourProgram)
     : stage(tourStage)
     , main(mainWindow)
     , expected(expectedList)
-    , profile(tourProfile)
+    , program(tourProgram)
 {
 }
 
@@ -62,8 +62,7 @@ void CloudSteps::command(const MainWindowHandle &window, const QString &entry, c
 
 void CloudSteps::waitForAnswers()
 {
-    stage.check(profile.container.finish(std::chrono::seconds(30), profile.cloudAnswers),
-                u"the cloud answers"_s);
+    stage.check(program.finishCloud(std::chrono::seconds(30)), u"the cloud answers"_s);
 }
 
 void CloudSteps::copyToCloud()

@@ -4,7 +4,7 @@
 
 class ExpectedList;
 class MainWindowHandle;
-class Profile;
+class Program;
 class QDialog;
 class Stage;
 
@@ -12,7 +12,7 @@ class Stage;
 class CloudSteps
 {
 public:
-    CloudSteps(Stage &stage, const MainWindowHandle &main, ExpectedList &expected, Profile &profile);
+    CloudSteps(Stage &stage, const MainWindowHandle &main, ExpectedList &expected, Program &program);
 
     void copyToCloud();
     /// A local change is overwritten by what the cloud has.
@@ -30,5 +30,5 @@ private:
     Stage &stage;
     const MainWindowHandle &main;
     ExpectedList &expected;
-    Profile &profile;
+    Program &program;
 };

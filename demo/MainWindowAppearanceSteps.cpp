@@ -48,7 +48,7 @@ MainWindowAppearanceSteps::MainWindowAppearanceSteps(Stage &tourStage, const Mai
 
 void MainWindowAppearanceSteps::checkColors(bool dark)
 {
-    const TaskList &tasks = TaskManager::shared().tasks;
+    const TaskList &tasks = TaskManager::shared().tasks();
     stage.same(tasks.size(), expected.rows().size(), u"tasks held"_s);
     for (const SharedTask &held : tasks) {
         const Color stored = storedColor(expected.row(held->name));

@@ -8,85 +8,64 @@
 #include "MainWindowHandle.h"
 #include "MainWindowListSteps.h"
 #include "MessageSteps.h"
-#include "Profile.h"
 #include "Stage.h"
 #include "TaskFormSteps.h"
 #include "ToolSteps.h"
 #include "TourFailure.h"
 #include "TourHome.h"
-#include "model/Appearance.h"
 #include "model/TaskManager.h"
 #include "platform/Folders.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
+#include "program/Application.h"
+#include "program/Program.h"
 #include "support/HttpsServer.h"
 #include "support/PostgresServer.h"
-#include "widgets/Palettes.h"
 
-#include <QApplication>
-#include <QIcon>
-#include <QPixmapCache>
 #include <QSettings>
-#include <QStyleFactory>
 
 #include <cstdio>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
-static void setUpApplication()
-{
-    QApplication::setApplicationName(u"quorvane"_s);
-    QApplication::setApplicationDisplayName(u"Quorvane"_s);
-    QApplication::setWindowIcon(QIcon(u":/quorvane.svg"_s));
-    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
-    QApplication::setQuitOnLastWindowClosed(false);
-    QApplication::addLibraryPath(QApplication::applicationDirPath() + u"/" QUORVANE_MODULE_PATH ""_s);
-}
-
-/// Sets the server up as its administrator would, for one user.
-static CloudHome homeOnServer(const PostgresServer &server)
+/// Sets the server up as its administrator would, for one user, and lets the user's account name it.
+static void makeHomeOnServer(const PostgresServer &server)
 {
     const QString user = u"gardener"_s;
     server.runFile(u"admin"_s, u"" SOURCE_DIR "/resources/cloud/postgresql.sql"_s);
     server.run(u"admin"_s, u"CREATE ROLE %1 LOGIN PASSWORD '%1' IN ROLE quorvane"_s.arg(user));
     qputenv("PGPASSWORD", user.toUtf8());
-    const QString accountFile = folders::config() + u"/cloud.ini"_s;
-    QSettings(accountFile, QSettings::IniFormat).setValue(u"url"_s, server.url(user));
-    return CloudHome::read(accountFile, folders::data());
+    QSettings(folders::config() + u"/cloud.ini"_s, QSettings::IniFormat).setValue(u"url"_s, server.url(user));
 }
 
 /// The same user's program in another home.
-static void receiveElsewhere(CloudSteps &steps, NotificationCenter &systemNotices, const CloudHome &cloudHome)
+static void receiveElsewhere(CloudSteps &steps, NotificationCenter &systemNotices)
 {
     const QTemporaryDir home;
     TaskManager manager(Preferences::standard());
-    Profile profile(manager, systemNotices, cloudHome, {},
-                    {home.filePath(u"Documents"_s), home.filePath(u"data"_s), home.filePath(u"state"_s)});
-    steps.receiveList(MainWindowHandle(profile.window));
+    Program program(manager, systemNotices,
+                    {home.filePath(u"Documents"_s), folders::config(), home.filePath(u"data"_s),
+                     home.filePath(u"state"_s)});
+    program.mainWindow().show();
+    steps.receiveList(MainWindowHandle(program.mainWindow()));
     const auto size = [](const QString &path) {
         return ExpectedList::readRows(path).size();
     };
-    require(size(home.filePath(u"Documents/zandulist.txt"_s)) == manager.tasks.size(),
+    require(size(home.filePath(u"Documents/zandulist.txt"_s)) == manager.tasks().size(),
             u"the other machine's file holds the list"_s);
 }
 
 /// The tour plays the desktop, too: it sets the appearance and posts the notice, and leaves the real one
 /// alone.
-static void giveTour(Stage &stage, const QString &taskListPath, QDate today)
+static void giveTour(Application &application, Stage &stage, const QString &taskListPath, QDate today)
 {
-    NotificationCenter notices;
     NotificationCenter systemNotices;
-    const auto followPalette = [] {
-        QPixmapCache::clear(); // it holds disabled icons in the shades of the palette they were made for
-        QApplication::setPalette(isDarkMode() ? palettes::dark() : palettes::light());
-    };
-    systemNotices.observe(notice::appearanceChanged, qApp, followPalette);
-    followPalette();
+    application.followAppearance(systemNotices);
 
     PostgresServer server;
-    const CloudHome cloudHome = homeOnServer(server);
-    const Profile::Folders here{folders::documents(), folders::data(), folders::state()};
+    makeHomeOnServer(server);
+    const Program::Folders here = Program::Folders::ofUser();
     // Made before the program, which has its last messages answered when it ends.
     const HttpsServer gateway([](const HttpsServer::Request &) {
         return HttpsServer::Answer{HttpsServer::response("201 CREATED", R"({"status": "queued"})")};
@@ -97,8 +76,9 @@ static void giveTour(Stage &stage, const QString &taskListPath, QDate today)
     ExpectedList expected(taskListPath, today);
     MainWindowFileSteps fileSteps(stage, expected);
     {
-        Profile profile(TaskManager::shared(), systemNotices, cloudHome, gatewayAddress, here);
-        const MainWindowHandle main(profile.window);
+        Program program(TaskManager::shared(), systemNotices, here, gatewayAddress);
+        program.mainWindow().show();
+        const MainWindowHandle main(program.mainWindow());
 
         MainWindowListSteps listSteps(stage, main, expected);
         listSteps.openWindow();
@@ -139,16 +119,17 @@ static void giveTour(Stage &stage, const QString &taskListPath, QDate today)
 
         MainWindowAppearanceSteps(stage, main, expected, taskListPath, desktop).switchToDarkAndBack();
 
-        CloudSteps cloudSteps(stage, main, expected, profile);
+        CloudSteps cloudSteps(stage, main, expected, program);
         cloudSteps.copyToCloud();
         cloudSteps.updateFromCloud();
         cloudSteps.deleteTask();
-        receiveElsewhere(cloudSteps, systemNotices, cloudHome);
+        receiveElsewhere(cloudSteps, systemNotices);
         fileSteps.closeWindow(main, taskListPath);
     }
     TaskManager manager(Preferences::standard());
-    Profile profile(manager, systemNotices, cloudHome, gatewayAddress, here);
-    fileSteps.openAgain(MainWindowHandle(profile.window));
+    Program program(manager, systemNotices, here, gatewayAddress);
+    program.mainWindow().show();
+    fileSteps.openAgain(MainWindowHandle(program.mainWindow()));
 }
 
 static int runTour(const QString &pictureFolder, const QString &samplePath, int argc, char **argv)
@@ -161,10 +142,9 @@ static int runTour(const QString &pictureFolder, const QString &samplePath, int 
     if (::geteuid() == 0)
         qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1"); // which the administrator cannot have
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
-    QApplication application(argc, argv);
-    setUpApplication();
+    Application application(argc, argv);
     try {
-        giveTour(stage, home.taskListPath(), today);
+        giveTour(application, stage, home.taskListPath(), today);
         stage.finish();
         return EXIT_SUCCESS;
     } catch (const TourFailure &failure) {

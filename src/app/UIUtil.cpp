@@ -107,6 +107,5 @@ QString UIUtil::formatTime(qint64 hour, qint64 minute) const
 {
     diagnostics::line("Hour:", hour, " Min:", minute);
     const qint64 shown = hour > 12 ? hour - 12 : hour == 0 ? 12 : hour;
-    return QString::asprintf("%02lld:%02lld", qlonglong{shown}, qlonglong{minute}) +
-           (hour < 12 ? "AM"_L1 : "PM"_L1);
+    return clockTime(shown, minute) + (hour < 12 ? "AM"_L1 : "PM"_L1);
 }

@@ -66,10 +66,7 @@ void ViewControllerAdd::btnAddTask_Click(QObject *)
     diagnostics::line("Button Pressed");
     if (!commitTyping())
         return;
-    const task added = taskOfControls();
-    manager.addTask(QString(), added.date, added.name, added.desc, added.color, added.due, added.status,
-                    added.priority, added.statusName, added.priorityName, false, added.startHour,
-                    added.startMin, added.endHour, added.endMin, added.client, added.teamMember);
+    manager.addTask(taskOfControls());
     fields->txtTaskName->clear();
     fields->txtTaskDescription->setText({});
     hideColorPanel();

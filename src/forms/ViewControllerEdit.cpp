@@ -86,14 +86,9 @@ void ViewControllerEdit::storeControls()
 {
     const task stored = taskOfControls();
     manager.selectAgain(editedKey);
-    if (hasGone()) {
-        manager.workingList().append(task{.key = editedKey, .hidden = wasHidden});
-        manager.selectTaskByKey(editedKey);
-    }
-    manager.editSelectedTask(stored.date, stored.name, stored.desc, stored.color, stored.due, stored.status,
-                             stored.priority, stored.statusName, stored.priorityName, stored.startHour,
-                             stored.startMin, stored.endHour, stored.endMin, stored.client,
-                             stored.teamMember);
+    if (hasGone())
+        manager.restoreTask({.key = editedKey, .hidden = wasHidden});
+    manager.editSelectedTask(stored);
 }
 
 /// Whether the task has gone with a list that was read anew.

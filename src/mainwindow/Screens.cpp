@@ -13,14 +13,6 @@
 
 using namespace Qt::StringLiterals;
 
-static void bringToFront(QWidget &screen)
-{
-    screen.setWindowState(screen.windowState() & ~Qt::WindowMinimized);
-    screen.show();
-    screen.raise();
-    screen.activateWindow();
-}
-
 /// Shows the screen, which is made if it is not open. A screen that was closed is gone.
 template <typename ScreenClass, typename Resources>
 static void open(QPointer<ScreenClass> &screen, Resources &&resources, QWidget &mainWindow)

@@ -8,12 +8,11 @@
 
 void TaskTableView::setTable(TaskTable &shown)
 {
-    constexpr std::array widths = {90, 52, 52, 190, 115, 105, 190, 64, 64, 90, 228}; // pixels, by column
     table = &shown;
     setModel(table);
     setItemDelegate(new TaskRowDelegate(this));
-    for (size_t column = 0; column < widths.size(); ++column)
-        setColumnWidth(int(column), widths[column]);
+    for (const TaskColumnInfo &info : taskColumns())
+        setColumnWidth(int(info.column), info.width);
 }
 
 void TaskTableView::setLargeRows()

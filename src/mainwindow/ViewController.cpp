@@ -28,7 +28,7 @@ ViewController::ViewController(TaskManager &taskManager, NotificationCenter &app
                                CloudSync &cloudSync, const QString &documentsFolder,
                                const QString &stateFolder)
     : ui(setUpUi(*this))
-    , taskButtons(*ui)
+    , taskCommands(*ui)
     , manager(taskManager)
     , notices(applicationNotices)
     , systemNotices(desktopNotices)
@@ -50,11 +50,13 @@ ViewController::~ViewController() = default;
 
 void ViewController::addViewActions()
 {
+    constexpr int digits = 10; // a further view has no key of its own
     auto *group = new QActionGroup(this);
     const QStringList &titles = taskViewTitles();
     for (int position = 0; position < titles.size(); ++position) {
         QAction *action = ui->menuView->addAction(titles[position]);
-        action->setShortcut(QKeySequence(Qt::CTRL | Qt::Key((position + 1) % 10 + Qt::Key_0)));
+        if (position < digits)
+            action->setShortcut(QKeySequence(Qt::CTRL | Qt::Key((position + 1) % digits + Qt::Key_0)));
         action->setCheckable(true);
         group->addAction(action);
         connect(action, &QAction::triggered, this, [this, position] { chooseView(position); });
@@ -113,9 +115,9 @@ void ViewController::viewDidLoad()
     taskListFile.parseFile(taskListFile.readFile());
     ui->viewSelection->setCurrentIndex(int(TaskView::All));
     ui->tblView->horizontalHeader()->setSortIndicator(int(TaskColumn::Date), Qt::AscendingOrder);
-    manager.sortByColumn({.key = taskColumns()[size_t(TaskColumn::Date)].sortKey, .ascending = true});
+    manager.sortByColumn({.key = infoOf(TaskColumn::Date).sortKey, .ascending = true});
     reloadTable();
-    taskButtons.disable();
+    taskCommands.disable();
     diagnostics::line("Dark Mode:", isDarkMode());
     notices.observe(notice::reload, this, [this] { reloadTableData(); });
     notices.observe(notice::update, this, [this] { updateComplete(); });
@@ -127,7 +129,7 @@ void ViewController::viewWillAppear()
 {
     ui->tblView->setLargeRows();
     reloadTable();
-    taskButtons.disable();
+    taskCommands.disable();
     setMinimumSize(1040, 430);
 }
 
@@ -152,14 +154,6 @@ void ViewController::windowShouldClose()
     QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
 }
 
-void ViewController::bringToFront()
-{
-    setWindowState(windowState() & ~Qt::WindowMinimized);
-    show();
-    raise();
-    activateWindow();
-}
-
 void ViewController::tableViewSelectionDidChange()
 {
     diagnostics::line("Selection changed");
@@ -173,11 +167,11 @@ void ViewController::tableViewSelectionDidChange()
     diagnostics::line("Index:", index);
     const bool hidden = manager.isSelectedTaskHidden();
     diagnostics::line("Hidden:", hidden);
-    taskButtons.showHideState(hidden);
+    taskCommands.showHideState(hidden);
     if (index < 0)
-        taskButtons.disable();
+        taskCommands.disable();
     else
-        taskButtons.enable();
+        taskCommands.enable();
     diagnostics::line("Row:", row);
 }
 
@@ -187,13 +181,13 @@ void ViewController::sortDescriptorsDidChange()
     const int section = header->sortIndicatorSection();
     if (section < 0 || section >= table.columnCount())
         return;
-    const SortDescriptor descriptor{.key = taskColumns()[size_t(section)].sortKey,
+    const SortDescriptor descriptor{.key = taskColumns()[section].sortKey,
                                     .ascending = header->sortIndicatorOrder() == Qt::AscendingOrder};
     diagnostics::line("Sorting:", descriptor);
     const QString selectedKey = manager.selectedTask().key;
     const QString shownKey = ui->tblView->keyOfSelectedRow();
     manager.sortByColumn(descriptor);
-    if (manager.selected >= 0)
+    if (manager.selected() >= 0)
         manager.selectTaskByKey(selectedKey); // the same task, at its new place
     reloadTable();
     ui->tblView->selectRowOfKey(shownKey);
@@ -203,7 +197,7 @@ void ViewController::ChangeView(QObject *)
 {
     const int position = ui->viewSelection->currentIndex();
     diagnostics::line("Change View", position);
-    taskButtons.disable();
+    taskCommands.disable();
     manager.refreshSearch();
     reloadTable();
 }
@@ -230,7 +224,7 @@ void ViewController::reloadTableData()
 {
     manager.refreshSearch();
     reloadTable();
-    taskButtons.disable();
+    taskCommands.disable();
     taskListFile.writeFile();
 }
 
@@ -243,7 +237,7 @@ void ViewController::interfaceModeChangedWithSender(QObject *)
 {
     diagnostics::line("Dark mode change");
     taskListFile.followAppearance();
-    taskButtons.disable();
+    taskCommands.disable();
     reloadTable();
 }
 

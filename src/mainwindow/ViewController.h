@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mainwindow/TaskButtons.h"
+#include "mainwindow/TaskCommands.h"
 #include "mainwindow/TaskTable.h"
 #include "mainwindow/WindowState.h"
 #include "taskfile/TaskListFile.h"
@@ -38,9 +38,6 @@ public:
                    Screens &screens, CloudSync &cloud, const QString &documentsFolder,
                    const QString &stateFolder);
     ~ViewController() override;
-
-    /// Brings the window to the user, also from the task bar.
-    void bringToFront();
 
 public slots:
     void ChangeView(QObject *sender);
@@ -82,7 +79,7 @@ private:
     void reloadTable();
 
     std::unique_ptr<Ui::ViewController> ui;
-    TaskButtons taskButtons;
+    TaskCommands taskCommands;
     TaskManager &manager;
     NotificationCenter &notices;
     NotificationCenter &systemNotices;

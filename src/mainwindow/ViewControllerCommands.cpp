@@ -18,19 +18,19 @@ using namespace Qt::StringLiterals;
 
 void ViewController::hideClicked(QObject *)
 {
-    if (manager.selected < 0) {
-        diagnostics::line(manager.selected);
+    if (manager.selected() < 0) {
+        diagnostics::line(manager.selected());
         return;
     }
     diagnostics::line("Hide Pressed!");
     const bool hide = !manager.isSelectedTaskHidden();
-    taskButtons.showHideState(hide);
+    taskCommands.showHideState(hide);
     if (hide)
         manager.hideSelectedTask();
     else
         manager.unhideSelectedTask();
     reloadTableData();
-    diagnostics::line(manager.selected);
+    diagnostics::line(manager.selected());
 }
 
 void ViewController::upper(QObject *)
@@ -47,13 +47,13 @@ void ViewController::moveTask(bool up, const QString &wrongViewMessage)
 {
     const QString key = manager.selectedTask().key;
     const bool inGlobalView = ui->viewSelection->currentIndex() == int(TaskView::GlobalAll);
-    if (manager.selected < 0 || !inGlobalView) {
+    if (manager.selected() < 0 || !inGlobalView) {
         alertMessage(this, inGlobalView ? u"Select a Task."_s : wrongViewMessage);
         return;
     }
     manager.moveSelectedTask(up);
     reloadTable();
-    taskButtons.disable();
+    taskCommands.disable();
     manager.selectTaskByKey(key);
     ui->tblView->selectRowOfKey(key);
     taskListFile.writeFile();
@@ -63,7 +63,7 @@ void ViewController::cloneTask(QObject *)
 {
     manager.cloneSelectedTask();
     reloadTable();
-    taskButtons.disable();
+    taskCommands.disable();
     taskListFile.writeFile();
 }
 
@@ -78,14 +78,14 @@ void ViewController::closeTask(QObject *)
     diagnostics::line("Close Task");
     manager.closeSelectedTask();
     reloadTable();
-    taskButtons.disable();
+    taskCommands.disable();
     taskListFile.writeFile();
 }
 
 void ViewController::btnDeleteTask_ClickWithSender(QObject *)
 {
-    if (manager.selected < 0) {
-        diagnostics::line(manager.selected);
+    if (manager.selected() < 0) {
+        diagnostics::line(manager.selected());
         return;
     }
     const task selected = manager.selectedTask();
@@ -98,9 +98,9 @@ void ViewController::btnDeleteTask_ClickWithSender(QObject *)
         cloud.deleteTaskFromCloud(selected.key);
         manager.deleteSelectedTask();
     }
-    diagnostics::line("Tasks:", manager.tasks.size());
+    diagnostics::line("Tasks:", manager.tasks().size());
     reloadTableData();
-    diagnostics::line(manager.selected);
+    diagnostics::line(manager.selected());
 }
 
 void ViewController::UpdateToCloud(QObject *)

@@ -74,5 +74,5 @@ QString ScheduleText::footer() const
 
 QString ScheduleText::dateText(Instant instant) const
 {
-    return locale.toString(calendar.dayOf(instant), QLocale::ShortFormat);
+    return shortDate(calendar.dayOf(instant));
 }

@@ -2,8 +2,6 @@
 
 #include "model/task.h"
 
-#include <QLocale>
-
 #include <optional>
 #include <vector>
 
@@ -62,7 +60,6 @@ private:
     Instant end;
     const Preferences &preferences;
     Calendar calendar;
-    QLocale locale;
 };
 
 /// The name by which the task is matched: of its client or of its team member.

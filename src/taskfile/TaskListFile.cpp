@@ -60,12 +60,10 @@ std::optional<QString> TaskListFile::read()
 
 void TaskListFile::parseFile(const QString &text)
 {
-    constexpr qsizetype shortestRow = 30; // roughly; a text of nothing but row ends needs no room
     const QChar rowEnd(separatorRowsFile);
     const bool isDark = isDarkMode();
     const qsizetype rows = text.count(rowEnd);
     diagnostics::line("No of Rows:", rows + 1);
-    manager.tasks.reserve(manager.tasks.size() + qMin(rows, text.size() / shortestRow));
     TaskRowReader reader(separatorFieldsFile, separatorRowsFile);
     const QStringView whole(text);
     qsizetype start = 0;
@@ -76,17 +74,16 @@ void TaskListFile::parseFile(const QString &text)
     }
     if (file && !whole.sliced(start).trimmed().isEmpty())
         file->keepCopy(); // what follows the last row end is part of a row
-    manager.backupTasks = manager.tasks;
+    manager.setListAside();
     invertedColors = isDark;
 }
 
 void TaskListFile::parseRow(qsizetype number, QStringView row, TaskRowReader &reader, bool isDark)
 {
-    const task times{.startHour = manager.defaultStartHour,
-                     .startMin = manager.defaultStartMin,
-                     .endHour = manager.defaultEndHour,
-                     .endMin = manager.defaultEndMin};
-    const std::optional<task> entry = reader.read(row, times);
+    std::optional<task> entry = reader.read(row, {.startHour = manager.defaultStartHour,
+                                                  .startMin = manager.defaultStartMin,
+                                                  .endHour = manager.defaultEndHour,
+                                                  .endMin = manager.defaultEndMin});
     if (file && (!entry || reader.leavesFieldsOut()))
         file->keepCopy();
     if (!entry) {
@@ -96,10 +93,8 @@ void TaskListFile::parseRow(qsizetype number, QStringView row, TaskRowReader &re
     if (isDark)
         diagnostics::line("In dark mode -> Invert");
     diagnostics::line("No of Fields:", reader.fields().size());
-    manager.addTask(entry->key, entry->date, entry->name, entry->desc, storedOrHeld(entry->color, isDark),
-                    entry->due, entry->status, entry->priority, entry->statusName, entry->priorityName,
-                    entry->hidden, entry->startHour, entry->startMin, entry->endHour, entry->endMin,
-                    entry->client, entry->teamMember);
+    entry->color = storedOrHeld(entry->color, isDark);
+    manager.addTask(*entry);
     if (reader.fields().size() == TaskRowReader::fullRow)
         diagnostics::line("20 fields");
     diagnostics::line("Row:", row);
@@ -109,31 +104,10 @@ void TaskListFile::parseRow(qsizetype number, QStringView row, TaskRowReader &re
 void TaskListFile::followAppearance()
 {
     const std::optional<QString> text = lastWriteFailed ? std::nullopt : read();
-    if (text)
-        replaceList(*text);
-    else
-        invertInPlace();
-}
-
-void TaskListFile::replaceList(const QString &text)
-{
-    const QString selectedKey = manager.selectedTask().key;
-    const bool wasSearching = std::exchange(manager.isSearching, false);
-    manager.tasks.clear();
-    parseFile(text);
-    manager.isSearching = wasSearching;
-    manager.refreshSearch();
-    if (manager.selected >= 0)
-        manager.selectTaskByKey(selectedKey);
-}
-
-void TaskListFile::invertInPlace()
-{
-    const bool isDark = isDarkMode();
-    if (isDark == invertedColors)
-        return;
-    for (TaskList *list : {&manager.tasks, &manager.backupTasks})
-        for (SharedTask &entry : *list)
-            entry.edit().color = entry->color.inverted();
-    invertedColors = isDark;
+    if (text) {
+        manager.load([&] { parseFile(*text); });
+    } else if (const bool isDark = isDarkMode(); isDark != invertedColors) {
+        manager.invertColors();
+        invertedColors = isDark;
+    }
 }

@@ -37,8 +37,6 @@ public:
 private:
     std::optional<QString> read();
     void parseRow(qsizetype number, QStringView row, TaskRowReader &reader, bool isDark);
-    void replaceList(const QString &text);
-    void invertInPlace();
 
     char16_t separatorFieldsFile = u'|';
     char16_t separatorRowsFile = u'^';

@@ -59,11 +59,14 @@ TaskRowReader::TaskRowReader(char16_t separatorOfFields, char16_t separatorOfRow
 {
 }
 
-std::optional<task> TaskRowReader::read(QStringView row, const task &times)
+std::optional<task> TaskRowReader::read(QStringView row, const Times &times)
 {
     split(row);
     const qsizetype count = rowFields.size();
-    task entry = times;
+    task entry{.startHour = times.startHour,
+               .startMin = times.startMin,
+               .endHour = times.endHour,
+               .endMin = times.endMin};
     if (count <= PriorityName || (count > StartHour && count <= EndMin))
         reason = "no known number of fields";
     else if (!readDates(entry))

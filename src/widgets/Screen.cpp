@@ -2,6 +2,14 @@
 
 #include <QShowEvent>
 
+void bringToFront(QWidget &window)
+{
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
 void Screen::showEvent(QShowEvent *event)
 {
     if (event->spontaneous()) {

@@ -2,6 +2,9 @@
 
 #include <QDialog>
 
+/// Shows the window and brings it to the user, also from the task bar.
+void bringToFront(QWidget &window);
+
 /// A window beside the main one. It is told when it comes and goes, and not when it is only minimised, or
 /// covered by the desktop.
 class Screen : public QDialog

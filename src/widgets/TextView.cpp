@@ -29,7 +29,6 @@ void TextView::setTextColor(const Color &textColor)
 {
     color = textColor;
     QPalette changed = palette();
-    changed.setColor(QPalette::Text, QColor::fromRgbF(float(color.red), float(color.green), float(color.blue),
-                                                      float(color.alpha)));
+    changed.setColor(QPalette::Text, painted(color));
     setPalette(changed);
 }

@@ -9,6 +9,7 @@
 #include "support/CapturedOutput.h"
 #include "support/FullDisk.h"
 #include "support/PostgresServer.h"
+#include "support/Tasks.h"
 #include "support/TestProgram.h"
 
 #include <QSqlDatabase>
@@ -67,13 +68,13 @@ public:
     void fill(int count)
     {
         for (int number = 0; number < count; ++number)
-            manager.tasks.append(sample(QString::number(number), QString::number(number)));
+            manager.addTask(sample(QString::number(number), QString::number(number)));
     }
 
     QStringList names() const
     {
         QStringList names;
-        for (const SharedTask &entry : manager.tasks)
+        for (const SharedTask &entry : manager.tasks())
             names.append(entry->name);
         return names;
     }
@@ -145,7 +146,7 @@ private slots:
         const CloudHome home = homeOf(onServer, data);
         Program first(home);
         QVERIFY(first.sync.syncAllToCloud()); // nothing to copy
-        first.manager.tasks = {sample(u"a"_s, u"A"_s), sample(u"b"_s, u"B"_s)};
+        setTasks(first.manager, {sample(u"a"_s, u"A"_s), sample(u"b"_s, u"B"_s)});
         CapturedOutput output;
         QVERIFY(first.sync.syncAllToCloud());
         QCOMPARE(output.takeLines(),
@@ -162,20 +163,20 @@ private slots:
 
         Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, u"Dark"_s);
         Program second(home);
-        second.manager.tasks = {sample(u"local"_s, u"L"_s), sample(u"b"_s, u"old"_s)};
-        second.manager.tasks[1].edit().hidden = false;
+        setTasks(second.manager, {sample(u"local"_s, u"L"_s), sample(u"b"_s, u"old"_s)});
+        changeTask(second.manager, u"b"_s, [](task &entry) { entry.hidden = false; });
         second.update();
         QCOMPARE(second.names(), QStringList({u"L"_s, u"B"_s, u"A"_s}));
         QCOMPARE(second.events, u"uru"_s);
         QCOMPARE(second.manager.lastMessage, u"----iCloud:Update Complete!----"_s);
         task expected = sample(u"b"_s, u"B"_s);
         expected.color = expected.color.inverted();
-        QVERIFY(*second.manager.tasks[1] == expected);
+        QVERIFY(haveEqualFields(*second.manager.tasks()[1], expected));
         second.copy(); // from the dark
         Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, std::nullopt);
         first.update();
         QCOMPARE(first.names(), QStringList({u"A"_s, u"B"_s, u"L"_s}));
-        const Color shown = first.manager.tasks[0]->color;
+        const Color shown = first.manager.tasks()[0]->color;
         QVERIFY(std::abs(shown.green - 1.0 / 3.0) < 1e-15 && shown.alpha == 0.25098039215686274);
 
         first.remove(u"a"_s);
@@ -193,13 +194,13 @@ private slots:
         Program program(homeOf(onServer, data));
         program.sync.saveTaskToCloud(sample(u"a"_s, u"first"_s));
         program.save(sample(u"a"_s, u"last"_s));
-        program.manager.tasks = {sample(u"a"_s, u"local"_s)};
+        setTasks(program.manager, {sample(u"a"_s, u"local"_s)});
         // A search with no hits: what is merged goes to the whole list.
         program.manager.startSearch(u"nowhere to be found"_s);
         program.update();
         program.manager.endSearch();
         QCOMPARE(program.names(), QStringList({u"last"_s}));
-        program.manager.tasks[0].edit().name = u"both"_s;
+        changeTask(program.manager, u"a"_s, [](task &entry) { entry.name = u"both"_s; });
         program.copy();
         program.remove(u"a"_s);
         program.events.clear();
@@ -228,7 +229,7 @@ private slots:
         expected.client = u"UnAssigned"_s;
         expected.status = 0;
         expected.startHour = 8;
-        QVERIFY(*program.manager.tasks.value(0, task()) == expected);
+        QVERIFY(haveEqualFields(*program.manager.tasks().value(0, task()), expected));
         QCOMPARE(output.takeLines().filter(u"without a usable field"_s).size(), 3);
     }
 
@@ -244,12 +245,12 @@ private slots:
             if (role == u"anna")
                 home.port = 1;
             Program program(home);
-            program.manager.tasks = {sample(u"a"_s, u"A"_s)};
+            setTasks(program.manager, {sample(u"a"_s, u"A"_s)});
             CapturedOutput output;
             program.update();
             QCOMPARE(program.manager.lastMessage, u"----iCloud:%1----"_s.arg(state));
             QCOMPARE(program.events, u"u"_s);
-            program.save(*program.manager.tasks[0]);
+            program.save(*program.manager.tasks()[0]);
             QVERIFY(output.takeLines().contains(u"----CloudKit:Save Error----"_s));
             QCOMPARE(program.names(), QStringList({u"A"_s}));
         }
@@ -264,8 +265,8 @@ private slots:
         anna.settle();
         bert.settle();
         bert.update();
-        QCOMPARE(bert.manager.tasks.size(), 1);
-        QVERIFY(*bert.manager.tasks[0] == sample(u"a"_s, u"Bert's"_s));
+        QCOMPARE(bert.manager.tasks().size(), 1);
+        QVERIFY(haveEqualFields(*bert.manager.tasks()[0], sample(u"a"_s, u"Bert's"_s)));
         bert.remove(u"a"_s);
         const QString count = u"SELECT count(*) FROM \"Task\""_s;
         QCOMPARE(server->run(u"bert"_s, count), u"0"_s);
@@ -313,7 +314,7 @@ private slots:
         // A text of the server's cannot hold the character zero.
         Program program(homeOnServer(u"anna"_s));
         program.fill(9);
-        program.manager.tasks[5].edit().name = QChar(0);
+        changeTask(program.manager, u"5"_s, [](task &entry) { entry.name = QChar(0); });
         CapturedOutput output;
         program.copy();
         QCOMPARE(output.takeLines().count(u"----CloudKit:Save Error----"_s), 1);
@@ -356,15 +357,15 @@ private slots:
         Program first(home);
         Program second(home);
         for (int number = 0; number < each; ++number) {
-            first.manager.tasks.append(sample(u"a%1"_s.arg(number), u"T"_s));
-            second.manager.tasks.append(sample(u"b%1"_s.arg(number), u"T"_s));
+            first.manager.addTask(sample(u"a%1"_s.arg(number), u"T"_s));
+            second.manager.addTask(sample(u"b%1"_s.arg(number), u"T"_s));
         }
         first.sync.syncAllToCloud();
         second.sync.syncAllToCloud();
         first.settle();
         second.settle();
         first.update();
-        QCOMPARE(first.manager.tasks.size(), 2 * each);
+        QCOMPARE(first.manager.tasks().size(), 2 * each);
     }
 
     void theListMayChangeDuringAMerge()
@@ -377,15 +378,18 @@ private slots:
         program.sync.updateFromCloud();
         // Between the parts of the merge the user moves the tasks about.
         const std::function<void()> move = [&] {
-            program.manager.tasks.move(0, count - 1);
+            const task first = *program.manager.tasks()[0];
+            program.manager.selectTaskByKey(first.key);
+            program.manager.deleteSelectedTask();
+            program.manager.addTask(first);
             if (!program.events.endsWith(u"ru"))
                 program.mainThread.post(move);
         };
         move();
         program.settle();
         QCOMPARE(program.events.right(2), u"ru"_s);
-        QCOMPARE(program.manager.tasks.size(), count);
-        for (const SharedTask &entry : program.manager.tasks)
+        QCOMPARE(program.manager.tasks().size(), count);
+        for (const SharedTask &entry : program.manager.tasks())
             QCOMPARE(entry->name, entry->key);
     }
 
@@ -396,22 +400,22 @@ private slots:
         Program program(homeOf(false, data));
         program.fill(count);
         program.copy();
-        program.manager.tasks.clear();
+        setTasks(program.manager, {});
         program.sync.updateFromCloud();
         // As soon as a part is merged, the desktop turns dark and the window reads its file, which is empty.
         const std::function<void()> turnDark = [&] {
-            if (program.manager.tasks.isEmpty()) {
+            if (program.manager.tasks().isEmpty()) {
                 program.mainThread.post(turnDark);
                 return;
             }
             Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, u"Dark"_s);
-            program.manager.tasks.clear();
+            setTasks(program.manager, {});
         };
         turnDark();
         program.settle();
         QVERIFY(isDarkMode());
-        QCOMPARE(program.manager.tasks.size(), count);
-        for (const SharedTask &entry : program.manager.tasks)
+        QCOMPARE(program.manager.tasks().size(), count);
+        for (const SharedTask &entry : program.manager.tasks())
             QCOMPARE(entry->color.red, 1.0 - 0.1);
     }
 

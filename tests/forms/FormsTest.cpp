@@ -6,6 +6,7 @@
 #include "platform/Preferences.h"
 #include "support/CapturedOutput.h"
 #include "support/Dialogs.h"
+#include "support/Tasks.h"
 #include "support/TestProgram.h"
 #include "widgets/ColorWell.h"
 #include "widgets/DatePicker.h"
@@ -80,12 +81,12 @@ private slots:
         QObject observer;
         notices.observe(notice::reload, &observer, [&] {
             wasOpen = form->isVisible();
-            tasks = manager->tasks.size();
+            tasks = manager->tasks().size();
         });
         QTest::keyClick(&child<QLineEdit>("txtTaskName"), Qt::Key_Return);
         QVERIFY(wasOpen && !form->isVisible());
         QCOMPARE(tasks, 1);
-        const task added = *manager->tasks.first();
+        const task added = *manager->tasks().first();
         QCOMPARE(added.name + added.statusName + added.client + added.teamMember,
                  u"Plum treesWaitingsmith"_s);
         QCOMPARE(added.status, -1);
@@ -133,7 +134,7 @@ private slots:
         QTest::mouseClick(&child<QPushButton>("storeButton"), Qt::LeftButton);
         QVERIFY(!form->isVisible());
         original.priority = -1; // by its name
-        QVERIFY(*manager->tasks.first() == original);
+        QVERIFY(haveEqualFields(*manager->tasks().first(), original));
     }
 
     void datesAreChecked()
@@ -195,7 +196,7 @@ private slots:
             child<QPushButton>("storeButton").click(); // as by its key, which leaves the focus where it is
             QCOMPARE(answer.wasShown(), !stored);
             QCOMPARE(form->isVisible(), !stored);
-            QCOMPARE(Calendar::localTime(manager->tasks[0]->due).date().year(), stored ? 2027 : 2026);
+            QCOMPARE(Calendar::localTime(manager->tasks()[0]->due).date().year(), stored ? 2027 : 2026);
         }
     }
 
@@ -308,11 +309,11 @@ private slots:
     void aTaskThatHasGoneIsStoredAllTheSame()
     {
         openEdit({.key = u"KEY"_s, .name = u"old"_s});
-        manager->tasks = {task{.key = u"other"_s}}; // as after the file was changed by others
+        setTasks(*manager, {{.key = u"other"_s}}); // as after the file was changed by others
         child<QLineEdit>("txtTaskName").setText(u"new"_s);
         child<QPushButton>("storeButton").click();
-        QCOMPARE(manager->tasks.size(), 2);
-        QCOMPARE(manager->tasks[1]->key + manager->tasks[1]->name, u"KEYnew"_s);
+        QCOMPARE(manager->tasks().size(), 2);
+        QCOMPARE(manager->tasks()[1]->key + manager->tasks()[1]->name, u"KEYnew"_s);
     }
 
     void resetBringsTheTaskBack()
@@ -345,14 +346,14 @@ private slots:
     void sharingStoresFirstAndKeepsTheFormOpen()
     {
         openEdit({.key = u"KEY"_s, .name = u"old"_s});
-        manager->tasks.append(task{.key = u"other"_s});
-        manager->selected = 1; // by a merge, while the form is open
+        manager->addTask({.key = u"other"_s});
+        manager->select(1); // by a merge, while the form is open
         child<QLineEdit>("txtTaskName").setText(u"new"_s);
         int reloads = 0;
         QObject observer;
         notices.observe(notice::reload, &observer, [&] { ++reloads; });
         QTest::mouseClick(&child<QPushButton>("shareButton"), Qt::LeftButton);
-        QCOMPARE(manager->tasks.first()->name, u"new"_s);
+        QCOMPARE(manager->tasks().first()->name, u"new"_s);
         QCOMPARE(reloads, 1);
         QCoreApplication::processEvents();
         QVERIFY(QApplication::activePopupWidget() && form->isVisible());
@@ -367,8 +368,8 @@ private:
 
     void openEdit(const task &edited)
     {
-        manager->tasks = {edited};
-        manager->selected = 0;
+        setTasks(*manager, {edited});
+        manager->select(0);
         form = std::make_unique<ViewControllerEdit>(*services);
         show();
     }

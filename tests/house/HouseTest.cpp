@@ -1,3 +1,5 @@
+#include "model/TaskManager.h"
+
 #include <QDirIterator>
 #include <QRegularExpression>
 #include <QTest>
@@ -29,6 +31,13 @@ static bool mayInclude(const QString &folder, const QString &target)
     const bool usesContacts = target == u"contacts" && (folder == u"forms" || folder == u"messaging");
     return target == folder || usesContacts || storeyOf(target) > storeyOf(folder);
 }
+
+// The list of tasks is changed by its manager's own operations only.
+template <auto Getter>
+concept ReadOnly = std::is_same_v<decltype((std::declval<TaskManager &>().*Getter)()), const TaskList &>;
+static_assert(ReadOnly<&TaskManager::tasks> && ReadOnly<&TaskManager::tasksInView> &&
+              ReadOnly<&TaskManager::backupTasks> && ReadOnly<&TaskManager::workingList>);
+static_assert(std::is_same_v<decltype(std::declval<TaskManager &>().selected()), qint64>);
 
 class HouseTest : public QObject
 {

@@ -1,13 +1,6 @@
-#include "mainwindow/ViewController.h"
-#include "cloud/CloudSync.h"
-#include "cloud/MainThreadQueue.h"
-#include "cloud/SqlCloudContainer.h"
-#include "cloud/TaskRecord.h"
-#include "mainwindow/Screens.h"
-#include "messaging/ScheduleRuns.h"
 #include "model/TaskManager.h"
-#include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
+#include "program/Program.h"
 #include "support/CapturedOutput.h"
 #include "support/Dialogs.h"
 #include "support/ScratchHome.h"
@@ -53,7 +46,7 @@ private slots:
 
     void cleanup()
     {
-        closeAll();
+        program.reset();
         output.reset();
         Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, std::nullopt);
     }
@@ -78,7 +71,7 @@ private slots:
                               u"Selected: 2"_s, u"Hidden: false"_s, u"Row: 1"_s}));
         const QRect cell = table->visualRect(table->model()->index(1, 3));
         QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::ControlModifier, cell.center());
-        QCOMPARE(manager->selected, 2); // the commands stay with the task last selected
+        QCOMPARE(manager->selected(), 2); // the commands stay with the task last selected
         QCOMPARE(enabledButtons(), u"edit delete hide share close clone upper downer"_s);
     }
 
@@ -91,7 +84,7 @@ private slots:
             QTest::mouseClick(button(name), Qt::LeftButton);
             return alert.informativeText;
         };
-        manager->selected = -1;
+        manager->select(-1);
         output->takeLines();
         window->hideClicked(nullptr);
         QCOMPARE(output->takeLines(), QStringList(u"-1"_s));
@@ -135,7 +128,7 @@ private slots:
         QCOMPARE(rows(), QString());
         field->setFocus();
         QTest::keyClick(field, Qt::Key_Escape);
-        QVERIFY(!manager->isSearching);
+        QVERIFY(!manager->isSearching());
     }
 
     void doubleClickBesideTheTasksOpensNothing()
@@ -182,7 +175,7 @@ private slots:
         selectRow(1);
         output->takeLines();
         // While the question is open, a merge selects another task.
-        QTimer::singleShot(0, window.get(), [&] { manager->selected = 0; });
+        QTimer::singleShot(0, window, [&] { manager->select(0); });
         const AlertAnswer answer(u"Yes"_s);
         QTest::mouseClick(button("delete"), Qt::LeftButton);
         QVERIFY(output->takeLines().contains(u"Tasks: 4"_s)); // the hits, before they are searched again
@@ -201,29 +194,17 @@ private slots:
 private:
     void open()
     {
-        closeAll();
-        notices = std::make_unique<NotificationCenter>();
-        systemNotices = std::make_unique<NotificationCenter>();
+        program.reset();
         manager = std::make_unique<TaskManager>(preferences);
-        screens = std::make_unique<Screens>(
-            TaskFormServices{*manager, *notices, *systemNotices, colorPanel, home->filePath(u"data"_s)},
-            scheduleRuns, Screens::Folders{home->path(), home->path()});
-        container = std::make_unique<SqlCloudContainer>(
-            CloudHome::read(home->filePath(u"cloud.ini"_s), home->filePath(u"data"_s)), taskRecordType());
-        cloudAnswers = std::make_unique<MainThreadQueue>();
-        cloud = std::make_unique<CloudSync>(*manager, *notices, *container, *cloudAnswers);
-        window = std::make_unique<ViewController>(*manager, *notices, *systemNotices, *screens, *cloud,
-                                                  home->path(), home->filePath(u"state"_s));
+        program = std::make_unique<Program>(
+            *manager, systemNotices,
+            Program::Folders{home->path(), home->path(), home->filePath(u"data"_s),
+                             home->filePath(u"state"_s)},
+            GatewayAddress{.host = u"127.0.0.1"_s, .port = 1}); // where nobody listens
+        window = &program->mainWindow();
         window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        QVERIFY(QTest::qWaitForWindowExposed(window));
         table = window->findChild<QTableView *>(u"tblView"_s);
-    }
-
-    void closeAll()
-    {
-        window.reset();
-        container.reset(); // what it still answers goes to the queue
-        cloudAnswers.reset();
     }
 
     QToolButton *button(const char *name) const
@@ -267,17 +248,10 @@ private:
 
     std::unique_ptr<QTemporaryDir> home;
     Preferences preferences{QStringLiteral("/nonexistent/preferences.ini")};
-    std::unique_ptr<NotificationCenter> notices;
-    std::unique_ptr<NotificationCenter> systemNotices;
+    NotificationCenter systemNotices;
     std::unique_ptr<TaskManager> manager;
-    ColorPanel colorPanel;
-    ScheduleRuns scheduleRuns{preferences,
-                              {.host = QStringLiteral("127.0.0.1"), .port = 1}}; // where nobody listens
-    std::unique_ptr<Screens> screens;
-    std::unique_ptr<MainThreadQueue> cloudAnswers;
-    std::unique_ptr<SqlCloudContainer> container;
-    std::unique_ptr<CloudSync> cloud;
-    std::unique_ptr<ViewController> window;
+    std::unique_ptr<Program> program;
+    ViewController *window = nullptr;
     std::unique_ptr<CapturedOutput> output;
     QTableView *table = nullptr;
 };

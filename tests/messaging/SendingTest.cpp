@@ -4,6 +4,7 @@
 #include "messaging/ViewControllerSending.h"
 #include "model/TaskManager.h"
 #include "support/CapturedOutput.h"
+#include "support/Tasks.h"
 #include "support/TestProgram.h"
 #include "widgets/DatePicker.h"
 #include "widgets/ProgressIndicator.h"
@@ -59,8 +60,8 @@ struct Office
         addContact<Clients>(store, {}, u"+4"_s);
         addContact<TeamMembers>(store, u"Bob"_s, u"+5"_s);
         store.viewContext().save();
-        manager.tasks = {job(u"Late"_s, 8, u"ANN"_s, u"Bob"_s), job(u"Early"_s, 6, u"ann"_s, u""_s),
-                         job(u"Other"_s, 7, u"zoë"_s, u"bob"_s), job(u"After"_s, 9, u"Ann"_s, u"Bob"_s)};
+        setTasks(manager, {job(u"Late"_s, 8, u"ANN"_s, u"Bob"_s), job(u"Early"_s, 6, u"ann"_s, u""_s),
+                           job(u"Other"_s, 7, u"zoë"_s, u"bob"_s), job(u"After"_s, 9, u"Ann"_s, u"Bob"_s)});
         screen = std::make_unique<ViewControllerSending>(services());
         screen->show();
         child<DatePicker>("startSendDate").setMoment(onDay(6));
@@ -110,7 +111,7 @@ struct Office
     {
         return runs.add({.kind = kind,
                          .recipients = {recipient},
-                         .tasks = tasksForSchedules(kind, manager.tasks),
+                         .tasks = tasksForSchedules(kind, manager.tasks()),
                          .text = ScheduleText(kind, onDay(1), onDay(30), account.preferences)});
     }
 
@@ -226,7 +227,8 @@ private slots:
             if (!forClients) {
                 office.child<DatePicker>("startSendDate").setMoment(onDay(7));
                 office.child<DatePicker>("endSendDate").setMoment(onDay(7));
-                office.manager.tasks[1] = job(u"Early"_s, 6, u"ann"_s, u"Bo"_s);
+                changeTask(office.manager, office.manager.tasks()[1]->key,
+                           [](task &entry) { entry.teamMember = u"Bo"_s; });
             }
             CapturedOutput output;
             office.select(forClients ? "clientsTable" : "teamMembers", {forClients ? 1 : 0});
@@ -267,7 +269,7 @@ private slots:
         office.child<DatePicker>("endSendDate").setMoment(onDay(5)); // before the first day
         office.press("sendMsgClients");
         QTRY_COMPARE(office.info(), u"Steps Performed:8 Schedules Sent:0"_s);
-        office.manager.tasks.clear();
+        setTasks(office.manager, {});
         office.press("sendMsgClients");
         QTRY_COMPARE(office.info(), u"Steps Performed:1 Schedules Sent:0"_s);
         QCOMPARE(office.received(), QStringList());
@@ -310,7 +312,8 @@ private slots:
                                                              : office.addRun(kind, {u"Bob"_s, u"+5"_s});
             connect(&run, &ScheduleRun::finished, this, [&ended] { ++ended; });
             run.start();
-            office.manager.tasks.removeLast(); // so that the other run has fewer steps
+            office.manager.select(office.manager.tasks().size() - 1);
+            office.manager.deleteSelectedTask(); // so that the other run has fewer steps
         }
         QTRY_COMPARE_WITH_TIMEOUT(ended, 2,
                                   20'000); // although one counter serves runs of four and of three steps

@@ -3,6 +3,7 @@
 #include "model/TaskView.h"
 #include "platform/Preferences.h"
 #include "support/CapturedOutput.h"
+#include "support/Tasks.h"
 #include "support/TestProgram.h"
 
 using namespace Qt::StringLiterals;
@@ -39,12 +40,7 @@ private:
     {
         return manager->addTask(key, {}, name, {}, {}, {}, 0, 0, {}, {}, false, 9, 30, 11, 15, {}, {});
     }
-    void fill(std::initializer_list<task> entries)
-    {
-        manager->tasks.clear();
-        for (const task &entry : entries)
-            manager->tasks.append(entry);
-    }
+    void fill(std::initializer_list<task> entries) { setTasks(*manager, entries); }
 
 private slots:
     void init() { manager = std::make_unique<TaskManager>(preferences); }
@@ -58,7 +54,7 @@ private slots:
                     .hasMatch());
         QVERIFY(add({}, u"a"_s) != key);
         QCOMPARE(add(u"own"_s, u"b"_s), u"own"_s);
-        QCOMPARE(manager->tasks[0]->key, key);
+        QCOMPARE(manager->tasks()[0]->key, key);
         QCOMPARE(output.takeLines().first(), u"Add Task, hidden: false"_s);
         const task blank = manager->selectedTask();
         QCOMPARE(blank.key, QString());
@@ -67,17 +63,19 @@ private slots:
         QCOMPARE(blank.startHour * 1000000 + blank.startMin * 10000 + blank.endHour * 100 + blank.endMin,
                  9301115);
         QVERIFY(Calendar::now() - blank.date < std::chrono::minutes(1) && blank.date == blank.due);
-        manager->selected = 0;
+        manager->select(0);
         manager->hideSelectedTask();
-        manager->tasks[0].edit().color = {0.1, 0.2, 0.3, 0.4};
-        manager->tasks[0].edit().due = Instant(std::chrono::hours(30));
+        changeTask(*manager, key, [](task &entry) {
+            entry.color = {0.1, 0.2, 0.3, 0.4};
+            entry.due = Instant(std::chrono::hours(30));
+        });
         manager->cloneSelectedTask();
-        task clone = *manager->tasks.last();
+        task clone = *manager->tasks().last();
         QVERIFY(clone.key.size() == 36 && std::exchange(clone.key, key) != key);
-        QVERIFY(clone == *manager->tasks[0]);
+        QVERIFY(haveEqualFields(clone, *manager->tasks()[0]));
         manager->editSelectedTask({}, {}, {}, {}, {}, 0, 0, {}, {}, 15, 16, 17, 18, {}, {});
-        QVERIFY(manager->tasks[0]->hidden && manager->tasks[0]->key == key);
-        manager->selected = -1;
+        QVERIFY(manager->tasks()[0]->hidden && manager->tasks()[0]->key == key);
+        manager->select(-1);
         QCOMPARE(manager->selectedTask().startHour * 100 + manager->selectedTask().endMin, 1518);
     }
 
@@ -93,7 +91,7 @@ private slots:
     {
         for (const qint64 nowhere : {-1, 1, 2}) {
             fill({named(u"a"_s)});
-            manager->selected = nowhere;
+            manager->select(nowhere);
             manager->deleteSelectedTask();
             manager->hideSelectedTask();
             manager->unhideSelectedTask();
@@ -102,27 +100,27 @@ private slots:
             manager->moveSelectedTask(false);
             QVERIFY(!manager->isSelectedTaskHidden());
             QCOMPARE(manager->selectedTask().key, QString());
-            QCOMPARE(keys(manager->tasks), QStringList(u"a"_s));
-            QCOMPARE(manager->tasks[0]->status, 0);
+            QCOMPARE(keys(manager->tasks()), QStringList(u"a"_s));
+            QCOMPARE(manager->tasks()[0]->status, 0);
         }
     }
 
     void closingChangesBothLists()
     {
         fill({named(u"a"_s)});
-        manager->backupTasks = manager->tasks;
+        manager->setListAside();
         add(u"b"_s, u"b"_s);
-        manager->selected = 1; // the stale copy is shorter
+        manager->select(1); // the stale copy is shorter
         manager->closeSelectedTask();
-        QCOMPARE(manager->tasks[1]->status, taskStatus::closed);
-        QCOMPARE(manager->tasks[1]->statusName, u"Closed"_s);
-        QCOMPARE(manager->backupTasks.size(), 1);
-        QCOMPARE(manager->backupTasks[0]->status, taskStatus::open);
-        QCOMPARE(manager->tasks[0]->status, taskStatus::open);
-        manager->selected = 0;
+        QCOMPARE(manager->tasks()[1]->status, taskStatus::closed);
+        QCOMPARE(manager->tasks()[1]->statusName, u"Closed"_s);
+        QCOMPARE(manager->backupTasks().size(), 1);
+        QCOMPARE(manager->backupTasks()[0]->status, taskStatus::open);
+        QCOMPARE(manager->tasks()[0]->status, taskStatus::open);
+        manager->select(0);
         manager->closeSelectedTask();
-        QCOMPARE(manager->tasks[0]->status, taskStatus::closed);
-        QCOMPARE(manager->backupTasks[0]->status, taskStatus::closed);
+        QCOMPARE(manager->tasks()[0]->status, taskStatus::closed);
+        QCOMPARE(manager->backupTasks()[0]->status, taskStatus::closed);
     }
 
     void views_data()
@@ -143,6 +141,7 @@ private slots:
         QFETCH(const QString, shown);
         const Calendar calendar;
         const Calendar::Day today = calendar.day(calendar.dayOf(Calendar::now()));
+        QList<task> entries;
         for (const QString &key : {u"o"_s, u"c"_s, u"n"_s, u"s"_s, u"O"_s, u"C"_s, u"N"_s, u"S"_s}) {
             task entry = named(key);
             const QString kind = key.toLower();
@@ -153,13 +152,14 @@ private slots:
                         : kind == u"s" ? today.end + std::chrono::days(30)
                         : key == u"o"  ? today.begin
                                        : today.end - std::chrono::milliseconds(1);
-            manager->tasks.append(entry);
+            entries.append(entry);
         }
+        setTasks(*manager, entries);
         CapturedOutput output;
         manager->buildTasksInView(view);
-        QCOMPARE(keys(manager->tasksInView).join(u' '), shown);
+        QCOMPARE(keys(manager->tasksInView()).join(u' '), shown);
         QStringList lines = output.takeLines();
-        QCOMPARE(lines.takeLast(), u"Number if tasks in view: %1"_s.arg(manager->tasksInView.size()));
+        QCOMPARE(lines.takeLast(), u"Number if tasks in view: %1"_s.arg(manager->tasksInView().size()));
         QCOMPARE(lines.join(u' '),
                  view == int(TaskView::DueToday)
                      ? u"SAME DESCENDING ASCENDING ASCENDING SAME DESCENDING ASCENDING ASCENDING"_s
@@ -175,7 +175,7 @@ private slots:
               {.key = u"5"_s, .statusName = u"roof"_s}});
         manager->startSearch(u"rOOf r"_s);
         manager->startSearch(u"rOOf"_s); // of the whole list, not of the last hits
-        QCOMPARE(keys(manager->tasks).join(u' '), u"1 2 3 4"_s);
+        QCOMPARE(keys(manager->tasks()).join(u' '), u"1 2 3 4"_s);
     }
 
     void searchIgnoresCase()
@@ -198,7 +198,7 @@ private slots:
                                          {u"ab"_s, u"abc"_s, false}}) {
             fill({named(field)});
             manager->startSearch(term);
-            QVERIFY2((manager->tasks.size() == 1) == isFound, qPrintable(term));
+            QVERIFY2((manager->tasks().size() == 1) == isFound, qPrintable(term));
             manager->endSearch();
         }
     }
@@ -211,9 +211,9 @@ private slots:
         QCOMPARE(output.takeLines(),
                  QStringList({u"A"_s, u"Tasks: [ab, b, abc]"_s, u"Backup Tasks: [ab, b, abc]"_s}));
         add(u"new"_s, u"a new one"_s);
-        QCOMPARE(manager->tasks.size(), 2);
+        QCOMPARE(manager->tasks().size(), 2);
         manager->refreshSearch();
-        QCOMPARE(keys(manager->tasks), QStringList({u"ab"_s, u"abc"_s, u"new"_s}));
+        QCOMPARE(keys(manager->tasks()), QStringList({u"ab"_s, u"abc"_s, u"new"_s}));
 
         QCOMPARE(manager->selectTaskByKey(u"abc"_s), 2); // its place in the master list
         manager->hideSelectedTask();
@@ -221,42 +221,51 @@ private slots:
         manager->closeSelectedTask();
         manager->selectTaskByKey(u"ab"_s);
         manager->deleteSelectedTask();
-        QCOMPARE(manager->selected, 0);
+        QCOMPARE(manager->selected(), 0);
         manager->endSearch();
-        QCOMPARE(keys(manager->tasks), QStringList({u"b"_s, u"abc"_s, u"new"_s}));
-        QVERIFY(manager->tasks[1]->hidden);
-        QCOMPARE(manager->tasks[1]->status, taskStatus::closed);
-        manager->tasks.clear();
+        QCOMPARE(keys(manager->tasks()), QStringList({u"b"_s, u"abc"_s, u"new"_s}));
+        QVERIFY(manager->tasks()[1]->hidden);
+        QCOMPARE(manager->tasks()[1]->status, taskStatus::closed);
+        setTasks(*manager, {});
         manager->endSearch(); // not searching: nothing comes back
-        QVERIFY(manager->tasks.isEmpty());
+        QVERIFY(manager->tasks().isEmpty());
     }
 
     void sortsTexts()
     {
         // Composed and decomposed é are one text; the emoji's code point is above the private use
         // character's.
-        fill({named(u"🌱"_s), named(u"adam"_s), named(u"\ue000"_s), named(u"Zoe"_s), named(u"e\u0301b"_s),
-              named(u"Zoe "_s), named(u"\u00e9a"_s), named(u"fig"_s), named(QString())});
+        fill({named(u"🌱"_s),
+              named(u"adam"_s),
+              named(u"\ue000"_s),
+              named(u"Zoe"_s),
+              named(u"e\u0301b"_s),
+              named(u"Zoe "_s),
+              named(u"\u00e9a"_s),
+              named(u"fig"_s),
+              {.key = u"empty"_s}});
         manager->sortByColumn({u"NameCellID"_s, true});
-        const QStringList ascending = {QString(),    u"Zoe"_s,      u"Zoe "_s,   u"adam"_s, u"fig"_s,
+        const QStringList ascending = {u"empty"_s,   u"Zoe"_s,      u"Zoe "_s,   u"adam"_s, u"fig"_s,
                                        u"\u00e9a"_s, u"e\u0301b"_s, u"\ue000"_s, u"🌱"_s};
-        QCOMPARE(keys(manager->tasks), ascending);
+        QCOMPARE(keys(manager->tasks()), ascending);
         manager->sortByColumn({u"NameCellID"_s, false});
-        QCOMPARE(keys(manager->tasks), QStringList(ascending.crbegin(), ascending.crend()));
+        QCOMPARE(keys(manager->tasks()), QStringList(ascending.crbegin(), ascending.crend()));
         manager->sortByColumn({u"UnknownID"_s, true});
-        QCOMPARE(keys(manager->tasks), QStringList(ascending.crbegin(), ascending.crend()));
+        QCOMPARE(keys(manager->tasks()), QStringList(ascending.crbegin(), ascending.crend()));
     }
 
     void sortsTimesAsUnpaddedTexts()
     {
+        QList<task> entries;
         for (const auto &[hour, minute] : {std::pair(8, 5), {9, 0}, {8, 30}, {12, 15}, {10, 0}, {-1, 0}}) {
             task entry = named(QString::asprintf("%d:%d", hour, minute));
             entry.startHour = hour;
             entry.startMin = minute;
-            manager->tasks.append(entry);
+            entries.append(entry);
         }
+        setTasks(*manager, entries);
         manager->sortByColumn({u"StartTimeID"_s, true});
-        QCOMPARE(keys(manager->tasks).join(u' '), u"-1:0 10:0 12:15 8:30 8:5 9:0"_s);
+        QCOMPARE(keys(manager->tasks()).join(u' '), u"-1:0 10:0 12:15 8:30 8:5 9:0"_s);
     }
 
     /// Gives the column's field the value; 2 to 6, so that they sort alike as number and as text.
@@ -285,7 +294,7 @@ private slots:
     {
         constexpr int count = 400;
         for (const TaskColumnInfo &column : taskColumns()) {
-            manager->tasks.clear();
+            QList<task> entries;
             for (int i = 0; i < count; ++i) {
                 task entry;
                 for (const TaskColumnInfo &other : taskColumns()) // the other columns have another order
@@ -293,19 +302,20 @@ private slots:
                               other.column == column.column ? i * 7919 % 5 + 2 : i * 31 % 5 + 2);
                 entry.statusName = QString::number(i * 7919 % 5);
                 entry.priorityName = QString::number(i);
-                manager->tasks.append(entry);
+                entries.append(entry);
             }
-            const TaskList unsorted = manager->tasks;
+            setTasks(*manager, entries);
+            const TaskList unsorted = manager->tasks();
             for (const bool ascending : {true, false}) {
-                manager->tasks = unsorted;
+                setTasks(*manager, entries);
                 manager->sortByColumn({column.sortKey, ascending});
                 for (int i = 1; i < count; ++i) {
-                    const int before = manager->tasks[i - 1]->statusName.toInt();
-                    const int after = manager->tasks[i]->statusName.toInt();
+                    const int before = manager->tasks()[i - 1]->statusName.toInt();
+                    const int after = manager->tasks()[i]->statusName.toInt();
                     QVERIFY2(ascending ? before <= after : before >= after, qPrintable(column.title));
                     if (before == after)
-                        QVERIFY(manager->tasks[i - 1]->priorityName.toInt() <
-                                manager->tasks[i]->priorityName.toInt());
+                        QVERIFY(manager->tasks()[i - 1]->priorityName.toInt() <
+                                manager->tasks()[i]->priorityName.toInt());
                 }
             }
             QCOMPARE(unsorted[0]->priorityName, u"0"_s); // a list that shares the tasks keeps its order

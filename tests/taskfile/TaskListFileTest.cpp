@@ -3,6 +3,7 @@
 #include "platform/Preferences.h"
 #include "support/CapturedOutput.h"
 #include "support/ScratchHome.h"
+#include "support/Tasks.h"
 #include "support/TestProgram.h"
 
 #include <QDir>
@@ -56,7 +57,7 @@ private slots:
                                       u"Row: "_s + row,
                                       u"Fields: ["_s + QString(row).replace(u"|"_s, u", "_s) + u"]"_s};
         QCOMPARE(output.takeLines(), QStringList(u"No of Rows: 3"_s) + rowLines + rowLines);
-        QCOMPARE(manager->backupTasks.size(), 2);
+        QCOMPARE(manager->backupTasks().size(), 2);
         QVERIFY(file->writeFile());
         QCOMPARE(contentOf(filePath()), fenceRow + fenceRow);
         QCOMPARE(output.takeLines(), QStringList(u"Write File "_s + QString::fromUtf8(fenceRow + fenceRow)));
@@ -78,12 +79,13 @@ private slots:
             init();
             writeTo(filePath(), fenceRow);
             file->parseFile(file->readFile());
-            manager->tasks[0].edit().color.red = number;
+            changeTask(*manager, manager->tasks()[0]->key,
+                       [number](task &entry) { entry.color.red = number; });
             QVERIFY(file->writeFile());
             QCOMPARE(contentOf(filePath()).split('|')[3], text);
             reopen();
             file->parseFile(file->readFile());
-            QCOMPARE(manager->tasks[0]->color.red, number);
+            QCOMPARE(manager->tasks()[0]->color.red, number);
         }
     }
 
@@ -112,8 +114,8 @@ private slots:
             init();
             writeTo(filePath(), text + fenceRow.sliced(6));
             file->parseFile(file->readFile());
-            QCOMPARE(manager->tasks.size(), 1);
-            QVERIFY(manager->tasks[0]->date == Calendar().startOfDay(day));
+            QCOMPARE(manager->tasks().size(), 1);
+            QVERIFY(manager->tasks()[0]->date == Calendar().startOfDay(day));
             QVERIFY(file->writeFile());
             QCOMPARE(contentOf(filePath()).split('|')[0], written);
         }
@@ -123,15 +125,16 @@ private slots:
     {
         writeTo(filePath(), fenceRow);
         file->parseFile(file->readFile());
-        task &entry = manager->tasks[0].edit();
-        entry.name = u"a|b^c"_s;
-        entry.client = u"a mark \u001f and \u001e within"_s;
+        changeTask(*manager, manager->tasks()[0]->key, [](task &entry) {
+            entry.name = u"a|b^c"_s;
+            entry.client = u"a mark \u001f and \u001e within"_s;
+        });
         QVERIFY(file->writeFile());
         QCOMPARE(contentOf(filePath()).count('|'), 19);
         reopen();
         file->parseFile(file->readFile());
-        QCOMPARE(manager->tasks[0]->name, u"a|b^c"_s);
-        QCOMPARE(manager->tasks[0]->client, u"a mark  and  within"_s);
+        QCOMPARE(manager->tasks()[0]->name, u"a|b^c"_s);
+        QCOMPARE(manager->tasks()[0]->client, u"a mark  and  within"_s);
     }
 
     void randomListsComeBack()
@@ -157,14 +160,14 @@ private slots:
                              {real(), real(), real(), real()}, startOf(int(1900 + number(300)), 11, 3),
                              number(4) - 1, number(5) - 1, text(), text(), number(2) == 1, number(24),
                              number(60), number(24), number(60), text(), text());
-        const TaskList before = manager->tasks;
+        const TaskList before = manager->tasks();
         QVERIFY(file->writeFile());
         const QByteArray written = contentOf(filePath());
         reopen();
         file->parseFile(file->readFile());
-        QCOMPARE(manager->tasks.size(), before.size());
+        QCOMPARE(manager->tasks().size(), before.size());
         for (qsizetype i = 0; i < before.size(); ++i)
-            QVERIFY(*manager->tasks[i] == *before[i]);
+            QVERIFY(haveEqualFields(*manager->tasks()[i], *before[i]));
         QVERIFY(file->writeFile());
         QCOMPARE(contentOf(filePath()), written);
     }
@@ -184,9 +187,10 @@ private slots:
                                              {u"|KEY|true|9|5|11|45|c|t|"_s, u"new 0 8:0-17:0 "_s}}) {
             init();
             file->parseFile(head + rest + u"^"_s + head + u"^"_s);
-            QCOMPARE(manager->tasks.size(), 2);
-            const task &entry = *manager->tasks[0];
-            QCOMPARE(manager->tasks[1]->endMin, entry.endMin); // an old row takes the times of the row before
+            QCOMPARE(manager->tasks().size(), 2);
+            const task &entry = *manager->tasks()[0];
+            QCOMPARE(manager->tasks()[1]->endMin,
+                     entry.endMin); // an old row takes the times of the row before
             const QString found = QString::asprintf(" %d %lld:%lld-%lld:%lld ", entry.hidden, entry.startHour,
                                                     entry.startMin, entry.endHour, entry.endMin);
             QCOMPARE((entry.key.size() == 36 ? u"new"_s : entry.key) + found + entry.client +
@@ -223,8 +227,8 @@ private slots:
             writeTo(filePath(), text.toUtf8());
             CapturedOutput output;
             file->parseFile(file->readFile());
-            QVERIFY2(manager->tasks.size() == 2, qPrintable(row));
-            QCOMPARE(manager->tasks[0]->key + manager->tasks[1]->key, u"AB"_s);
+            QVERIFY2(manager->tasks().size() == 2, qPrintable(row));
+            QCOMPARE(manager->tasks()[0]->key + manager->tasks()[1]->key, u"AB"_s);
             QCOMPARE(output.takeLines().filter(QRegularExpression(u"^Row skipped: 2 "_s)).size(), 1);
             QVERIFY(file->writeFile());
             QCOMPARE(copied(), text.toUtf8());
@@ -235,7 +239,7 @@ private slots:
             init();
             writeTo(filePath(), text);
             file->parseFile(file->readFile());
-            QCOMPARE(manager->tasks.size(), 1);
+            QCOMPARE(manager->tasks().size(), 1);
             QVERIFY(file->writeFile());
             QCOMPARE(copied(), text);
         }
@@ -249,7 +253,7 @@ private slots:
         setDark(true);
         file->parseFile(file->readFile());
         QVERIFY(output.takeLines().contains(u"In dark mode -> Invert"_s));
-        QVERIFY(manager->tasks[0]->color == Color(0.25, 0.5, 0.75, 0.5));
+        QVERIFY(manager->tasks()[0]->color == Color(0.25, 0.5, 0.75, 0.5));
         QVERIFY(file->writeFile());
         QVERIFY(output.takeLines().contains(u"Inverted -> Switch to original"_s));
         QCOMPARE(contentOf(filePath()), stored);
@@ -260,19 +264,19 @@ private slots:
         writeTo(filePath(),
                 (head + u"|A^"_s + head + u"|B|false^"_s + head + u"|C^"_s).toUtf8().replace("old", "pond"));
         file->parseFile(file->readFile());
-        manager->tasks[1].edit().name = u"fence"_s;
+        changeTask(*manager, u"B"_s, [](task &entry) { entry.name = u"fence"_s; });
         QVERIFY(file->writeFile());
-        manager->tasks.swapItemsAt(0, 2); // a sort that is not in the file
+        manager->sortByColumn({u"KeyCellID"_s, false}); // which is not in the file
         manager->startSearch(u"POND"_s);
         manager->selectTaskByKey(u"C"_s);
         setDark(true);
         file->followAppearance();
-        QVERIFY(manager->isSearching);
-        QCOMPARE(manager->tasks.size(), 2);
-        QCOMPARE(manager->backupTasks.size(), 3);
-        QCOMPARE(manager->backupTasks[0]->key, u"A"_s);
+        QVERIFY(manager->isSearching());
+        QCOMPARE(manager->tasks().size(), 2);
+        QCOMPARE(manager->backupTasks().size(), 3);
+        QCOMPARE(manager->backupTasks()[0]->key, u"A"_s);
         QCOMPARE(manager->selectedTask().key, u"C"_s);
-        QVERIFY(manager->tasks[0]->color == Color(0.1, 0.2, 0.3, 1.0).inverted());
+        QVERIFY(manager->tasks()[0]->color == Color(0.1, 0.2, 0.3, 1.0).inverted());
         QVERIFY(file->writeFile());
         QCOMPARE(contentOf(filePath()).count('^'), 3);
     }
@@ -285,14 +289,14 @@ private slots:
         for (const bool dark : {true, true, false, true}) {
             setDark(dark);
             file->followAppearance();
-            QVERIFY(manager->tasks[0]->color ==
+            QVERIFY(manager->tasks()[0]->color ==
                     (dark ? Color(0.0, 0.5, 1.0, 1.0) : Color(1.0, 0.5, 0.0, 1.0)));
         }
         QVERIFY(file->writeFile());
         QCOMPARE(contentOf(filePath()), fenceRow);
 
         // A list newer than the file, since the last write failed, is not given up for the file's.
-        manager->tasks.append(manager->tasks[0]);
+        manager->addTask(*manager->tasks()[0]);
         const QString state = home->filePath(u"state"_s);
         QVERIFY(QDir(state).removeRecursively());
         writeTo(state, "in the way");
@@ -301,8 +305,8 @@ private slots:
         QCOMPARE(output.takeLines().constLast(), u"Error"_s);
         setDark(false);
         file->followAppearance();
-        QCOMPARE(manager->tasks.size(), 2);
-        QVERIFY(manager->tasks[1]->color == Color(1.0, 0.5, 0.0, 1.0));
+        QCOMPARE(manager->tasks().size(), 2);
+        QVERIFY(manager->tasks()[1]->color == Color(1.0, 0.5, 0.0, 1.0));
     }
 
     void failuresAreToldAndLoseNothing()

@@ -1,10 +1,10 @@
-#include "mainwindow/TaskButtons.h"
+#include "mainwindow/TaskCommands.h"
 
 #include "ui_ViewController.h"
 
 using namespace Qt::StringLiterals;
 
-TaskButtons::TaskButtons(Ui::ViewController &window)
+TaskCommands::TaskCommands(Ui::ViewController &window)
     : ui(window)
 {
     ui.editButton->setDefaultAction(ui.actionEdit);
@@ -19,7 +19,7 @@ TaskButtons::TaskButtons(Ui::ViewController &window)
     ui.actionFind->setShortcuts(QKeySequence::Find);
 }
 
-void TaskButtons::disable()
+void TaskCommands::disable()
 {
     for (QAction *action :
          {ui.actionEdit, ui.actionDelete, ui.actionHide, ui.actionShare, ui.actionClose, ui.actionClone})
@@ -27,7 +27,7 @@ void TaskButtons::disable()
     ui.shareButton->setEnabled(false);
 }
 
-void TaskButtons::enable()
+void TaskCommands::enable()
 {
     for (QAction *action : {ui.actionEdit, ui.actionDelete, ui.actionHide, ui.actionUp, ui.actionDown,
                             ui.actionShare, ui.actionClose, ui.actionClone})
@@ -35,7 +35,7 @@ void TaskButtons::enable()
     ui.shareButton->setEnabled(true);
 }
 
-void TaskButtons::showHideState(bool hidden)
+void TaskCommands::showHideState(bool hidden)
 {
     ui.actionHide->setText(hidden ? u"Un&hide"_s : u"&Hide"_s);
     ui.actionHide->setToolTip(hidden ? u"UNHIDE"_s : u"HIDE"_s);

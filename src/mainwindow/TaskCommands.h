@@ -10,11 +10,11 @@ class ViewController;
 }
 
 /// The commands on the selected task, as buttons, menu entries and keys, and when they can be given.
-class TaskButtons
+class TaskCommands
 {
 public:
     /// Gives the window's buttons their commands and keys.
-    explicit TaskButtons(Ui::ViewController &window);
+    explicit TaskCommands(Ui::ViewController &window);
 
     void disable();
     /// Only enabling reaches the buttons that move a task; they say themselves why they cannot.

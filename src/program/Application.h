@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QApplication>
+
+class NotificationCenter;
+
+/// The application object: name, look and surroundings of the program.
+class Application : public QApplication
+{
+    Q_OBJECT
+
+public:
+    Application(int &argc, char **argv);
+
+    /// Shows the palette of the desktop's appearance, now and after every change.
+    void followAppearance(NotificationCenter &systemNotices);
+    /// Goes to the documents folder where nothing can be written to the working folder, which is where the
+    /// whiteboard's picture is kept.
+    static void findWritableFolder();
+};
