@@ -159,5 +159,8 @@ void sortTasks(TaskList &tasks, TaskColumn column, bool ascending)
     const bool isOwn = unsorted.isDetached();
     tasks.reserve(unsorted.size());
     for (const SortEntry &entry : keys.entries)
-        tasks.append(isOwn ? std::move(unsorted[entry.index]) : unsorted.at(entry.index));
+        if (isOwn)
+            tasks.append(std::move(unsorted[entry.index]));
+        else
+            tasks.append(unsorted.at(entry.index));
 }
