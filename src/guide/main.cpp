@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QIcon>
+#include <QLoggingCategory>
 #include <QQuickWindow>
 #include <QSocketNotifier>
 #include <QStyleFactory>
@@ -34,6 +35,8 @@ static void obey(const QByteArray &line, QWidget &window)
 int main(int argc, char **argv)
 {
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software); // needs no graphics driver
+    // The last line of standard error is what the user is told when the engine fails.
+    QLoggingCategory::setFilterRules(u"qt.webenginecontext.info=false"_s);
     QApplication application(argc, argv);
     QApplication::setApplicationDisplayName(u"Quorvane"_s);
     QApplication::setDesktopFileName(u"example.quorvane.Quorvane"_s);

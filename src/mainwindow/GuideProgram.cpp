@@ -34,7 +34,7 @@ GuideProgram::GuideProgram(NotificationCenter &systemNotices, QObject *parent)
     connect(this, &QProcess::finished, this, &GuideProgram::judgeEnd);
     connect(this, &QProcess::errorOccurred, this, [this](ProcessError error) {
         if (error == FailedToStart)
-            tellUser(u"Its program could not be started: "_s + errorString());
+            tellUser(u"could not be started"_s, errorString());
     });
 }
 
@@ -66,14 +66,13 @@ void GuideProgram::judgeEnd(int status, ExitStatus howItEnded)
     const QString lastWords =
         report.section(u'\n', -1).section(u"] "_s, -1); // without the place in its source
     if (howItEnded == CrashExit)
-        tellUser(u"Its program has crashed. "_s + lastWords);
+        tellUser(u"has crashed"_s, lastWords);
     else if (status != EXIT_SUCCESS)
-        tellUser(u"Its program has ended with status %1. "_s.arg(status) + lastWords);
+        tellUser(u"has ended with status %1"_s.arg(status), lastWords);
 }
 
-void GuideProgram::tellUser(const QString &problem)
+void GuideProgram::tellUser(const QString &whatHappened, const QString &why)
 {
-    alertMessage(QApplication::activeWindow(),
-                 u"The guide cannot be shown; F1 tries again. The planner goes on.\n\n"_s +
-                     problem.trimmed());
+    const QString message = u"The guide cannot be shown: its program %1. F1 tries again.\n\n"_s;
+    alertMessage(QApplication::activeWindow(), (message.arg(whatHappened) + why).trimmed());
 }

@@ -26,5 +26,5 @@ public:
 private:
     void tellAppearance();
     void judgeEnd(int status, ExitStatus howItEnded);
-    void tellUser(const QString &problem);
+    void tellUser(const QString &whatHappened, const QString &why);
 };

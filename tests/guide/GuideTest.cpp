@@ -111,9 +111,9 @@ private slots:
         QTest::addColumn<QByteArray>("script");
         QTest::addColumn<QString>("problem");
         QTest::newRow("fails") << "#!/bin/sh\nprintf 'a\n[1:ERROR:x.cc(9)] No sandbox.\n' >&2; exit 3"_ba
-                               << u"status 3. No sandbox."_s;
+                               << u"status 3. F1 tries again.\n\nNo sandbox."_s;
         QTest::newRow("crashes") << "#!/bin/sh\nkill -SEGV $$"_ba << u"has crashed."_s;
-        QTest::newRow("cannot start") << "#!/nonexistent"_ba << u"could not be started: "_s;
+        QTest::newRow("cannot start") << "#!/nonexistent"_ba << u"could not be started."_s;
     }
     void userLearnsWhyItIsNotShown()
     {
