@@ -106,28 +106,22 @@ private slots:
         QTRY_COMPARE((lines += output.takeLines()).join(u' '), u"light raise light raise dark"_s);
     }
 
-    void userLearnsWhyItIsNotShown_data()
-    {
-        QTest::addColumn<QByteArray>("script");
-        QTest::addColumn<QString>("problem");
-        QTest::newRow("fails") << "#!/bin/sh\nprintf 'a\n[1:ERROR:x.cc(9)] No sandbox.\n' >&2; exit 3"_ba
-                               << u"status 3. F1 tries again.\n\nNo sandbox."_s;
-        QTest::newRow("crashes") << "#!/bin/sh\nkill -SEGV $$"_ba << u"has crashed."_s;
-        QTest::newRow("cannot start") << "#!/nonexistent"_ba << u"could not be started."_s;
-    }
     void userLearnsWhyItIsNotShown()
     {
-        QFETCH(const QByteArray, script);
-        QFETCH(const QString, problem);
-        placeProgram(script);
-        const AlertAnswer alert(u"OK"_s);
-        GuideProgram program(notices, nullptr);
-        program.bringToFront();
-        QTRY_VERIFY(alert.wasShown());
-        QVERIFY2(alert.informativeText.contains(problem), qPrintable(alert.informativeText));
+        const std::map<QByteArray, QString> problems = {
+            {"#!/bin/sh\nprintf 'a\n[1:x.cc(9)] No sandbox.\n' >&2; exit 3",
+             u"status 3. F1 tries again.\n\nNo sandbox."_s},
+            {"#!/bin/sh\nkill -SEGV $$", u"has crashed."_s},
+            {"#!/nonexistent", u"could not be started."_s}};
+        for (const auto &[script, problem] : problems) {
+            placeProgram(script);
+            const AlertAnswer alert(u"OK"_s);
+            GuideProgram program(notices, nullptr);
+            program.bringToFront();
+            QTRY_VERIFY(alert.wasShown());
+            QVERIFY2(alert.informativeText.contains(problem), qPrintable(alert.informativeText));
+        }
     }
-
-    void cleanupTestCase() { QDesktopServices::unsetUrlHandler(u"http"_s); }
 
 public slots:
     void openExternal(const QUrl &url) { external.append(url); }
