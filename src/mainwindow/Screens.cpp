@@ -1,15 +1,14 @@
 #include "mainwindow/Screens.h"
 
-#include "app/WebPage.h"
 #include "contacts/ViewControllerClientMgmt.h"
 #include "contacts/ViewControllerTeamMgmt.h"
 #include "forms/ViewControllerAdd.h"
 #include "forms/ViewControllerEdit.h"
+#include "mainwindow/GuideProgram.h"
 #include "messaging/ViewControllerSending.h"
 #include "messaging/ViewControllerSettings.h"
 #include "model/TaskManager.h"
 #include "tools/ViewControllerNotes.h"
-#include "widgets/Alert.h"
 
 using namespace Qt::StringLiterals;
 
@@ -80,14 +79,7 @@ void Screens::openWhiteboard(QWidget &mainWindow)
 
 void Screens::openGuide(QWidget &mainWindow)
 {
-    QString problem;
-    if (!guide || !guide->isVisible()) {
-        guide = webPage::makeScreen(&mainWindow, problem);
-        if (guide)
-            guide->setAttribute(Qt::WA_DeleteOnClose);
-    }
-    if (guide)
-        bringToFront(*guide);
-    else
-        alertMessage(&mainWindow, u"The guide cannot be shown. "_s + problem);
+    if (!guide)
+        guide = new GuideProgram(services.systemNotices, &mainWindow);
+    guide->bringToFront();
 }

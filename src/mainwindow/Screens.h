@@ -6,6 +6,7 @@
 #include <QPointer>
 
 class ViewControllerAdd;
+class GuideProgram;
 class ScheduleRuns;
 class ViewControllerClientMgmt;
 class ViewControllerNotes;
@@ -50,5 +51,5 @@ private:
     QPointer<ViewControllerSettings> settings;
     QPointer<ViewControllerNotes> notes;
     QPointer<ViewControllerWhiteboard> whiteboard;
-    QPointer<QDialog> guide;
+    QPointer<GuideProgram> guide;
 };

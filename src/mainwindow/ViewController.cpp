@@ -1,7 +1,7 @@
 #include "mainwindow/ViewController.h"
 
 #include "app/UIUtil.h"
-#include "app/WebPage.h"
+#include "mainwindow/GuideProgram.h"
 #include "mainwindow/Screens.h"
 #include "model/Appearance.h"
 #include "model/TaskManager.h"
@@ -78,10 +78,11 @@ void ViewController::connectActions()
     onTrigger(ui->actionUpdateFromCloud, &ViewController::UpdateFromCoud);
     onTrigger(ui->actionShare, &ViewController::sharingTask);
     onTrigger(ui->actionGuide, &ViewController::addEnhancement);
-    if (!webPage::isInstalled()) {
+    if (!GuideProgram::isInstalled()) {
         ui->actionGuide->setText(u"Guide (not installed)"_s);
         ui->actionGuide->setEnabled(false);
     }
+    qApp->installEventFilter(this);
     connectScreens();
     connect(ui->shareButton, &QToolButton::pressed, this, [this] { sharingTask(ui->shareButton); });
     connect(ui->tblView, &TaskTableView::doubleAction, this, [this] { doubleClickTable(ui->tblView); });
@@ -144,6 +145,16 @@ void ViewController::closeEvent(QCloseEvent *event)
 {
     windowShouldClose();
     event->accept();
+}
+
+/// Opens the guide from the other windows, modal ones too, which no shortcut of this window would reach.
+bool ViewController::eventFilter(QObject *receiver, QEvent *event)
+{
+    const auto *key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent *>(event) : nullptr;
+    const bool isForGuide = key && key->matches(QKeySequence::HelpContents) && !key->isAutoRepeat();
+    if (isForGuide)
+        ui->actionGuide->trigger();
+    return isForGuide || QMainWindow::eventFilter(receiver, event);
 }
 
 void ViewController::windowShouldClose()

@@ -60,6 +60,7 @@ public slots:
 protected:
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    bool eventFilter(QObject *receiver, QEvent *event) override;
 
 private:
     void connectActions();

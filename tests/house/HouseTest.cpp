@@ -7,13 +7,13 @@
 using namespace Qt::StringLiterals;
 
 /// The storeys of src/ from the roof to the ground: a folder includes only from storeys further down, except
-/// that the screens that list contacts use their neighbour.
+/// that the screens that list contacts use their neighbour, and that the guide is a program of its own.
 static const QList<QStringList> storeys = {
     {u"program"_s},
     {u"mainwindow"_s},
     {u"forms"_s, u"messaging"_s, u"tools"_s, u"cloud"_s, u"contacts"_s, u"taskfile"_s},
     {u"model"_s},
-    {u"app"_s},
+    {u"app"_s, u"guide"_s},
     {u"widgets"_s},
     {u"platform"_s},
 };
@@ -29,7 +29,7 @@ static qsizetype storeyOf(const QString &folder)
 static bool mayInclude(const QString &folder, const QString &target)
 {
     const bool usesContacts = target == u"contacts" && (folder == u"forms" || folder == u"messaging");
-    return target == folder || usesContacts || storeyOf(target) > storeyOf(folder);
+    return target == folder || usesContacts || (target != u"guide" && storeyOf(target) > storeyOf(folder));
 }
 
 // The list of tasks is changed by its manager's own operations only.

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "app/WebPageModule.h"
-
 #include <QDialog>
 #include <QWebEngineView>
 
@@ -11,13 +9,13 @@ class ViewControllerEnhancement : public QDialog
     Q_OBJECT
 
 public:
-    ViewControllerEnhancement(const WebPageModule::Host &host, QWidget *parent);
+    ViewControllerEnhancement();
 
 protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    void viewDidLoad(const WebPageModule::Host &host);
+    void viewDidLoad();
     void showAppearance();
 
     QWebEngineView *browserView;

@@ -1,9 +1,10 @@
-#include "ViewControllerEnhancement.h"
+#include "guide/ViewControllerEnhancement.h"
 
-#include <QCoreApplication>
+#include "platform/Diagnostics.h"
+#include "widgets/Alert.h"
+
+#include <QDesktopServices>
 #include <QEvent>
-#include <QOpenGLContext>
-#include <QQuickWindow>
 #include <QShortcut>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -18,9 +19,6 @@
 
 using namespace Qt::StringLiterals;
 
-// Exported by Qt Gui for modules that bring the context along.
-Q_GUI_EXPORT void qt_gl_set_global_share_context(QOpenGLContext *context);
-
 namespace {
 
 const QUrl startPage(u"qrc:/guide/index.html"_s);
@@ -29,16 +27,15 @@ const QUrl startPage(u"qrc:/guide/index.html"_s);
 class GuidePage : public QWebEnginePage
 {
 public:
-    GuidePage(std::function<void(const QUrl &)> elsewhere, QWebEngineProfile *profile, QObject *parent)
+    GuidePage(QWebEngineProfile *profile, QObject *parent)
         : QWebEnginePage(profile, parent)
-        , openExternal(std::move(elsewhere))
     {
         connect(this, &QWebEnginePage::newWindowRequested, this,
                 [this](const QWebEngineNewWindowRequest &request) {
                     if (isGuide(request.requestedUrl()))
                         load(request.requestedUrl());
                     else
-                        openExternal(request.requestedUrl());
+                        openElsewhere(request.requestedUrl());
                 });
     }
 
@@ -46,21 +43,28 @@ protected:
     bool acceptNavigationRequest(const QUrl &url, NavigationType type, bool) override
     {
         if (!isGuide(url) && type == NavigationTypeLinkClicked)
-            openExternal(url);
+            openElsewhere(url);
         return isGuide(url);
     }
 
 private:
     static bool isGuide(const QUrl &url) { return url.scheme() == startPage.scheme(); }
 
-    std::function<void(const QUrl &)> openExternal;
+    void openElsewhere(const QUrl &url)
+    {
+        const auto open = [this, url] {
+            if (!QDesktopServices::openUrl(url))
+                alertMessage(QWebEngineView::forPage(this),
+                             u"No browser could be opened for "_s + url.toDisplayString());
+        };
+        QMetaObject::invokeMethod(this, open, Qt::QueuedConnection); // not amid the web engine's own work
+    }
 };
 
 } // namespace
 
-ViewControllerEnhancement::ViewControllerEnhancement(const WebPageModule::Host &host, QWidget *parent)
-    : QDialog(parent, Qt::Window)
-    , browserView(new QWebEngineView(this))
+ViewControllerEnhancement::ViewControllerEnhancement()
+    : browserView(new QWebEngineView(this))
 {
     setObjectName(u"ViewControllerEnhancement"_s);
     setWindowTitle(u"Guide"_s);
@@ -70,15 +74,15 @@ ViewControllerEnhancement::ViewControllerEnhancement(const WebPageModule::Host &
     layout->addWidget(browserView);
     for (const QKeySequence &keys : {QKeySequence(QKeySequence::Close), QKeySequence(Qt::Key_Escape)})
         connect(new QShortcut(keys, this), &QShortcut::activated, this, &QDialog::close);
-    viewDidLoad(host);
+    viewDidLoad();
 }
 
-void ViewControllerEnhancement::viewDidLoad(const WebPageModule::Host &host)
+void ViewControllerEnhancement::viewDidLoad()
 {
     constexpr std::chrono::seconds timeOut(60);
     // Nothing of it is kept on disk.
     auto *profile = new QWebEngineProfile;
-    auto *page = new GuidePage(host.openExternal, profile, browserView);
+    auto *page = new GuidePage(profile, browserView);
     profile->setParent(page); // which it has to outlive
     connect(page, &QWebEnginePage::titleChanged, this, &QDialog::setWindowTitle);
     browserView->setPage(page);
@@ -91,7 +95,7 @@ void ViewControllerEnhancement::viewDidLoad(const WebPageModule::Host &host)
     limit->start(timeOut);
     showAppearance();
     browserView->load(QWebEngineHttpRequest(startPage));
-    host.log("loadURL");
+    diagnostics::line("loadURL");
 }
 
 void ViewControllerEnhancement::changeEvent(QEvent *event)
@@ -119,31 +123,3 @@ void ViewControllerEnhancement::showAppearance()
     page.scripts().clear();
     page.scripts().insert(onEveryPage);
 }
-
-namespace {
-
-class EnhancementModule : public QObject, public WebPageModule
-{
-    Q_OBJECT
-    Q_PLUGIN_METADATA(IID QUORVANE_WEB_PAGE_MODULE)
-    Q_INTERFACES(WebPageModule)
-
-public:
-    EnhancementModule()
-    {
-        // The web engine asks for the context that windows share, which the program did without, since making
-        // one takes long. It is never used for drawing.
-        if (!QOpenGLContext::globalShareContext())
-            qt_gl_set_global_share_context(new QOpenGLContext(qApp));
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    }
-
-    QDialog *makeScreen(const Host &host, QWidget *parent) override
-    {
-        return new ViewControllerEnhancement(host, parent);
-    }
-};
-
-} // namespace
-
-#include "ViewControllerEnhancement.moc"
