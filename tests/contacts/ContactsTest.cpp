@@ -194,7 +194,7 @@ private slots:
         PersistentContainer container(contactModel(), home->path());
         container.loadPersistentStores();
         ContactTable contacts;
-        contacts.arrange<Clients>(container.viewContext());
+        contacts.load<Clients>(container.viewContext());
         QList<int> odd;
         for (int row = 0; row < count; ++row) {
             contacts.setData(contacts.index(contacts.add(), Contact::Name), QString::number(row));
