@@ -26,12 +26,11 @@ void listNames(QComboBox &box, const QStringList &names)
 }
 
 /// What is typed is stored as typed: suggestions are listed below the text and never complete it by
-/// themselves.
+/// themselves, and leaving the box does not take an entry that is written in another case.
 void suggestOnly(QComboBox &box)
 {
     box.completer()->setCompletionMode(QCompleter::PopupCompletion);
     box.completer()->setCaseSensitivity(Qt::CaseSensitive);
-    box.setDuplicatesEnabled(true); // else Return takes an entry that differs from the text only in case
 }
 
 /// Selects the entry at the position; where the list has none, the box shows the text.
@@ -39,8 +38,8 @@ void selectPosition(QComboBox &box, qint64 position, const QString &text)
 {
     const bool isListed = position >= 0 && position < box.count();
     box.setCurrentIndex(isListed ? int(position) : -1);
-    // Also where the entry was the current one: another text may have been typed over it.
-    box.setEditText(isListed ? box.itemText(int(position)) : text);
+    if (!isListed)
+        box.setEditText(text);
 }
 
 /// The position of the entry that equals the box's text, or −1. The current index does not follow typing.
