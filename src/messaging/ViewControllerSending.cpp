@@ -34,8 +34,8 @@ ViewControllerSending::ViewControllerSending(const Services &services, QWidget *
     ui->setupUi(this);
     persistentContainer.loadPersistentStores();
     managedObjectContext = &persistentContainer.viewContext();
-    clientsArray.arrange<Clients>(*managedObjectContext);
-    teamMembersArray.arrange<TeamMembers>(*managedObjectContext);
+    clientsArray.load<Clients>(*managedObjectContext);
+    teamMembersArray.load<TeamMembers>(*managedObjectContext);
     ui->clientsTable->setModel(&clientsArray);
     ui->teamMembers->setModel(&teamMembersArray);
     for (QTableView *table : {ui->clientsTable, ui->teamMembers})
