@@ -34,8 +34,11 @@ QAction &actionOf(const QWidget &menu, const QString &text)
 
 void settle()
 {
-    QCoreApplication::sendPostedEvents();
-    QCoreApplication::processEvents();
+    // What is done queues more: a table's rows its scroll bars, and those its rows again. No such chain is
+    // longer than this.
+    constexpr int rounds = 10;
+    for (int round = 0; round < rounds; ++round)
+        QCoreApplication::processEvents();
 }
 
 void waitFor(const std::function<bool()> &condition, const QString &what)

@@ -27,8 +27,8 @@ Child &child(const QObject &parent, const QString &objectName = {})
     return *found;
 }
 
-/// Lets the program do what is queued for it, such as laying out the rows of a changed table. What other
-/// threads go on queueing does not keep it.
+/// Lets the program do what is queued for it, such as laying out the rows of a changed table. Ends, whatever
+/// other threads go on queueing.
 void settle();
 /// Waits until this holds, however slow the machine is.
 void waitFor(const std::function<bool()> &condition, const QString &what);
