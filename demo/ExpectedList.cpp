@@ -52,6 +52,11 @@ void ExpectedList::setHidden(const QString &name, bool hidden)
     row(name).fields[ListRow::Hidden] = hidden ? u"true"_s : u"false"_s;
 }
 
+void ExpectedList::remove(const QString &name)
+{
+    rows.removeIf([&name](const ListRow &row) { return row.field(ListRow::Name) == name; });
+}
+
 bool ExpectedList::isIn(TaskView view, const ListRow &row) const
 {
     if (view == TaskView::DueToday)

@@ -50,7 +50,7 @@ public:
     /// The row of the first task of this name.
     ListRow &row(const QString &name);
     void setHidden(const QString &name, bool hidden);
-    void remove(const QString &name) { rows.removeAt(&row(name) - rows.constData()); }
+    void remove(const QString &name);
     /// The sorted names of the tasks that the view should show.
     QStringList namesIn(TaskView view) const { return namesHolding({}, view); }
     /// Those of them that hold the text, whatever its case.

@@ -28,7 +28,7 @@ Stage::Stage(const QString &pictureFolder)
     // A dialog that nobody answers would keep the tour waiting for ever, and no exception gets out of its
     // event loop.
     stepLimit.setSingleShot(true);
-    stepLimit.setInterval(std::chrono::minutes(2));
+    stepLimit.setInterval(std::chrono::minutes(3));
     QObject::connect(&stepLimit, &QTimer::timeout, &stepLimit, [this] {
         const QWidget *dialog = QApplication::activeModalWidget();
         fail(dialog ? u"the step hangs in a dialog: "_s + dialog->windowTitle()
