@@ -7,6 +7,7 @@
 
 #include <csignal>
 #include <pwd.h>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -25,14 +26,15 @@ QString toolPath(const QString &tool)
     qFatal("%s: not installed", qPrintable(tool));
 }
 
-/// The server refuses to run as root; then it runs as the user that its package made for it.
+/// The server refuses to run as root; then it runs as the user that its package made for it. However the
+/// test ends, it ends, too.
 void runUnprivileged(QProcess &process)
 {
     const passwd *user = ::geteuid() == 0 ? ::getpwnam("postgres") : nullptr;
-    if (!user)
-        return;
-    process.setChildProcessModifier([uid = user->pw_uid, gid = user->pw_gid] {
-        if (::setgid(gid) != 0 || ::setuid(uid) != 0)
+    const uid_t uid = user ? user->pw_uid : ::geteuid();
+    const gid_t gid = user ? user->pw_gid : ::getegid();
+    process.setChildProcessModifier([uid, gid] {
+        if (::setgid(gid) != 0 || ::setuid(uid) != 0 || ::prctl(PR_SET_PDEATHSIG, SIGQUIT) != 0)
             ::_exit(EXIT_FAILURE);
     });
 }

@@ -2,6 +2,7 @@
 #include "support/CapturedOutput.h"
 #include "support/Dialogs.h"
 #include "support/FullDisk.h"
+#include "support/Mouse.h"
 #include "support/TestProgram.h"
 #include "tools/ViewControllerNotes.h"
 #include "tools/ViewControllerWhiteboard.h"
@@ -268,13 +269,13 @@ private slots:
     {
         ViewControllerWhiteboard &board = open();
         QTest::mousePress(&line(board), Qt::LeftButton, {}, {100, 100});
-        move(board, {200, 100}, Qt::LeftButton);
-        move(board, {300, 200}, Qt::NoButton); // the release went to another window
-        move(board, {400, 200}, Qt::NoButton);
+        moveMouse(line(board), {200, 100}, Qt::LeftButton);
+        moveMouse(line(board), {300, 200}, Qt::NoButton); // the release went to another window
+        moveMouse(line(board), {400, 200}, Qt::NoButton);
         QImage picture(picturePath());
         QCOMPARE(picture.pixel(150, 100), qRgb(0, 0, 0));
         QTest::mousePress(&line(board), Qt::LeftButton, {}, {100, 300});
-        move(board, {200, 300}, Qt::LeftButton);
+        moveMouse(line(board), {200, 300}, Qt::LeftButton);
         board.close();
         picture = QImage(picturePath());
         QCOMPARE(picture.pixel(150, 100), qRgb(0, 0, 0));
@@ -359,19 +360,9 @@ private:
         return board.findChild<QToolButton *>(QString::fromLatin1(name));
     }
 
-    static void move(const ViewControllerWhiteboard &board, QPoint point, Qt::MouseButtons buttons)
-    {
-        QWidget &layer = line(board);
-        QMouseEvent event(QEvent::MouseMove, point, layer.mapToGlobal(point), Qt::NoButton, buttons, {});
-        QCoreApplication::sendEvent(&layer, &event);
-    }
-
     static void drag(const ViewControllerWhiteboard &board, const QList<QPoint> &points)
     {
-        QTest::mousePress(&line(board), Qt::LeftButton, {}, points.first());
-        for (const QPoint &point : points.sliced(1))
-            move(board, point, Qt::LeftButton);
-        QTest::mouseRelease(&line(board), Qt::LeftButton, {}, points.last());
+        dragMouse(line(board), points);
     }
 
     std::unique_ptr<QTemporaryDir> folder;
