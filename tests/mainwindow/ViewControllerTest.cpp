@@ -94,11 +94,8 @@ private slots:
         manager->select(-1);
         window->hideClicked(nullptr);
         chooseView(6);
-        for (const char *name : {"upper", "downer"}) {
-            const AlertAnswer alert(u"OK"_s);
-            press(name);
-            QCOMPARE(alert.informativeText, u"Select a Task."_s);
-        }
+        for (const char *name : {"upper", "downer"})
+            QCOMPARE(press(name), u"Select a Task."_s);
         QCOMPARE(filed(), u"cabH"_s);
     }
 
@@ -134,9 +131,7 @@ private slots:
         QCOMPARE(enabledButtons(), u"upper downer"_s);
         QTest::keyClick(table, Qt::Key_Down); // goes on from where the selection was
         QCOMPARE(manager->selectedTask().key, u"b"_s);
-        const AlertAnswer alert(u"OK"_s);
-        press("close");
-        QCOMPARE(alert.informativeText, u"Task already closed"_s);
+        QCOMPARE(press("close"), u"Task already closed"_s);
         player->play(); // after which those before it have been played
         QTRY_COMPARE_WITH_TIMEOUT(qApp->property("plays").toInt(), 2, 20'000);
     }
@@ -213,14 +208,9 @@ private slots:
     void deletesOnlyWhenConfirmed()
     {
         searchField->setText(u"task"_s);
-        const auto deleteTaskB = [this](const QString &button) {
+        const auto deleteTaskB = [this](const QString &answer) {
             selectRow(1);
-            const AlertAnswer answer(button);
-            press("delete");
-            QCOMPARE(answer.text,
-                     u"The task will be deleted locally as well as from the Cloud if present. Are you "
-                     "sure you want to delete ?"_s);
-            QCOMPARE(answer.informativeText, u"task b"_s);
+            QCOMPARE(press("delete", answer), u"task b"_s);
             QCOMPARE(enabledButtons(), u"upper downer"_s);
         };
         deleteTaskB(u"No"_s);
@@ -248,9 +238,12 @@ private:
         return window->findChild<QToolButton *>(name + u"Button"_s);
     }
 
-    void press(const char *name) const
+    /// Presses the button and answers the alert that comes up; what that says.
+    QString press(const char *name, const QString &answer = u"OK"_s) const
     {
+        const AlertAnswer alert(answer);
         QTest::mouseClick(button(QString::fromLatin1(name)), Qt::LeftButton);
+        return alert.informativeText;
     }
 
     QString enabledButtons() const

@@ -72,29 +72,21 @@ private slots:
     void dates()
     {
         const int year = QDate::currentDate().year();
-        const auto inYear = [](int wanted, int digits) {
-            return "1/1/" + QByteArray::number(wanted).right(digits);
+        const QString firstDay = u"1/1/%1 %2-01-01 1/1/%1"_s;
+        const auto shortYear = [](int wanted) {
+            return QString::number(wanted).last(2);
         };
-        struct Case
-        {
-            QByteArray text;
-            QDate day;
-            QByteArray written;
-        };
-        for (const auto &[text, day, expected] : std::initializer_list<Case>{
-                 {"03/07/24", QDate(2024, 3, 7), "3/7/24"},
-                 {"2/29/24", QDate(2024, 2, 29), "2/29/24"},
-                 {inYear(year - 80, 2), QDate(year - 80, 1, 1), inYear(year - 80, 2)},
-                 {inYear(year + 19, 2), QDate(year + 19, 1, 1), inYear(year + 19, 2)},
-                 {inYear(year + 20, 4), QDate(year + 20, 1, 1), inYear(year + 20, 4)}, // the first not short
-                 {"1/1/2024", QDate(2024, 1, 1), "1/1/24"},
-                 {"1/2/0050", QDate(50, 1, 2), "1/2/0050"},
-                 {"1/2/-0044", QDate(-44, 1, 2), "1/2/-0044"},
-                 {"1/2/12024", QDate(12024, 1, 2), "1/2/12024"}}) {
-            load(text + fenceRow.sliced(6));
+        for (const QString &textDayWritten :
+             {u"03/07/24 2024-03-07 3/7/24"_s, u"2/29/24 2024-02-29 2/29/24"_s,
+              u"1/1/2024 2024-01-01 1/1/24"_s, u"1/2/0050 0050-01-02 1/2/0050"_s,
+              firstDay.arg(shortYear(year - 80)).arg(year - 80),
+              firstDay.arg(shortYear(year + 19)).arg(year + 19), firstDay.arg(year + 20).arg(year + 20),
+              u"1/2/-0044 -0044-01-02 1/2/-0044"_s, u"1/2/12024 12024-01-02 1/2/12024"_s}) {
+            const QStringList parts = textDayWritten.split(u' ');
+            load(parts[0].toUtf8() + fenceRow.sliced(6));
             QCOMPARE(manager->tasks().size(), 1);
-            QVERIFY(firstTask().date == Calendar().startOfDay(day));
-            QCOMPARE(written().split('|')[0], expected);
+            QCOMPARE(Calendar().dayOf(firstTask().date).toString(u"yyyy-MM-dd"), parts[1]);
+            QCOMPARE(QString::fromUtf8(written().split('|')[0]), parts[2]);
         }
     }
 
@@ -227,24 +219,19 @@ private slots:
         qsizetype count = 3;
         std::mt19937 random(7);
         for (int step = 0; step < 300; ++step) {
-            switch (random() % 6) {
-            case 0:
+            const unsigned happens = unsigned(random() % 6);
+            if (happens == 0) {
                 manager->startSearch(u"POND"_s);
-                break;
-            case 1:
+            } else if (happens == 1) {
                 manager->endSearch();
-                break;
-            case 2:
+            } else if (happens == 2) {
                 QFile::remove(filePath());
-                break;
-            case 3: {
+            } else if (happens == 3) {
                 const FullDisk disk(random() % 2 == 0 ? 10 : 1'000'000);
                 manager->addTask({.name = u"fence"_s, .color = isDark ? light.inverted() : light});
                 file->writeFile();
                 ++count;
-                break;
-            }
-            default:
+            } else {
                 isDark = random() % 2 == 0;
                 appearance.set(isDark);
                 file->followAppearance();
