@@ -210,7 +210,10 @@ private slots:
         searchField->setText(u"task"_s);
         const auto deleteTaskB = [this](const QString &answer) {
             selectRow(1);
-            QCOMPARE(press("delete", answer), u"task b"_s);
+            QCOMPARE(
+                press("delete", answer),
+                u"The task will be deleted locally as well as from the Cloud if present. Are you sure you "
+                "want to delete ?task b"_s);
             QCOMPARE(enabledButtons(), u"upper downer"_s);
         };
         deleteTaskB(u"No"_s);
@@ -243,7 +246,7 @@ private:
     {
         const AlertAnswer alert(answer);
         QTest::mouseClick(button(QString::fromLatin1(name)), Qt::LeftButton);
-        return alert.informativeText;
+        return alert.text + alert.informativeText;
     }
 
     QString enabledButtons() const

@@ -184,24 +184,19 @@ private slots:
     {
         ViewControllerWhiteboard &board = open();
         drag({{100, 100}, {200, 100}});
-        const auto erase = [this](const QString &answer) {
-            const AlertAnswer alert(answer);
-            press("deleteButton");
-            QCOMPARE(alert.text, u"Are you sure you want to erase the Whiteboard ?"_s);
-        };
         const auto shown = [&board] {
             return colors(board.grab().toImage(), {{150, 100}});
         };
-        erase(u"No"_s);
+        QCOMPARE(press("deleteButton", u"No"_s), u"Are you sure you want to erase the Whiteboard ?"_s);
         QCOMPARE(shown(), u"k"_s);
-        erase(u"Yes"_s);
+        press("deleteButton", u"Yes"_s);
         QCOMPARE(shown() + filed({{150, 100}}), u"wk"_s);
         press("revertButton");
         QCOMPARE(shown(), u"k"_s);
-        erase(u"Yes"_s);
+        press("deleteButton", u"Yes"_s);
         drag({{100, 300}, {200, 300}});
         QCOMPARE(filed({{150, 100}, {150, 300}}), u"wk"_s);
-        erase(u"Yes"_s);
+        press("deleteButton", u"Yes"_s);
         board.close();
         QCOMPARE(filed({{150, 300}}), u"w"_s);
     }
@@ -282,18 +277,15 @@ private:
         return copies.size() == 1 ? contentOf(folder->filePath(copies[0])) : QByteArray();
     }
 
-    /// What of the picture is white, blac(k) and blue.
+    /// What of the picture is (w)hite, blac(k) and (b)lue.
     static QString colors(const QImage &picture, const QList<QPoint> &places)
     {
-        QString letters;
-        for (const QPoint place : places) {
-            const QRgb color = picture.pixel(place);
-            letters += color == qRgb(255, 255, 255) ? u'w'
-                       : color == qRgb(0, 0, 0)     ? u'k'
-                       : color == qRgb(0, 0, 255)   ? u'b'
-                                                    : u'?';
-        }
-        return letters;
+        const QHash<QRgb, QChar> letters{
+            {qRgb(255, 255, 255), u'w'}, {qRgb(0, 0, 0), u'k'}, {qRgb(0, 0, 255), u'b'}};
+        QString found;
+        for (const QPoint place : places)
+            found += letters.value(picture.pixel(place), u'?');
+        return found;
     }
     QString filed(const QList<QPoint> &places) const { return colors(QImage(picturePath()), places); }
 
@@ -315,9 +307,12 @@ private:
 
     QWidget &line() const { return *whiteboard->findChild<QWidget *>(u"line"_s); }
 
-    void press(const char *button) const
+    /// Presses the button and answers the question that comes up; what that says.
+    QString press(const char *button, const QString &answer = {}) const
     {
+        const AlertAnswer alert(answer);
         QTest::mouseClick(whiteboard->findChild<QToolButton *>(QString::fromLatin1(button)), Qt::LeftButton);
+        return alert.text;
     }
 
     void move(QPoint point, Qt::MouseButtons buttons) const
