@@ -103,7 +103,12 @@ private slots:
     {
         chooseView(6);
         selectRow(2);
-        for (const auto &[name, expected] : {std::pair("upper", u"aHbc"_s), {"downer", u"abHc"_s}}) {
+        for (const auto &[name, expected] : {std::pair("downer", u"abcH"_s),
+                                             {"downer", u"abcH"_s},
+                                             {"upper", u"abHc"_s},
+                                             {"upper", u"aHbc"_s},
+                                             {"upper", u"Habc"_s},
+                                             {"upper", u"Habc"_s}}) {
             press(name);
             QCOMPARE(rows(), expected);
             QCOMPARE(filed(), expected);
@@ -112,7 +117,7 @@ private slots:
         }
         searchField->setText(u"task h"_s);
         press("clone");
-        QCOMPARE(filed().first(4), u"abHc"_s);
+        QCOMPARE(filed().first(4), u"Habc"_s);
         QCOMPARE(filed().size(), 5);
         QCOMPARE(enabledButtons(), u"upper downer"_s);
         QCOMPARE(rows().size(), 1);
