@@ -248,8 +248,10 @@ private slots:
     {
         load((head + u"|A^"_s + head + u"|B^"_s).toUtf8());
         manager->sortByColumn({u"KeyCellID"_s, false});
+        manager->selectTaskByKey(u"B"_s);
         file->followAppearance();
         QCOMPARE(firstTask().key, u"A"_s);
+        QCOMPARE(manager->selectedTask().key, u"B"_s);
     }
 
     void withoutADocumentsFolder()
