@@ -210,8 +210,10 @@ private slots:
     {
         // Composed and decomposed é are one text; the emoji's code point is above the private use
         // character's.
-        QStringList expected = u"empty|Zoe|Zoe |adam|fig|\u00e9a|e\u0301b|\ue000|🌱"_s.split(u'|');
-        QList<task> entries = named(u"🌱|adam|\ue000|Zoe|e\u0301b|Zoe |\u00e9a|fig|empty"_s, u'|');
+        QStringList expected =
+            u"empty|Zoe|Zoe |adam|soil\ue000|soil🌱|\u00e9a|e\u0301b|\ue000|🌱"_s.split(u'|');
+        QList<task> entries =
+            named(u"🌱|adam|\ue000|Zoe|e\u0301b|soil🌱|Zoe |\u00e9a|soil\ue000|empty"_s, u'|');
         entries.last().name.clear();
         fill(entries);
         manager->sortByColumn({u"NameCellID"_s, true});
