@@ -125,6 +125,8 @@ private slots:
     {
         QApplication::setPalette(palettes::dark());
         ViewControllerWhiteboard &board = open();
+        auto &well = *board.findChild<ColorWell *>(u"color"_s);
+        QCOMPARE(well.color(), pen.lineColor);
         const QSize size = board.size();
         board.resize(size / 2);
         QCOMPARE(board.size(), size);
@@ -140,7 +142,6 @@ private slots:
         drag({{150, 80}, {150, 120}});
         QCOMPARE(filed({{143, 100}, {146, 100}, {153, 100}, {156, 100}}), u"kwwk"_s);
 
-        auto &well = *board.findChild<ColorWell *>(u"color"_s);
         well.setColor({0.0, 0.0, 1.0, 1.0});
         emit well.colorChosen();
         drag({{100, 300}, {200, 300}});
@@ -211,10 +212,12 @@ private slots:
         QCOMPARE(filed({{150, 100}}), u"k"_s);
         QTest::mousePress(&line(), Qt::LeftButton, {}, {100, 300});
         move({200, 300}, Qt::LeftButton);
+        QTest::mousePress(&line(), Qt::LeftButton, {}, {100, 400}); // no release was seen
+        move({200, 400}, Qt::LeftButton);
         QTest::keyClick(&board, Qt::Key_Escape);
         QVERIFY(board.isVisible());
         board.close();
-        QCOMPARE(filed({{150, 100}, {150, 300}, {350, 200}}), u"kkw"_s);
+        QCOMPARE(filed({{150, 100}, {150, 300}, {150, 400}, {350, 200}, {150, 350}}), u"kkkww"_s);
     }
 
     void picturesOfOtherDisplaysKeepEveryPixel()
