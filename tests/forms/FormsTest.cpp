@@ -205,7 +205,7 @@ private slots:
         QVERIFY(well() == red);
         chooseColor(Qt::black);
         QVERIFY(well() == red); // refused
-        appearance.setDark(true, systemNotices);
+        appearance.set(true, systemNotices);
         QVERIFY(well() == black && text() == white);
         chooseColor(Qt::white);
         QVERIFY(well() == red);
@@ -217,13 +217,13 @@ private slots:
         form->close();
         QVERIFY(!panel || !panel->isVisible());
 
-        appearance.setDark(false);
+        appearance.set(false);
         openEdit({.color = {0.75, 1.0, 0.0, 0.5}});
         form->hide();
         form->show();
-        appearance.setDark(true, systemNotices);
+        appearance.set(true, systemNotices);
         QVERIFY(well() == Color(0.25, 0.0, 1.0, 0.5) && text() == white);
-        appearance.setDark(false, systemNotices);
+        appearance.set(false, systemNotices);
         QVERIFY(well() == Color(0.75, 1.0, 0.0, 0.5) && text() == black);
     }
 

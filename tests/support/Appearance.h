@@ -4,24 +4,24 @@
 #include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
 
-/// The desktop's choice between light and dark, while a test switches it; light again when it is destroyed.
+/// The desktop's choice between light and dark while it lives; light again afterwards.
 class Appearance
 {
 public:
-    Appearance() = default;
-    ~Appearance() { setDark(false); }
+    explicit Appearance(bool dark = false) { set(dark); }
+    ~Appearance() { set(false); }
     Appearance(const Appearance &) = delete;
     Appearance &operator=(const Appearance &) = delete;
 
-    void setDark(bool dark)
+    void set(bool dark)
     {
         Preferences::standard().setGlobalText(appearanceSetting::key,
                                               dark ? std::optional(appearanceSetting::dark) : std::nullopt);
     }
     /// And tells whoever observes these notices.
-    void setDark(bool dark, NotificationCenter &systemNotices)
+    void set(bool dark, NotificationCenter &systemNotices)
     {
-        setDark(dark);
+        set(dark);
         systemNotices.post(notice::appearanceChanged);
     }
 };
