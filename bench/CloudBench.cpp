@@ -1,7 +1,6 @@
 #include "SampleTasks.h"
 
 #include "cloud/CloudSync.h"
-#include "cloud/MainThreadQueue.h"
 #include "cloud/SqlCloudContainer.h"
 #include "cloud/TaskRecord.h"
 #include "mainwindow/Screens.h"
@@ -107,7 +106,7 @@ public:
         sync.syncAllToCloud();
         while (updates < expectedUpdates)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        while (!container.finish(0ms, mainThread)) // the saves that the last answers led to
+        while (!sync.finish(0ms)) // the saves that the last answers led to
             QCoreApplication::processEvents();
     }
 
@@ -127,9 +126,8 @@ public:
     ColorPanel colorPanel;
     ScheduleRuns scheduleRuns{preferences, {}};
     Screens screens{{manager, notices, systemNotices, colorPanel, folder.path()}, scheduleRuns, {}};
-    MainThreadQueue mainThread;
     SqlCloudContainer container;
-    CloudSync sync{manager, notices, container, mainThread};
+    CloudSync sync{manager, notices, container};
     std::unique_ptr<ViewController> window;
     qint64 updates = 0;
     int reloads = 0;

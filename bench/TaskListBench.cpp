@@ -1,7 +1,6 @@
 #include "SampleTasks.h"
 
 #include "cloud/CloudSync.h"
-#include "cloud/MainThreadQueue.h"
 #include "cloud/SqlCloudContainer.h"
 #include "cloud/TaskRecord.h"
 #include "mainwindow/Screens.h"
@@ -135,8 +134,7 @@ void searchKeystroke(benchmark::State &state)
     ScheduleRuns scheduleRuns(preferences(), {});
     Screens screens({manager, notices, systemNotices, colorPanel, folder.path()}, scheduleRuns, {});
     SqlCloudContainer container({.kind = CloudHome::Kind::SignedOut}, taskRecordType());
-    MainThreadQueue cloudAnswers;
-    CloudSync cloud(manager, notices, container, cloudAnswers);
+    CloudSync cloud(manager, notices, container);
     ViewController window(manager, notices, systemNotices, screens, cloud, QString(), folder.path());
     window.show();
     auto *field = window.findChild<QLineEdit *>(u"searchField"_s);

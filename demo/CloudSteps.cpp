@@ -62,8 +62,7 @@ void CloudSteps::command(const MainWindowHandle &window, const QString &entry, c
 
 void CloudSteps::waitForAnswers()
 {
-    stage.check(profile.container.finish(std::chrono::seconds(30), profile.cloudAnswers),
-                u"the cloud answers"_s);
+    stage.check(profile.cloud.finish(std::chrono::seconds(30)), u"the cloud answers"_s);
 }
 
 void CloudSteps::copyToCloud()

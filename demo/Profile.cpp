@@ -9,7 +9,7 @@ Profile::Profile(TaskManager &manager, NotificationCenter &systemNotices, const 
     , screens({manager, notices, systemNotices, colorPanel, folders.data}, scheduleRuns,
               {folders.documents, folders.state})
     , container(cloudHome, taskRecordType())
-    , cloud(manager, notices, container, cloudAnswers)
+    , cloud(manager, notices, container)
     , window(manager, notices, systemNotices, screens, cloud, folders.documents, folders.state)
 {
     window.show();

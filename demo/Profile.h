@@ -1,7 +1,6 @@
 #pragma once
 
 #include "cloud/CloudSync.h"
-#include "cloud/MainThreadQueue.h"
 #include "cloud/SqlCloudContainer.h"
 #include "mainwindow/Screens.h"
 #include "mainwindow/ViewController.h"
@@ -27,7 +26,6 @@ public:
     ColorPanel colorPanel;
     ScheduleRuns scheduleRuns;
     Screens screens;
-    MainThreadQueue cloudAnswers;
     SqlCloudContainer container;
     CloudSync cloud;
     ViewController window;

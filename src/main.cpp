@@ -1,6 +1,5 @@
 #include "app/AppDelegate.h"
 #include "cloud/CloudSync.h"
-#include "cloud/MainThreadQueue.h"
 #include "cloud/SqlCloudContainer.h"
 #include "cloud/TaskRecord.h"
 #include "mainwindow/Screens.h"
@@ -92,9 +91,8 @@ int main(int argc, char **argv)
     Screens screens({TaskManager::shared(), notices, systemNotices, colorPanel, folders::data()},
                     scheduleRuns, {folders::documents(), folders::state()});
     const CloudHome cloudHome = CloudHome::read(folders::config() + u"/cloud.ini"_s, folders::data());
-    MainThreadQueue cloudAnswers;
     SqlCloudContainer container(cloudHome, taskRecordType());
-    CloudSync cloud(TaskManager::shared(), notices, container, cloudAnswers);
+    CloudSync cloud(TaskManager::shared(), notices, container);
     ViewController window(TaskManager::shared(), notices, systemNotices, screens, cloud, folders::documents(),
                           folders::state());
     QObject::connect(&instance, &SingleInstance::activated, &window, &ViewController::bringToFront);
@@ -103,7 +101,7 @@ int main(int argc, char **argv)
     const int result = QApplication::exec();
     scheduleRuns.stop();
     const QDeadlineTimer deadline(std::chrono::seconds(5));
-    const bool isCloudDone = container.finish(deadline.remainingTimeAsDuration(), cloudAnswers);
+    const bool isCloudDone = cloud.finish(deadline.remainingTimeAsDuration());
     const bool areMessagesDone = scheduleRuns.finish(deadline.remainingTimeAsDuration());
     if (!isCloudDone || !areMessagesDone) {
         // A server keeps a thread waiting; there is nothing to clean up that may not be left.

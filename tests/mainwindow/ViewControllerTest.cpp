@@ -1,6 +1,5 @@
 #include "mainwindow/ViewController.h"
 #include "cloud/CloudSync.h"
-#include "cloud/MainThreadQueue.h"
 #include "cloud/SqlCloudContainer.h"
 #include "cloud/TaskRecord.h"
 #include "mainwindow/Screens.h"
@@ -210,8 +209,7 @@ private:
             scheduleRuns, Screens::Folders{home->path(), home->path()});
         container = std::make_unique<SqlCloudContainer>(
             CloudHome::read(home->filePath(u"cloud.ini"_s), home->filePath(u"data"_s)), taskRecordType());
-        cloudAnswers = std::make_unique<MainThreadQueue>();
-        cloud = std::make_unique<CloudSync>(*manager, *notices, *container, *cloudAnswers);
+        cloud = std::make_unique<CloudSync>(*manager, *notices, *container);
         window = std::make_unique<ViewController>(*manager, *notices, *systemNotices, *screens, *cloud,
                                                   home->path(), home->filePath(u"state"_s));
         window->show();
@@ -222,8 +220,8 @@ private:
     void closeAll()
     {
         window.reset();
-        container.reset(); // what it still answers goes to the queue
-        cloudAnswers.reset();
+        cloud.reset();
+        container.reset();
     }
 
     QToolButton *button(const char *name) const
@@ -274,7 +272,6 @@ private:
     ScheduleRuns scheduleRuns{preferences,
                               {.host = QStringLiteral("127.0.0.1"), .port = 1}}; // where nobody listens
     std::unique_ptr<Screens> screens;
-    std::unique_ptr<MainThreadQueue> cloudAnswers;
     std::unique_ptr<SqlCloudContainer> container;
     std::unique_ptr<CloudSync> cloud;
     std::unique_ptr<ViewController> window;
