@@ -95,7 +95,7 @@ public:
         program.cloudSync().syncAllToCloud();
         while (updates < expectedUpdates)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        while (!program.finishCloud(0ms)) // the saves that the last answers led to
+        while (!program.cloudSync().finish(0ms)) // the saves that the last answers led to
             QCoreApplication::processEvents();
     }
 

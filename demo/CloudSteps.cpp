@@ -10,7 +10,7 @@ static const QString task = u"Repair the dry-stone wall"_s;
 
 static void waitForAnswers(Tour &tour)
 {
-    tour.stage.check(tour.program.finishCloud(std::chrono::minutes(1)), u"the cloud answers"_s);
+    tour.stage.check(tour.program.cloudSync().finish(std::chrono::minutes(1)), u"the cloud answers"_s);
 }
 
 static void update(Tour &tour, const QString &pictureName = {})

@@ -155,7 +155,7 @@ bool CloudConnection::openOnServer()
     }
     // The planner knows nothing yet of a table that has just been filled, and would walk it for every key.
     run(u"SET enable_seqscan = off"_s);
-    if (!prepare() || !hasRights())
+    if (!prepare())
         return fail(CloudAccount::Restricted, connection.lastError().text());
     state = CloudAccount::Available;
     return true;
@@ -212,18 +212,15 @@ bool CloudConnection::isAlive()
     return statements && run(u"SELECT 1"_s);
 }
 
-CloudAccount CloudConnection::account()
-{
-    if (statements && home.kind == CloudHome::Kind::PostgreSql && !std::exchange(isStateCurrent, true))
-        state = hasRights() ? CloudAccount::Available : CloudAccount::Restricted;
-    return state;
-}
-
 bool CloudConnection::begin()
 {
-    isStateCurrent = false;
     // SQLite would refuse to turn a transaction that has read into one that writes while another writes.
-    return run(home.kind == CloudHome::Kind::Embedded ? u"BEGIN IMMEDIATE"_s : u"BEGIN"_s);
+    if (home.kind == CloudHome::Kind::Embedded)
+        return run(u"BEGIN IMMEDIATE"_s);
+    if (!run(u"BEGIN"_s))
+        return false;
+    state = hasRights() ? CloudAccount::Available : CloudAccount::Restricted;
+    return true;
 }
 
 bool CloudConnection::commit()

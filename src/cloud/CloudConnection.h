@@ -24,9 +24,8 @@ public:
     void close();
     /// False when the connection has been lost. Not to be asked in a transaction that has failed.
     bool isAlive();
-    /// The account's state, as the last attempt to open the connection has shown it.
-    /// Looked up once in a transaction.
-    CloudAccount account();
+    /// The account's state when the connection or the last transaction was begun.
+    CloudAccount account() const { return state; }
     /// Why the connection could not be opened.
     const QString &problem() const { return openProblem; }
 
@@ -56,6 +55,5 @@ private:
     QString name;                           ///< of the QSqlDatabase connection
     std::unique_ptr<Statements> statements; ///< while the connection is open
     CloudAccount state = CloudAccount::CouldNotDetermine;
-    bool isStateCurrent = false;
     QString openProblem;
 };

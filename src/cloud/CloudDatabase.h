@@ -6,6 +6,7 @@
 #include <QList>
 #include <QString>
 
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <utility>
@@ -85,8 +86,10 @@ using CloudAnswer = std::variant<Result, CloudError>;
 
 /// The user's private database in the cloud.
 ///
-/// Every request is answered exactly once, by a call of its handler on a thread that is never the main one.
-/// Requests do not wait for one another's answers, and the order of answers is not promised.
+/// Every request is answered exactly once, by a call of its handler on a thread that is never the main one
+/// and holds no lock, so that handlers may send requests. Requests do not wait for one another's answers, and
+/// the order of answers is not promised. A handler may be called after whoever sent the request is gone: it
+/// owns what it uses.
 class CloudDatabase
 {
 public:
@@ -103,6 +106,9 @@ public:
 };
 
 /// The program's place in the cloud: the state of the user's account and the private database.
+///
+/// It outlives everybody who sends requests. When it is destroyed, what has not been done, and what handlers
+/// still send, is answered with an error before the destructor returns.
 class CloudContainer
 {
 public:
@@ -113,6 +119,9 @@ public:
     virtual CloudDatabase &privateCloudDatabase() = 0;
     /// Where the container is, for diagnostics; without secrets.
     virtual QString description() const = 0;
+    /// Waits until every request has been answered, also those that handlers send; false when that takes
+    /// longer than the limit. Not to be called by a handler.
+    virtual bool finish(std::chrono::nanoseconds limit) = 0;
 };
 
 /// In a diagnostic line, a record is written as its type, name and fields.

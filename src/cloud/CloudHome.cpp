@@ -19,7 +19,7 @@ static CloudHome homeOnServer(const QUrl &url)
     if (!url.isValid() || (url.scheme() != u"postgresql" && url.scheme() != u"postgres"))
         return unusable(u"the address is neither postgresql://user@host:port/database nor none"_s);
     if (!url.password().isEmpty())
-        return unusable(u"the password belongs into libpq's password file, not into the address"_s);
+        return unusable(u"the password belongs in libpq's password file, not in the address"_s);
     CloudHome home{.kind = CloudHome::Kind::PostgreSql,
                    .user = url.userName(),
                    .host = url.host(),

@@ -7,6 +7,8 @@
 #include "platform/Diagnostics.h"
 #include "platform/NotificationCenter.h"
 
+#include <QDeadlineTimer>
+
 using namespace Qt::StringLiterals;
 
 static bool isError(const auto &answer)
@@ -15,19 +17,31 @@ static bool isError(const auto &answer)
 }
 
 CloudSync::CloudSync(TaskManager &taskManager, NotificationCenter &applicationNotices,
-                     CloudContainer &cloudContainer, MainThreadQueue &queue)
+                     CloudContainer &cloudContainer)
     : manager(taskManager)
     , notices(applicationNotices)
     , container(cloudContainer)
-    , mainThread(queue)
+    , mainThread(std::make_unique<MainThreadQueue>())
 {
 }
 
-template <typename Result, typename Handler>
-std::function<void(CloudAnswer<Result>)> CloudSync::onMainThread(Handler handler)
+CloudSync::~CloudSync() = default;
+
+bool CloudSync::finish(std::chrono::nanoseconds limit)
 {
-    return [this, handler](CloudAnswer<Result> answer) {
-        mainThread.post([handler, answer = std::move(answer)]() mutable { handler(answer); });
+    const QDeadlineTimer deadline(limit);
+    do {
+        if (!container.finish(deadline.remainingTimeAsDuration()))
+            return false;
+    } while (mainThread->runAll());
+    return true;
+}
+
+template <typename Result, typename Handler>
+std::function<void(CloudAnswer<Result>)> CloudSync::onMainThread(Handler handler) const
+{
+    return [post = mainThread->poster(), handler](CloudAnswer<Result> answer) {
+        post([handler, answer = std::move(answer)]() mutable { handler(answer); });
     };
 }
 
@@ -164,7 +178,7 @@ bool CloudSync::updateFromCloud()
 void CloudSync::goOnMerging(const std::shared_ptr<CloudMerge> &merge, const Saved &saved)
 {
     if (merge->mergeSome()) {
-        mainThread.post([this, merge, saved] { goOnMerging(merge, saved); });
+        mainThread->post([this, merge, saved] { goOnMerging(merge, saved); });
         return;
     }
     notices.post(notice::reload);

@@ -3,6 +3,7 @@
 #include "cloud/CloudDatabase.h"
 #include "model/task.h"
 
+#include <chrono>
 #include <memory>
 
 class CloudMerge;
@@ -15,11 +16,14 @@ class TaskManager;
 /// Every operation returns before the cloud has answered; the outcome follows in the manager's `lastMessage`
 /// and the notices "update" and "reload". Answers are handled on the main thread. What an operation returns
 /// is whether anything had failed by then.
+///
+/// Made and destroyed on the main thread. What it is made with outlives it; answers that come when it is gone
+/// are dropped.
 class CloudSync
 {
 public:
-    CloudSync(TaskManager &manager, NotificationCenter &notices, CloudContainer &container,
-              MainThreadQueue &mainThread);
+    CloudSync(TaskManager &manager, NotificationCenter &notices, CloudContainer &container);
+    ~CloudSync();
 
     /// Updates every task of the manager's `tasks` in the cloud, or adds it there.
     bool syncAllToCloud();
@@ -33,6 +37,10 @@ public:
     /// removed.
     bool updateFromCloud();
 
+    /// Waits until all that was started is done, without the event loop; false when the cloud takes longer
+    /// than the limit.
+    bool finish(std::chrono::nanoseconds limit);
+
 private:
     /// What became of an operation so far; shared with its handlers.
     using Saved = std::shared_ptr<bool>;
@@ -42,12 +50,13 @@ private:
     void saveRecord(const CloudRecord &record, const Saved &saved);
     /// Merges a few records, and the others in later turns of the event loop, then tells of the outcome.
     void goOnMerging(const std::shared_ptr<CloudMerge> &merge, const Saved &saved);
-    /// What hands an answer to the handler on the main thread.
+    /// What the cloud may call on any thread and at any time: it has the main thread call the handler, unless
+    /// this object is gone by then.
     template <typename Result, typename Handler>
-    std::function<void(CloudAnswer<Result>)> onMainThread(Handler handler);
+    std::function<void(CloudAnswer<Result>)> onMainThread(Handler handler) const;
 
     TaskManager &manager;
     NotificationCenter &notices;
     CloudContainer &container;
-    MainThreadQueue &mainThread;
+    std::unique_ptr<MainThreadQueue> mainThread; ///< last: no handler runs when the rest is gone
 };

@@ -2,30 +2,34 @@
 
 #include <QObject>
 
-#include <deque>
 #include <functional>
-#include <mutex>
+#include <memory>
 
 /// Does on the main thread what other threads hand to it, in the order it came, and lets the user's input in
-/// between: however much is queued, the event loop is kept for a few milliseconds at a time.
+/// between: however much is queued, it keeps the event loop waiting for a few milliseconds at a time only.
 ///
-/// Made on the main thread.
+/// Made and destroyed on the main thread. What is queued when it is destroyed is dropped.
 class MainThreadQueue : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Queues the job. From any thread.
-    void post(std::function<void()> job);
-    /// Does what is queued without returning to the event loop; false when there was nothing. On the main
-    /// thread.
+    using Job = std::function<void()>;
+
+    MainThreadQueue();
+    ~MainThreadQueue() override;
+
+    /// Queues the job.
+    void post(Job job);
+    /// As `post`, for other threads. It may outlive the queue, and then drops the jobs.
+    std::function<void(Job)> poster() const;
+    /// Does what is queued without returning to the event loop; false when there was nothing.
     bool runAll();
 
 private:
-    void runSome();
-    std::function<void()> take();
+    class Jobs;
 
-    std::mutex mutex;
-    std::deque<std::function<void()>> jobs;
-    bool isScheduled = false;
+    void runSome();
+
+    std::shared_ptr<Jobs> jobs; ///< shared with the posters
 };

@@ -1,8 +1,6 @@
 #include "cloud/SqlCloudContainer.h"
 
-#include "cloud/MainThreadQueue.h"
-
-#include <QDeadlineTimer>
+#include "cloud/CloudConnection.h"
 
 using namespace Qt::StringLiterals;
 
@@ -54,30 +52,16 @@ private:
 SqlCloudContainer::SqlCloudContainer(const CloudHome &cloudHome, const CloudRecordType &recordType)
     : home(cloudHome)
     , type(recordType)
-    , thread([this] { drainQueue(); })
+    , thread([this](const std::stop_token &stop) { drainQueue(stop); })
 {
 }
 
-SqlCloudContainer::~SqlCloudContainer()
-{
-    {
-        const std::lock_guard lock(mutex);
-        isStopping = true;
-    }
-    changed.notify_all();
-    thread.join();
-}
+SqlCloudContainer::~SqlCloudContainer() = default;
 
-bool SqlCloudContainer::finish(std::chrono::nanoseconds limit, MainThreadQueue &answers)
+bool SqlCloudContainer::finish(std::chrono::nanoseconds limit)
 {
-    const QDeadlineTimer deadline(limit);
-    do {
-        std::unique_lock lock(mutex);
-        if (!changed.wait_for(lock, deadline.remainingTimeAsDuration(),
-                              [this] { return queue.empty() && !isBusy; }))
-            return false;
-    } while (answers.runAll());
-    return true;
+    std::unique_lock lock(mutex);
+    return changed.wait_for(lock, limit, [this] { return queue.empty() && !isBusy; });
 }
 
 void SqlCloudContainer::accountStatus(std::function<void(CloudAnswer<CloudAccount>)> handler)
@@ -116,35 +100,39 @@ void SqlCloudContainer::send(std::unique_ptr<Request> request)
         changed.notify_all(); // the thread sleeps only over an empty queue
 }
 
-void SqlCloudContainer::drainQueue()
+void SqlCloudContainer::drainQueue(const std::stop_token &stop)
 {
     CloudConnection connection(home, type);
-    for (Requests requests = takeRequests(); !requests.empty(); requests = takeRequests()) {
-        perform(connection, requests);
+    for (Requests requests = takeRequests(stop); !requests.empty(); requests = takeRequests(stop)) {
+        if (stop.stop_requested())
+            failAll(requests, u"the program ends"_s);
+        else
+            perform(connection, requests);
         for (const std::unique_ptr<Request> &request : requests)
             request->answer();
     }
-    const std::lock_guard lock(mutex);
-    for (const std::unique_ptr<Request> &request : queue) {
-        request->fail(u"the program ends"_s);
-        request->answer();
-    }
 }
 
-SqlCloudContainer::Requests SqlCloudContainer::takeRequests()
+SqlCloudContainer::Requests SqlCloudContainer::takeRequests(const std::stop_token &stop)
 {
     constexpr size_t mostTogether = 1000;
     std::unique_lock lock(mutex);
     isBusy = false;
     changed.notify_all();
-    changed.wait(lock, [this] { return isStopping || !queue.empty(); });
+    changed.wait(lock, stop, [this] { return !queue.empty(); });
     Requests taken;
-    while (!isStopping && !queue.empty() && taken.size() < mostTogether) {
+    while (!queue.empty() && taken.size() < mostTogether) {
         taken.push_back(std::move(queue.front()));
         queue.pop_front();
     }
     isBusy = !taken.empty();
     return taken;
+}
+
+void SqlCloudContainer::failAll(std::span<const std::unique_ptr<Request>> requests, const QString &reason)
+{
+    for (const std::unique_ptr<Request> &request : requests)
+        request->fail(reason);
 }
 
 void SqlCloudContainer::perform(CloudConnection &connection,
@@ -162,8 +150,7 @@ void SqlCloudContainer::perform(CloudConnection &connection,
         return;
     if (!connection.isAlive()) {
         connection.close(); // and opened again for the next ones
-        for (const std::unique_ptr<Request> &request : requests)
-            request->fail(u"the connection was lost"_s);
+        failAll(requests, u"the connection was lost"_s);
         return;
     }
     if (requests.size() == 1)
@@ -197,7 +184,6 @@ bool SqlCloudContainer::performTogether(CloudConnection &connection,
     if (connection.commit())
         return true;
     connection.rollback();
-    for (const std::unique_ptr<Request> &request : requests)
-        request->fail(u"the transaction could not be committed"_s);
+    failAll(requests, u"the transaction could not be committed"_s);
     return false;
 }

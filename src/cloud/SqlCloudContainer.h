@@ -1,9 +1,8 @@
 #pragma once
 
-#include "cloud/CloudConnection.h"
 #include "cloud/CloudDatabase.h"
+#include "cloud/CloudHome.h"
 
-#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <memory>
@@ -11,7 +10,7 @@
 #include <span>
 #include <thread>
 
-class MainThreadQueue;
+class CloudConnection;
 
 /// The cloud over an SQL database. Requests go into a queue, which a thread of its own drains: what stands in
 /// the queue together is done in one transaction and answered when that is committed.
@@ -20,17 +19,13 @@ class SqlCloudContainer : public CloudContainer, private CloudDatabase
 public:
     /// \param type  has to outlive the container
     SqlCloudContainer(const CloudHome &home, const CloudRecordType &type);
-    /// Answers what is still in the queue with an error. Waits for the request the thread is at.
+    /// Waits for the requests that the thread is at.
     ~SqlCloudContainer() override;
 
     void accountStatus(std::function<void(CloudAnswer<CloudAccount>)> handler) override;
     CloudDatabase &privateCloudDatabase() override { return *this; }
     QString description() const override { return home.description(); }
-
-    /// Waits, on the main thread, until every request has been answered, also those that follow from the
-    /// answers; false when that takes longer than the limit.
-    /// \param answers  where the handlers put what they do on the main thread
-    bool finish(std::chrono::nanoseconds limit, MainThreadQueue &answers);
+    bool finish(std::chrono::nanoseconds limit) override;
 
 private:
     class Request;
@@ -46,8 +41,9 @@ private:
                       std::function<void(CloudAnswer<CloudRecordID>)> handler) override;
 
     void send(std::unique_ptr<Request> request);
-    void drainQueue();
-    Requests takeRequests();
+    void drainQueue(const std::stop_token &stop);
+    Requests takeRequests(const std::stop_token &stop);
+    static void failAll(std::span<const std::unique_ptr<Request>> requests, const QString &reason);
     static void perform(CloudConnection &connection, std::span<const std::unique_ptr<Request>> requests);
     /// Begins a transaction, on a connection that is opened, or opened again, when need be.
     static bool begin(CloudConnection &connection);
@@ -57,9 +53,8 @@ private:
     CloudHome home;
     const CloudRecordType &type;
     std::mutex mutex;
-    std::condition_variable changed;
+    std::condition_variable_any changed;
     std::deque<std::unique_ptr<Request>> queue;
     bool isBusy = false;
-    bool isStopping = false;
-    std::thread thread; ///< last: starts when everything else is there
+    std::jthread thread; ///< last: starts after everything that it uses, and ends before
 };

@@ -23,7 +23,7 @@ Program::Program(TaskManager &manager, NotificationCenter &systemNotices, const 
     , screens({manager, notices, systemNotices, colorPanel, folders.data}, scheduleRuns,
               {folders.documents, folders.state})
     , container(CloudHome::read(folders.config + u"/cloud.ini"_s, folders.data), taskRecordType())
-    , cloud(manager, notices, container, cloudAnswers)
+    , cloud(manager, notices, container)
     , window(manager, notices, systemNotices, screens, cloud, folders.documents, folders.state)
 {
 }
@@ -46,7 +46,7 @@ bool Program::finish(std::chrono::nanoseconds limit)
 {
     const QDeadlineTimer deadline(limit);
     scheduleRuns.stop();
-    const bool isCloudDone = finishCloud(deadline.remainingTimeAsDuration());
+    const bool isCloudDone = cloud.finish(deadline.remainingTimeAsDuration());
     const bool areMessagesDone = scheduleRuns.finish(deadline.remainingTimeAsDuration());
     return isCloudDone && areMessagesDone;
 }

@@ -2,7 +2,6 @@
 
 #include "app/AppDelegate.h"
 #include "cloud/CloudSync.h"
-#include "cloud/MainThreadQueue.h"
 #include "cloud/SqlCloudContainer.h"
 #include "mainwindow/Screens.h"
 #include "mainwindow/ViewController.h"
@@ -39,10 +38,6 @@ public:
     NotificationCenter &applicationNotices() { return notices; }
     CloudSync &cloudSync() { return cloud; }
 
-    /// Waits until the cloud has answered every request, also those that follow from its answers; false when
-    /// that takes longer than the limit. On the main thread.
-    bool finishCloud(std::chrono::nanoseconds limit) { return container.finish(limit, cloudAnswers); }
-
 private:
     bool finish(std::chrono::nanoseconds limit);
 
@@ -51,7 +46,6 @@ private:
     ColorPanel colorPanel;
     ScheduleRuns scheduleRuns;
     Screens screens;
-    MainThreadQueue cloudAnswers;
     SqlCloudContainer container;
     CloudSync cloud;
     ViewController window;
