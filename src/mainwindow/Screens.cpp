@@ -55,11 +55,7 @@ void Screens::openTeamMembers(QWidget &mainWindow)
 
 void Screens::openSending(QWidget &mainWindow)
 {
-    if (sending && sending->isSending())
-        bringToFront(*sending); // it may have been closed meanwhile
-    else
-        open(sending, ViewControllerSending::Services{services.manager, runs, services.dataFolder},
-             mainWindow);
+    open(sending, ViewControllerSending::Services{services.manager, runs, services.dataFolder}, mainWindow);
 }
 
 void Screens::openSettings(QWidget &mainWindow)

@@ -61,13 +61,7 @@ public:
     }
 
     // What a user does, and all that follows from it.
-    void fill(const TaskList &tasks)
-    {
-        QList<task> plain;
-        for (const SharedTask &entry : tasks)
-            plain.append(*entry);
-        setTasks(manager, plain);
-    }
+    void fill(const TaskList &tasks) { setTaskList(manager, tasks); }
     void update() { settle(sync.updateFromCloud()); }
     void copy() { settle(sync.syncAllToCloud()); }
     void save(const task &entry) { settle(sync.saveTaskToCloud(entry)); }

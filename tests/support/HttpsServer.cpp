@@ -7,6 +7,7 @@
 #include <QSslServer>
 #include <QSslSocket>
 #include <QTimer>
+#include <QUrlQuery>
 
 #include <memory>
 
@@ -27,6 +28,8 @@ QSslConfiguration selfSigned(const QTemporaryDir &folder)
         qFatal("openssl: %s", openssl.readAllStandardError().constData());
     QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
     tls.setLocalCertificate(QSslCertificate(contentOf(certificate)));
+    tls.setAllowedNextProtocols(
+        {QSslConfiguration::ALPNProtocolHTTP2, QSslConfiguration::NextProtocolHttp1_1});
     tls.setPrivateKey(QSslKey(contentOf(key), QSsl::Ec));
     return tls;
 }
@@ -66,32 +69,32 @@ void HttpsServer::listen()
     if (!server->listen(QHostAddress::LocalHost))
         qFatal("%s", qPrintable(server->errorString()));
     serverPort = server->serverPort();
-    QObject::connect(server, &QTcpServer::pendingConnectionAvailable, server, [this, server] {
-        auto *socket = static_cast<QSslSocket *>(server->nextPendingConnection());
-        QObject::connect(socket, &QSslSocket::disconnected, socket, &QObject::deleteLater);
-        QObject::connect(socket, &QIODevice::readyRead, socket,
-                         [this, socket, bytes = std::make_shared<QByteArray>()] {
-                             *bytes += socket->readAll();
-                             receive(*socket, *bytes);
-                         });
-    });
+    QObject::connect(server, &QTcpServer::pendingConnectionAvailable, server,
+                     [this, server, connection = 0]() mutable {
+                         ++connection;
+                         auto *socket = static_cast<QSslSocket *>(server->nextPendingConnection());
+                         QObject::connect(socket, &QSslSocket::disconnected, socket, &QObject::deleteLater);
+                         QObject::connect(socket, &QIODevice::readyRead, socket,
+                                          [this, socket, connection, bytes = std::make_shared<QByteArray>()] {
+                                              *bytes += socket->readAll();
+                                              receive(*socket, *bytes, connection);
+                                          });
+                     });
 }
 
-void HttpsServer::receive(QSslSocket &socket, QByteArray &bytes)
+void HttpsServer::receive(QSslSocket &socket, QByteArray &bytes, int connection)
 {
     const qsizetype headSize = bytes.indexOf("\r\n\r\n");
     if (headSize < 0 || bytes.size() < headSize + 4 + bodySize(bytes.first(headSize)))
         return;
-    const Request request{bytes.first(headSize), bytes.sliced(headSize + 4), socket.peerPort()};
+    const Request request{bytes.first(headSize), bytes.sliced(headSize + 4), connection};
     bytes.clear(); // clients wait for the answer before they send more
     {
         const QMutexLocker lock(&mutex);
         received.append(request);
     }
-    mostWaiting = qMax(mostWaiting.load(), ++waiting);
     const Answer given = answer(request);
-    const auto send = [this, &socket, given] {
-        --waiting;
+    const auto send = [&socket, given] {
         socket.write(given.bytes);
         if (given.closes)
             socket.disconnectFromHost();
@@ -100,6 +103,11 @@ void HttpsServer::receive(QSslSocket &socket, QByteArray &bytes)
         QTimer::singleShot(given.delay, &socket, send);
     else
         send();
+}
+
+QString HttpsServer::Request::field(const QString &name) const
+{
+    return QUrlQuery(QString::fromLatin1(body)).queryItemValue(name, QUrl::FullyDecoded);
 }
 
 QList<HttpsServer::Request> HttpsServer::requests() const

@@ -14,6 +14,15 @@ inline void setTasks(TaskManager &manager, const QList<task> &tasks)
     manager.defaultStartMin = manager.defaultEndMin = 0;
 }
 
+/// Likewise with tasks as lists hold them.
+inline void setTaskList(TaskManager &manager, const TaskList &tasks)
+{
+    QList<task> plain;
+    for (const SharedTask &entry : tasks)
+        plain.append(*entry);
+    setTasks(manager, plain);
+}
+
 /// Changes the task with this key; the selection stays.
 inline void changeTask(TaskManager &manager, const QString &key, const std::function<void(task &)> &change)
 {
