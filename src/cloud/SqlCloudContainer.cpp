@@ -149,7 +149,6 @@ void SqlCloudContainer::perform(CloudConnection &connection,
     if (performTogether(connection, requests))
         return;
     if (!connection.isAlive()) {
-        connection.close(); // and opened again for the next ones
         failAll(requests, u"the connection was lost"_s);
         return;
     }
