@@ -5,7 +5,6 @@
 
 #include <QNetworkProxy>
 #include <QRegularExpression>
-#include <QScopeGuard>
 
 #include <chrono>
 
@@ -40,8 +39,6 @@ private slots:
     void requestAsTheGatewaySeesIt()
     {
         const HttpsServer server(created);
-        QNetworkProxy::setApplicationProxy({QNetworkProxy::HttpProxy, u"127.0.0.1"_s, 1}); // nobody is there
-        const auto reset = qScopeGuard([] { QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy); });
         Account account;
         const auto send = [&](const QString &message) {
             const QStringList lines = linesOfMessage(message, account.preferences, addressOf(server));
@@ -115,8 +112,11 @@ private slots:
         std::optional<HttpsServer> server(created);
         const GatewayAddress address = addressOf(*server);
         QVERIFY(errorOf({address.host, address.port, {}}).contains(u"certificate"));
-        QVERIFY(errorOf({u"localhost"_s, address.port, address.trusted})
-                    .contains(u"certificate")); // not its name
+        // Reached without the proxy, where nobody is. Qt asks no proxy for 127.0.0.1, which this is, too.
+        QNetworkProxy::setApplicationProxy({QNetworkProxy::HttpProxy, u"127.0.0.1"_s, 1});
+        const QString error = errorOf({u"0.0.0.0"_s, address.port, address.trusted});
+        QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
+        QVERIFY2(error.contains(u"certificate"), qPrintable(error)); // it is not for this name
         QVERIFY(server->requests().isEmpty());
         server.reset();
         QVERIFY(!errorOf(address).isEmpty());

@@ -34,7 +34,7 @@ task job(const QString &name, int day, const QString &client, const QString &tea
             .name = name,
             .client = client,
             .teamMember = teamMember,
-            .due = onDay(day),
+            .due = onDay(day + 1),
             .startHour = 9,
             .endHour = 17,
             .endMin = 30};
@@ -195,12 +195,12 @@ private slots:
         QCOMPARE(office.shown(), u"0 buttons, moving at 1 of 16: Sending..."_s);
         const auto scheduleOfAnn = [](const QString &number) {
             return QStringList{number + u"\nClient Schedule: ann\n11/6/26-11/8/26\n\r"_s,
-                               number + u"11/6/26 09:00AM-11/6/26 05:30PM Early-"_s,
-                               number + u"11/8/26 09:00AM-11/8/26 05:30PM Late-Bob"_s, number + u"Bye."_s};
+                               number + u"11/6/26 09:00AM-11/7/26 05:30PM Early-"_s,
+                               number + u"11/8/26 09:00AM-11/9/26 05:30PM Late-Bob"_s, number + u"Bye."_s};
         };
         QStringList schedules = scheduleOfAnn(u"+1: "_s) + scheduleOfAnn(u"+3: "_s) +
                                 QStringList{u": \nClient Schedule: zoë\n11/6/26-11/8/26\n\r"_s,
-                                            u": 11/7/26 09:00AM-11/7/26 05:30PM Other-bob"_s, u": Bye."_s};
+                                            u": 11/7/26 09:00AM-11/8/26 05:30PM Other-bob"_s, u": Bye."_s};
         schedules.sort();
         QCOMPARE(office.received(), schedules);
         QCOMPARE(output.takeLines().filter(u"Task Found: "_s).join(u'|').remove(u"Task Found: "_s),
@@ -233,14 +233,14 @@ private slots:
         QCOMPARE(sorted[0].entry->key + sorted[1].entry->key + sorted[2].entry->key, u"abc"_s);
     }
 
-    void linesOfARun()
+    void messagesAndLinesOfARun()
     {
-        const auto linesOf = [](const char *table, int row, const char *button) {
+        const auto run = [](const char *table, int row, const char *button) {
             Office office;
             CapturedOutput output;
             office.select(table, {row});
             office.press(button);
-            office.received();
+            const QStringList messages = office.received();
             // Where the monitor's and the gateway's lines stand among the others is open.
             QStringList lines = output.takeLines();
             const QRegularExpression ofMonitor(u"^(-{20}ASYNC|Progres Index|Max Count|----NoOfSchedules3)"_s);
@@ -248,17 +248,20 @@ private slots:
             lines.removeIf([&](const QString &line) {
                 return monitored.contains(line) || line == u"Finished" || line.startsWith(u"Response");
             });
-            return (lines + monitored.last(3)).join(u'|');
+            return (messages + lines + monitored.last(3)).join(u'|');
         };
-        QCOMPARE(linesOf("clientsTable", 1, "sendMsgClients"),
-                 u"row value: Optional(\"ZOË\")|row value: nil|Sending messages ...|"
+        QCOMPARE(run("clientsTable", 1, "sendMsgClients"),
+                 u": \nClient Schedule: zoë\n11/6/26-11/8/26\n\r|: 11/7/26 09:00AM-11/8/26 05:30PM Other-bob|"
+                 "row value: Optional(\"ZOË\")|row value: nil|Sending messages ...|"
                  "Sending step: 1|Sending step: 2|ASCENDING|ASCENDING|"
                  "Task Found: Other zoë nil|Start Message|Start Message|"
                  "Hour: 9  Min: 0|Hour: 17  Min: 30|Start Message|Start Message|"
                  "Sending step: 3|Sending step: 4|"
                  "--------------------ASYNC--------------------------: 4|Progres Index: 4|Max Count: 4"_s);
-        QCOMPARE(linesOf("teamMembers", 0, "sendMsgTeamMembers"),
-                 u"----NoOfSchedules1: 0 ----|----NoOfSchedules4: 0 ----|"
+        QCOMPARE(run("teamMembers", 0, "sendMsgTeamMembers"),
+                 u"+5: \nTeam Member Schedule: bob\n11/6/26-11/8/26\n\r|"
+                 "+5: 11/7/26 09:00AM-11/8/26 05:30PM Other-zoë|+5: 11/8/26 09:00AM-11/9/26 05:30PM Late-ANN|"
+                 "----NoOfSchedules1: 0 ----|----NoOfSchedules4: 0 ----|"
                  "row value: Optional(\"Bob\")|row value: Optional(\"+5\")|"
                  "Sending step: 1|----NoOfSchedules5: 0 ----|"
                  "Sending step: 2|----NoOfSchedules5: 0 ----|ASCENDING|ASCENDING|"
@@ -275,8 +278,6 @@ private slots:
     void runsWithNothingToSend()
     {
         Office office;
-        office.press("sendMsgClients"); // nobody is selected
-        QVERIFY(office.waitFor(u"2 buttons, still at 1 of 1: Steps Performed:1 Schedules Sent:0"_s));
         office.select("clientsTable", {0, 2});
         auto &lastDay = office.child<DatePicker>("endSendDate");
         lastDay.selectAll();
@@ -319,6 +320,8 @@ private slots:
         QCOMPARE(office.shown(), inTheMiddle);
         answers.release(10);
         QVERIFY(office.waitFor(u"2 buttons, still at 10 of 10: Steps Performed:10 Schedules Sent:9"_s));
+        office.press("sendMsgClients"); // nobody is selected in the new screen; the counts begin anew
+        QVERIFY(office.waitFor(u"2 buttons, still at 1 of 1: Steps Performed:1 Schedules Sent:0"_s));
 
         // Another run can be started at the last step, while messages are under way. The newest one counts.
         for (const int tasks : {6, 1}) {
