@@ -24,12 +24,12 @@ bool webPage::isInstalled()
     return !QPluginLoader(moduleName).fileName().isEmpty(); // looks for the file only
 }
 
-/// Whether the web engine can shut its processes off, without which it would end the program. It never does
-/// so for the administrator, and some systems do not let it.
+/// Whether the web engine can isolate its processes; where it cannot, it ends the whole program. It never can
+/// for the administrator, and some systems do not allow it.
 static bool hasSandbox()
 {
     if (qEnvironmentVariableIsSet("QTWEBENGINE_DISABLE_SANDBOX"))
-        return true; // is not wanted
+        return true; // whoever set it wants no isolation
     if (::geteuid() == 0)
         return false;
     const pid_t child = ::fork();
@@ -58,7 +58,7 @@ QDialog *webPage::makeScreen(QWidget *parent, QString &problem)
         problem = loader.errorString();
         return nullptr;
     }
-    const auto openLater = [](const QUrl &url) { // not in the middle of what the web engine is at
+    const auto openLater = [](const QUrl &url) { // not in the middle of the web engine's work
         QMetaObject::invokeMethod(
             qApp, [url] { openInBrowser(url); }, Qt::QueuedConnection);
     };

@@ -35,13 +35,13 @@ struct Scene
     }
     QByteArray afterNextStart() const { return ProtectedFile(path, state).read().value_or("nothing"); }
     QStringList redoFiles() const { return QDir(state).entryList({u"*.redo"_s}); }
-    QStringList copies() const { return QDir(QFileInfo(path).path()).entryList({u"*.damaged-*"_s}); }
+    QStringList copies() const { return QDir(folder.filePath(u"documents"_s)).entryList({u"*.damaged-*"_s}); }
     /// What was copied aside, the oldest first.
     QByteArrayList copied() const
     {
         QByteArrayList contents;
         for (const QString &copy : copies())
-            contents.append(contentOf(QFileInfo(path).path() + u'/' + copy));
+            contents.append(contentOf(folder.filePath(u"documents/"_s + copy)));
         return contents;
     }
     /// Puts a folder in the file's way, or gives it its place back.
@@ -84,8 +84,7 @@ private slots:
                 newSeen = newSeen || text == newText;
                 QCOMPARE(contentOf(scene.path), text);
                 QCOMPARE(scene.redoFiles(), QStringList());
-                if (result == EXIT_SUCCESS)
-                    QCOMPARE(text, newText);
+                QVERIFY(result != EXIT_SUCCESS || text == newText);
             }
         }
     }

@@ -3,6 +3,7 @@
 #include "support/ScratchHome.h"
 
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSslKey>
 #include <QSslServer>
 #include <QSslSocket>
@@ -34,10 +35,9 @@ QSslConfiguration selfSigned(const QTemporaryDir &folder)
 /// The number in the head's Content-Length line.
 qsizetype bodySize(const QByteArray &head)
 {
-    for (const QByteArray &line : head.split('\n'))
-        if (line.toLower().startsWith("content-length:"))
-            return line.sliced(line.indexOf(':') + 1).trimmed().toInt();
-    return 0;
+    static const QRegularExpression line(u"\\ncontent-length: *(\\d+)"_s,
+                                         QRegularExpression::CaseInsensitiveOption);
+    return line.match(QString::fromLatin1(head)).captured(1).toInt();
 }
 
 } // namespace
@@ -84,22 +84,17 @@ void HttpsServer::receive(QSslSocket &socket, QByteArray &bytes)
         return;
     const Request request{bytes.first(headSize), bytes.sliced(headSize + 4), socket.peerPort()};
     bytes.clear(); // clients wait for the answer before they send more
-    {
-        const QMutexLocker lock(&mutex);
-        received.append(request);
-    }
+    QMutexLocker lock(&mutex);
+    received.append(request);
+    lock.unlock();
     mostWaiting = qMax(mostWaiting.load(), ++waiting);
     const Answer given = answer(request);
-    const auto send = [this, &socket, given] {
+    QTimer::singleShot(given.delay, &socket, [this, &socket, given] {
         --waiting;
         socket.write(given.bytes);
         if (given.closes)
             socket.disconnectFromHost();
-    };
-    if (given.delay.count() > 0)
-        QTimer::singleShot(given.delay, &socket, send);
-    else
-        send();
+    });
 }
 
 QList<HttpsServer::Request> HttpsServer::requests() const
