@@ -111,6 +111,10 @@ private slots:
         screen.showMinimized();
         bringToFront(screen);
         QVERIFY(!screen.isMinimized());
+        QWidget other;
+        other.show();
+        QTRY_COMPARE_WITH_TIMEOUT(QApplication::activeWindow(), &other, 20'000);
+        bringToFront(screen);
         QTRY_COMPARE_WITH_TIMEOUT(QApplication::activeWindow(), &screen, 20'000);
         QCOMPARE(std::pair(screen.came, screen.went), std::pair(2, 0));
         screen.hide();
