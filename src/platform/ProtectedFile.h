@@ -43,7 +43,7 @@ public:
     void keepCopy() { copyDue = true; }
 
 private:
-    /// By what a change of the file is noticed: which file it is, its size and the time of its last change.
+    /// What a change of the file shows in: which file it is, its size and the time of its last change.
     struct State
     {
         quint64 inode = 0;                       ///< 0 for no file
@@ -53,7 +53,7 @@ private:
         bool operator==(const State &) const = default;
     };
 
-    /// By what a content is recognised.
+    /// What tells one content from another.
     struct Digest
     {
         qsizetype size = 0; ///< bytes
@@ -76,6 +76,6 @@ private:
     QString redoPath;
     QString error;
     State lastSeen;
-    std::optional<Digest> held; ///< what the file held then; nothing where that is not sure
+    std::optional<Digest> held; ///< what it held then; nothing when that is uncertain
     bool copyDue = false;
 };

@@ -48,7 +48,7 @@ void Application::followAppearance(NotificationCenter &systemNotices)
 void Application::findWritableFolder()
 {
     const QString documents = folders::documents();
-    const bool isWritable = QTemporaryFile(u"quorvane-XXXXXX"_s).open(); // its rights alone do not tell
+    const bool isWritable = QTemporaryFile(u"quorvane-XXXXXX"_s).open(); // its permissions alone do not tell
     if (!isWritable && !documents.isEmpty() && QDir().mkpath(documents))
         QDir::setCurrent(documents);
 }

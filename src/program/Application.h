@@ -14,7 +14,7 @@ public:
 
     /// Shows the palette of the desktop's appearance, now and after every change.
     void followAppearance(NotificationCenter &systemNotices);
-    /// Goes to the documents folder where nothing can be written to the working folder, which is where the
+    /// Moves to the documents folder when nothing can be written in the working folder, where the
     /// whiteboard's picture is kept.
     static void findWritableFolder();
 };

@@ -35,7 +35,7 @@ int Program::run()
     const int result = QApplication::exec();
     delegate.applicationWillTerminate();
     if (!finish(std::chrono::seconds(5))) {
-        // A server keeps one of the threads waiting, and so would the destructors.
+        // A server keeps one of the threads waiting, and the destructors would wait for that thread.
         diagnostics::drain();
         std::_Exit(result);
     }

@@ -2,7 +2,7 @@
 
 #include <QDialog>
 
-/// Shows the window and brings it to the user, also from the task bar.
+/// Shows the window in front of the others, also when it was hidden or minimised.
 void bringToFront(QWidget &window);
 
 /// A window beside the main one. It is told when it comes and goes, and not when it is only minimised, or

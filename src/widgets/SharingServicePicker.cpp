@@ -66,8 +66,8 @@ void SharingServicePicker::copy() const
 
 void SharingServicePicker::mail(QWidget *window) const
 {
-    // A process of ours, since QDesktopServices does not tell when no mail program is found. What it starts
-    // goes on after it, so that there are no pipes to it which would close.
+    // A process of our own, since QDesktopServices does not tell when it finds no mail program. Files, not
+    // pipes: the mail program outlives the process that starts it, and would write into a closed pipe.
     auto *process = new QProcess;
     auto *messages = new QTemporaryFile(process);
     const auto fail = [process, window = QPointer(window)](const QString &reason) {

@@ -21,7 +21,7 @@ QString TextView::text() const
     const auto lineFeed = [](QChar unit) {
         return unit == QChar::ParagraphSeparator || unit == QChar::LineSeparator ? QChar(u'\n') : unit;
     };
-    std::ranges::transform(edited, edited.begin(), lineFeed); // writing every unit is the faster way
+    std::ranges::transform(edited, edited.begin(), lineFeed); // faster than to search and replace
     return hasCarriageReturns ? edited.replace(u"\n"_s, u"\r\n"_s) : edited;
 }
 

@@ -3,6 +3,7 @@
 #include "support/ScratchHome.h"
 
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSslKey>
 #include <QSslServer>
 #include <QSslSocket>
@@ -37,10 +38,9 @@ QSslConfiguration selfSigned(const QTemporaryDir &folder)
 /// The number in the head's Content-Length line.
 qsizetype bodySize(const QByteArray &head)
 {
-    for (const QByteArray &line : head.split('\n'))
-        if (line.toLower().startsWith("content-length:"))
-            return line.sliced(line.indexOf(':') + 1).trimmed().toInt();
-    return 0;
+    static const QRegularExpression line(u"\\ncontent-length: *(\\d+)"_s,
+                                         QRegularExpression::CaseInsensitiveOption);
+    return line.match(QString::fromLatin1(head)).captured(1).toInt();
 }
 
 } // namespace
@@ -94,15 +94,11 @@ void HttpsServer::receive(QSslSocket &socket, QByteArray &bytes, int connection)
         received.append(request);
     }
     const Answer given = answer(request);
-    const auto send = [&socket, given] {
+    QTimer::singleShot(given.delay, &socket, [&socket, given] {
         socket.write(given.bytes);
         if (given.closes)
             socket.disconnectFromHost();
-    };
-    if (given.delay.count() > 0)
-        QTimer::singleShot(given.delay, &socket, send);
-    else
-        send();
+    });
 }
 
 QString HttpsServer::Request::field(const QString &name) const

@@ -6,18 +6,6 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <unistd.h>
-#include <vector>
-
-static std::vector<MakeTest> &tests()
-{
-    static std::vector<MakeTest> added;
-    return added;
-}
-
-void addTest(MakeTest make)
-{
-    tests().push_back(make);
-}
 
 /// Runs the test classes one after the other, in a scratch home and the locale en_US; the number of failures.
 int main(int argc, char **argv)
@@ -30,10 +18,10 @@ int main(int argc, char **argv)
     const ScratchHome home;
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
     QApplication application(argc, argv);
-    if (tests().empty())
+    if (testClasses.empty())
         return EXIT_FAILURE;
     int failures = 0;
-    for (const MakeTest make : tests())
+    for (const auto make : testClasses)
         failures += QTest::qExec(make().get(), argc, argv);
     return failures;
 }

@@ -1,6 +1,7 @@
 #include "support/Dialogs.h"
 #include "support/ScratchHome.h"
 #include "support/TestProgram.h"
+#include "widgets/Screen.h"
 #include "widgets/SharingServicePicker.h"
 
 #include <QApplication>
@@ -35,12 +36,27 @@ public:
 
 private:
     QPushButton anchor;
-    SharingServicePicker picker{{.title = u"A & B/c"_s, .text = u"line 1\n100 % ü 🌳"_s}};
+    SharingServicePicker picker{
+        {.title = u"A & B/c"_s, .text = u"line 1\n100 % ü 🌳"_s, .pictureFile = u"a picture.png"_s}};
+};
+
+/// Counts how often it came and went.
+class Guest : public Screen
+{
+public:
+    int came = 0;
+    int went = 0;
+
+protected:
+    void viewWillAppear() override { ++came; }
+    void viewDidAppear() override { ++came; }
+    void viewWillDisappear() override { ++went; }
+    void viewDidDisappear() override { ++went; }
 };
 
 } // namespace
 
-class SharingTest : public QObject
+class WidgetsTest : public QObject
 {
     Q_OBJECT
 
@@ -48,7 +64,7 @@ private slots:
     void mailIsHandedToTheMailProgram()
     {
         for (const auto &[program, failure] : std::initializer_list<std::pair<QByteArray, QString>>{
-                 {"printf '%s\\n' \"$1\" > \"${0%/*}/address\"", {}},
+                 {"printf '%s\\n' \"$@\" . > \"${0%/*}/arguments\"", {}},
                  {"echo no method available >&2; exit 3", u"no method available"_s},
                  {"", u"xdg-email"_s}}) { // there is none
             const QTemporaryDir folder;
@@ -69,14 +85,42 @@ private slots:
                 continue;
             }
             QByteArray written;
-            QTRY_VERIFY_WITH_TIMEOUT((written = contentOf(folder.filePath(u"address"_s))).endsWith('\n'),
+            QTRY_VERIFY_WITH_TIMEOUT((written = contentOf(folder.filePath(u"arguments"_s))).endsWith("\n.\n"),
                                      20'000);
-            const QUrl address = QUrl::fromEncoded(written.chopped(1), QUrl::StrictMode);
+            const QByteArrayList arguments = written.split('\n');
+            QCOMPARE(arguments.first(2), QByteArrayList({"--attach", "a picture.png"}));
+            const QUrl address = QUrl::fromEncoded(arguments[2], QUrl::StrictMode);
             QCOMPARE(address.scheme(), u"mailto"_s);
             const QUrlQuery query(address);
             QCOMPARE(query.queryItemValue(u"subject"_s, QUrl::FullyDecoded), u"A & B/c"_s);
             QCOMPARE(query.queryItemValue(u"body"_s, QUrl::FullyDecoded), u"line 1\r\n100 % ü 🌳"_s);
         }
+    }
+
+    void aMinimisedScreenIsStillThere()
+    {
+        Guest screen;
+        screen.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&screen, 20'000));
+        QHideEvent covered;
+        QShowEvent uncovered;
+        for (QEvent *event : std::initializer_list<QEvent *>{&covered, &uncovered}) {
+            QSpontaneKeyEvent::setSpontaneous(event); // the desktop's
+            qApp->notify(&screen, event);
+        }
+        screen.showMinimized();
+        bringToFront(screen);
+        QVERIFY(!screen.isMinimized());
+        QWidget other;
+        other.show();
+        QTRY_COMPARE_WITH_TIMEOUT(QApplication::activeWindow(), &other, 20'000);
+        bringToFront(screen);
+        QTRY_COMPARE_WITH_TIMEOUT(QApplication::activeWindow(), &screen, 20'000);
+        QCOMPARE(std::pair(screen.came, screen.went), std::pair(2, 0));
+        screen.hide();
+        bringToFront(screen);
+        QVERIFY(screen.isVisible());
+        QCOMPARE(std::pair(screen.came, screen.went), std::pair(4, 2));
     }
 
     void aFileThatCannotBeWrittenIsToldOf()
@@ -98,6 +142,6 @@ private slots:
     }
 };
 
-static const TestClass<SharingTest> registered;
+static const TestClass<WidgetsTest> registered;
 
-#include "SharingTest.moc"
+#include "WidgetsTest.moc"
