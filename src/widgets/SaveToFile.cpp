@@ -8,16 +8,22 @@
 
 using namespace Qt::StringLiterals;
 
-bool saveToFile(QWidget &window, const QString &suggestedPath, const QString &kinds,
-                const QByteArray &content)
+/// The file that the user chooses; empty for none.
+static QString chosenPath(QWidget &window, const QString &suggestedPath, const QString &kinds)
 {
     QFileDialog dialog(&window, u"Save to File"_s, QFileInfo(suggestedPath).path(), kinds);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(QFileInfo(suggestedPath).suffix());
     dialog.selectFile(QFileInfo(suggestedPath).fileName());
-    if (dialog.exec() != QDialog::Accepted)
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().constFirst() : QString();
+}
+
+bool saveToFile(QWidget &window, const QString &suggestedPath, const QString &kinds,
+                const QByteArray &content)
+{
+    const QString path = chosenPath(window, suggestedPath, kinds);
+    if (path.isEmpty())
         return false;
-    const QString path = dialog.selectedFiles().constFirst();
     QSaveFile file(path);
     if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit())
         return true;
