@@ -35,19 +35,6 @@ private slots:
             QCOMPARE(util().formatTime(hour, minute), text);
     }
 
-    void dayComparisons()
-    {
-        const auto at = [](int day, int hour, int minute) {
-            return Calendar::instantOf(QDateTime(QDate(2024, 3, day), QTime(hour, minute)));
-        };
-        for (const auto &[a, b, order] : {std::tuple(at(7, 23, 59), at(8, 0, 1), 1),
-                                          {at(7, 23, 59), at(7, 0, 1), 0},
-                                          {at(8, 0, 0), at(7, 23, 59), -1}}) {
-            QCOMPARE(util().compareDays(a, b), order);
-            QCOMPARE(util().isSameDayOrEarlier(a, b), order >= 0);
-        }
-    }
-
     void questionsAndMessages()
     {
         for (const QString &answer : {u"Yes"_s, u"No"_s}) {
@@ -95,5 +82,4 @@ private slots:
 };
 
 static const TestClass<AppTest> registered;
-
 #include "AppTest.moc"

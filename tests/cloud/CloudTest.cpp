@@ -33,9 +33,9 @@ task sample(const QString &key, const QString &name)
 }
 
 /// Tasks that are numbered, and named after their key.
-TaskList samples(int count, const QString &prefix = {})
+QList<task> samples(int count, const QString &prefix = {})
 {
-    TaskList tasks;
+    QList<task> tasks;
     for (int number = 0; number < count; ++number)
         tasks.append(sample(prefix + QString::number(number), prefix + QString::number(number)));
     return tasks;
@@ -52,7 +52,7 @@ CloudRecord recordOf(const task &entry)
 class Program
 {
 public:
-    explicit Program(const CloudHome &home, const TaskList &tasks = {})
+    explicit Program(const CloudHome &home, const QList<task> &tasks = {})
         : container(home, taskRecordType())
     {
         fill(tasks);
@@ -61,7 +61,7 @@ public:
     }
 
     // What a user does, and all that follows from it.
-    void fill(const TaskList &tasks) { setTaskList(manager, tasks); }
+    void fill(const QList<task> &tasks) { setTasks(manager, tasks); }
     void update() { settle(sync.updateFromCloud()); }
     void copy() { settle(sync.syncAllToCloud()); }
     void save(const task &entry) { settle(sync.saveTaskToCloud(entry)); }
@@ -288,8 +288,8 @@ private slots:
 
     void aSpoiltRequestSpoilsNoOther()
     {
-        TaskList tasks = samples(9);
-        tasks[5].edit().name = QChar(0); // no text of the server's can hold it
+        QList<task> tasks = samples(9);
+        tasks[5].name = QChar(0); // no text of the server's can hold it
         Program program(homeOnServer(u"anna"_s), tasks);
         CapturedOutput output;
         program.copy();
@@ -305,9 +305,9 @@ private slots:
         {
             const FullDisk full(500'000);
             Program program(home);
-            for (const SharedTask &entry : samples(100, QString(2000, u'x')))
+            for (const task &entry : samples(100, QString(2000, u'x')))
                 program.container.privateCloudDatabase().saveRecord(
-                    recordOf(*entry), [&](const auto &answer) { ++(answer.index() == 0 ? saved : failed); });
+                    recordOf(entry), [&](const auto &answer) { ++(answer.index() == 0 ? saved : failed); });
             program.settle();
         }
         QVERIFY(saved > 0 && failed > 0);
@@ -409,5 +409,4 @@ private:
 };
 
 static const TestClass<CloudTest> registered;
-
 #include "CloudTest.moc"

@@ -350,5 +350,4 @@ private:
 };
 
 static const TestClass<FormsTest> registered;
-
 #include "FormsTest.moc"

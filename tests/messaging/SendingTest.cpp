@@ -43,9 +43,9 @@ task job(const QString &name, int day, const QString &client, const QString &tea
 const task late = job(u"After"_s, 9, u"Ann"_s, u"Bob"_s); // for the days 6 to 8, which are sent
 
 /// So many tasks of Ann's, named 0, 1 and so on.
-TaskList tasksOfAnn(int count)
+QList<task> tasksOfAnn(int count)
 {
-    TaskList tasks;
+    QList<task> tasks;
     for (int number = 0; number < count; ++number)
         tasks.append(job(QString::number(number), 6, u"ann"_s, u""_s));
     return tasks;
@@ -77,12 +77,10 @@ struct Office
         add(Clients(context), {}, u"+4"_s);
         add(TeamMembers(context), u"Bob"_s, u"+5"_s);
         context.save();
-        setTasks({job(u"Late"_s, 8, u"ANN"_s, u"Bob"_s), job(u"Early"_s, 6, u"ann"_s, u""_s),
-                  job(u"Other"_s, 7, u"zoë"_s, u"bob"_s), late});
+        setTasks(manager, {job(u"Late"_s, 8, u"ANN"_s, u"Bob"_s), job(u"Early"_s, 6, u"ann"_s, u""_s),
+                           job(u"Other"_s, 7, u"zoë"_s, u"bob"_s), late});
         openScreen();
     }
-
-    void setTasks(const TaskList &tasks) { setTaskList(manager, tasks); }
 
     /// Opens a new screen in place of the one that was open.
     void openScreen()
@@ -108,9 +106,9 @@ struct Office
                              QItemSelectionModel::Select | QItemSelectionModel::Rows);
     }
     void press(const char *button) const { QTest::mouseClick(&child<QPushButton>(button), Qt::LeftButton); }
-    void send(const TaskList &tasks)
+    void send(const QList<task> &tasks)
     {
-        setTasks(tasks);
+        setTasks(manager, tasks);
         select("clientsTable", {0});
         press("sendMsgClients");
     }
@@ -190,7 +188,6 @@ private slots:
         QVERIFY(!selection->hasSelection());
         office.select("clientsTable", {2, 3, 0, 1});
         QVERIFY(all.isChecked());
-        CapturedOutput output;
         office.press("sendMsgClients");
         QCOMPARE(office.shown(), u"0 buttons, moving at 1 of 16: Sending..."_s);
         const auto scheduleOfAnn = [](const QString &number) {
@@ -203,9 +200,6 @@ private slots:
                                             u": 11/7/26 09:00AM-11/8/26 05:30PM Other-bob"_s, u": Bye."_s};
         schedules.sort();
         QCOMPARE(office.received(), schedules);
-        QCOMPARE(output.takeLines().filter(u"Task Found: "_s).join(u'|').remove(u"Task Found: "_s),
-                 u"Early ann Optional(\"+1\")|Late ANN Optional(\"+1\")|Other zoë nil|"
-                 "Early ann Optional(\"+3\")|Late ANN Optional(\"+3\")"_s);
         QCOMPARE(office.shown(), u"2 buttons, still at 16 of 16: Steps Performed:16 Schedules Sent:5"_s);
     }
 
@@ -284,7 +278,7 @@ private slots:
         QTest::keyClicks(&lastDay, u"11/5"_s); // before the first day, and the button's shortcut leaves it so
         office.child<QPushButton>("sendMsgClients").click();
         QVERIFY(office.waitFor(u"2 buttons, still at 8 of 8: Steps Performed:8 Schedules Sent:0"_s));
-        office.setTasks({});
+        setTasks(office.manager, {});
         office.press("sendMsgClients");
         QVERIFY(office.waitFor(u"2 buttons, still at 1 of 1: Steps Performed:1 Schedules Sent:0"_s));
         QCOMPARE(office.received(), QStringList());
@@ -370,5 +364,4 @@ private slots:
 };
 
 static const TestClass<SendingTest> registered;
-
 #include "SendingTest.moc"

@@ -100,21 +100,6 @@ private slots:
         QCOMPARE(seen, QStringList({u"Dark"_s, u"Light"_s, u"Dark"_s}));
     }
 
-    void noticesReachLivingObserversAtOnce()
-    {
-        NotificationCenter centre;
-        int heard = 0;
-        auto observer = std::make_unique<QObject>();
-        centre.observe(notice::reload, observer.get(), [&heard] { ++heard; });
-        centre.post(notice::update);
-        QCOMPARE(heard, 0);
-        centre.post(notice::reload);
-        QCOMPARE(heard, 1);
-        observer.reset();
-        centre.post(notice::reload);
-        QCOMPARE(heard, 1);
-    }
-
     void daysOfTheUsersTimeZone()
     {
         qputenv("TZ", "America/Havana"); // clocks go from 0:00 to 1:00 on 10 March 2024
@@ -130,5 +115,4 @@ private slots:
 };
 
 static const TestClass<PlatformTest> registered;
-
 #include "PlatformTest.moc"

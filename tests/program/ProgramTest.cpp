@@ -155,5 +155,4 @@ private slots:
 };
 
 static const TestClass<ProgramTest> registered;
-
 #include "ProgramTest.moc"
