@@ -15,23 +15,21 @@ class AppTest : public QObject
 private slots:
     void firstLine()
     {
-        for (const auto &[text, line] :
-             std::initializer_list<std::pair<QString, QString>>{{u"häuser"_s, u"häuser"_s},
-                                                                {u"ä\nb\nc"_s, u"ä..."_s},
-                                                                {u"a\n"_s, u"a..."_s},
-                                                                {u"a\r\nb"_s, u"a\r\nb"_s},
-                                                                {u"a\r\nb\nc"_s, u"a\r\nb..."_s}})
+        for (const auto &[text, line] : {std::pair(u"häuser"_s, u"häuser"_s),
+                                         {u"ä\nb\nc"_s, u"ä..."_s},
+                                         {u"a\n"_s, u"a..."_s},
+                                         {u"a\r\nb"_s, u"a\r\nb"_s},
+                                         {u"a\r\nb\nc"_s, u"a\r\nb..."_s}})
             QCOMPARE(util().truncateAtLineBreak(text), line);
     }
 
     void twelveHourTimes()
     {
-        for (const auto &[hour, minute, text] :
-             std::initializer_list<std::tuple<int, int, QString>>{{0, 5, u"12:05AM"_s},
-                                                                  {11, 59, u"11:59AM"_s},
-                                                                  {12, 0, u"12:00PM"_s},
-                                                                  {13, 0, u"01:00PM"_s},
-                                                                  {23, 59, u"11:59PM"_s}})
+        for (const auto &[hour, minute, text] : {std::tuple(0, 5, u"12:05AM"_s),
+                                                 {11, 59, u"11:59AM"_s},
+                                                 {12, 0, u"12:00PM"_s},
+                                                 {13, 0, u"01:00PM"_s},
+                                                 {23, 59, u"11:59PM"_s}})
             QCOMPARE(util().formatTime(hour, minute), text);
     }
 

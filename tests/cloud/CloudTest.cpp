@@ -20,15 +20,8 @@ namespace {
 
 task sample(const QString &key, const QString &name)
 {
-    task entry{.key = key, .name = name, .desc = u"it's \\ \"quoted\"\n🌳 %1 $1 ?"_s, .teamMember = u"Zoë"_s};
-    entry.date = Instant(std::chrono::milliseconds(-123'456'789'012'345));
-    entry.due = Instant(1'800'000'000'001ms);
-    entry.color = {0.1, 1.0 / 3.0, 5e-324, 0.25098039215686274};
-    entry.status = -1;
-    entry.priority = std::numeric_limits<qint64>::max();
-    entry.statusName = u"Waiting"_s;
-    entry.hidden = true;
-    std::tie(entry.startHour, entry.startMin, entry.endHour, entry.endMin) = std::tuple(23, 59, 0, 1);
+    task entry = sampleTask(key);
+    entry.name = name;
     return entry;
 }
 
@@ -37,7 +30,7 @@ QList<task> samples(int count, const QString &prefix = {})
 {
     QList<task> tasks;
     for (int number = 0; number < count; ++number)
-        tasks.append(sample(prefix + QString::number(number), prefix + QString::number(number)));
+        tasks.append(sampleTask(prefix + QString::number(number)));
     return tasks;
 }
 

@@ -220,11 +220,6 @@ private slots:
         QVERIFY(!matches(u"é ann"_s, 5, name) && !matches(u"é ann"_s, 9, name));
         QVERIFY(!matches(u"é anna"_s, 7, name) && !matches(u"é ann "_s, 7, name));
         QVERIFY(matches(u""_s, 7, u""_s) && !matches(u""_s, 7, std::nullopt));
-
-        const auto sorted = tasksForSchedules(RecipientKind::Client, {task{.key = u"c"_s, .date = onDay(7)},
-                                                                      task{.key = u"a"_s, .date = onDay(6)},
-                                                                      task{.key = u"b"_s, .date = onDay(6)}});
-        QCOMPARE(sorted[0].entry->key + sorted[1].entry->key + sorted[2].entry->key, u"abc"_s);
     }
 
     void messagesAndLinesOfARun()
@@ -236,13 +231,14 @@ private slots:
             office.press(button);
             const QStringList messages = office.received();
             // Where the monitor's and the gateway's lines stand among the others is open.
+            const QRegularExpression elsewhere(
+                u"^(-{20}ASYNC|Progres Index|Max Count|----NoOfSchedules3|Finished|Response)"_s);
             QStringList lines = output.takeLines();
-            const QRegularExpression ofMonitor(u"^(-{20}ASYNC|Progres Index|Max Count|----NoOfSchedules3)"_s);
-            const QStringList monitored = lines.filter(ofMonitor);
-            lines.removeIf([&](const QString &line) {
-                return monitored.contains(line) || line == u"Finished" || line.startsWith(u"Response");
-            });
-            return (messages + lines + monitored.last(3)).join(u'|');
+            QStringList ofOthers = lines.filter(elsewhere);
+            lines.removeIf([&](const QString &line) { return ofOthers.contains(line); });
+            ofOthers.removeIf(
+                [](const QString &line) { return line == u"Finished" || line.startsWith(u"R"); });
+            return (messages + lines + ofOthers.last(3)).join(u'|');
         };
         QCOMPARE(run("clientsTable", 1, "sendMsgClients"),
                  u": \nClient Schedule: zoë\n11/6/26-11/8/26\n\r|: 11/7/26 09:00AM-11/8/26 05:30PM Other-bob|"
