@@ -96,10 +96,9 @@ private slots:
 
     void storingAnUntouchedTaskKeepsIt()
     {
-        task original = sampleTask();
+        task original = sampleTask(u"KEY"_s, QString(40'000, u'n'));
         original.date = moment(u"2026-11-01T06:30:15.123Z"_s); // 1:30 for the second time
         original.due = moment(u"2026-11-02T05:00:00.001Z"_s);
-        original.name = QString(40'000, u'n');
         openEdit(original);
         click("storeButton");
         QVERIFY(!form->isVisible());

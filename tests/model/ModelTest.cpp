@@ -264,22 +264,17 @@ private slots:
 
     void sharesTheTaskAsText()
     {
-        const Instant day = Calendar().startOfDay(QDate(2019, 3, 7));
-        const task shared{.key = u"KEY"_s,
-                          .date = day,
-                          .name = u" Mow & rake "_s,
-                          .desc = u"one\n\ntwo"_s,
-                          .client = u"UnAssigned"_s,
-                          .due = day + std::chrono::hours(30),
-                          .startHour = 8,
-                          .startMin = 5,
-                          .endHour = 17};
+        task shared = sampleTask(u"KEY"_s, u" Mow & rake "_s);
+        shared.date = Calendar().startOfDay(QDate(2019, 3, 7));
+        shared.due = shared.date + std::chrono::hours(30);
         QCOMPARE(taskShareText(shared, u"MESSAGE"_s),
-                 u"ToDo\n\nTask:  Mow & rake \nStart Date: 3/7/19\nStart Time: 08:05\nEnd Time: 17:00\n"
-                 "Due Date: 3/8/19\nDescription: one\n\ntwo\n\nClient:UnAssigned\nTeam Member:\n\n"
-                 "Task Key: KEY\nMessage Key: MESSAGE\n\n"
-                 "Sent with Quorvane. Download from the App Store for Mac:\n\n"
-                 "https://quorvane.example/download\n"_s);
+                 u"ToDo\n\nTask:  Mow & rake \nStart Date: 3/7/19\nStart Time: 23:59\nEnd Time: 00:01\n"
+                 "Due Date: 3/8/19\nDescription: "_s +
+                     shared.desc +
+                     u"\n\nClient:Nobody listed\nTeam Member:Zoë\n\n"
+                     "Task Key: KEY\nMessage Key: MESSAGE\n\n"
+                     "Sent with Quorvane. Download from the App Store for Mac:\n\n"
+                     "https://quorvane.example/download\n"_s);
     }
 };
 

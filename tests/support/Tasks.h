@@ -15,11 +15,11 @@ inline void setTasks(TaskManager &manager, const QList<task> &tasks)
 }
 
 /// A task with a value of its own in every field.
-inline task sampleTask(const QString &key = QStringLiteral("KEY"))
+inline task sampleTask(const QString &key, const QString &name)
 {
     return {.key = key,
             .date = Instant(std::chrono::milliseconds(-123'456'789'012'345)),
-            .name = key,
+            .name = name,
             .desc = QStringLiteral("it's \\ \"quoted\"\r\n🌳\u00a0%1 $1 ?"),
             .client = QStringLiteral("Nobody listed"),
             .teamMember = QStringLiteral("Zoë"),
