@@ -3,8 +3,8 @@
 #include "Tour.h"
 
 #include <QCheckBox>
-#include <QDateTimeEdit>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QUrlQuery>
 
@@ -27,10 +27,8 @@ QDialog &openSending(const Tour &tour)
     for (const ListRow &row : tour.expected.rows)
         days.append(QDate::fromString(row.field(ListRow::Date), u"M/d/yy"_s).addYears(100));
     const auto [first, last] = std::ranges::minmax(days);
-    for (const auto &[name, day] : {std::pair(u"startSendDate"_s, first), {u"endSendDate"_s, last}}) {
-        auto &picker = hand::child<QDateTimeEdit>(screen, name);
-        hand::fill(picker, day.toString(picker.displayFormat()));
-    }
+    for (const auto &[name, day] : {std::pair(u"startSendDate"_s, first), {u"endSendDate"_s, last}})
+        hand::fill(hand::child<QLineEdit>(screen, name), day.toString(Qt::ISODate));
     return screen;
 }
 

@@ -99,10 +99,10 @@ void TaskForm::viewDidDisappear()
 bool TaskForm::commitTyping()
 {
     isRefused = false;
-    for (DatePicker *picker : {fields->dtTaskDate, fields->dtTaskDueDate})
-        picker->commit();
-    for (QTimeEdit *picker : {fields->startTime, fields->endTime})
-        picker->interpretText();
+    for (PickerField *picker : std::initializer_list<PickerField *>{fields->dtTaskDueDate, fields->dtTaskDate,
+                                                                    fields->startTime, fields->endTime})
+        if (!picker->commit())
+            return false;
     return !isRefused;
 }
 

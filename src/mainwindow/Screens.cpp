@@ -12,15 +12,18 @@
 
 using namespace Qt::StringLiterals;
 
-/// Shows the screen, which is made if it is not open. A screen that was closed is gone.
+/// Shows the screen, which is made if it is not open; true when it was made. A screen that was closed is
+/// gone.
 template <typename ScreenClass, typename Resources>
-static void open(QPointer<ScreenClass> &screen, Resources &&resources, QWidget &mainWindow)
+static bool open(QPointer<ScreenClass> &screen, Resources &&resources, QWidget &mainWindow)
 {
-    if (!screen || !screen->isVisible()) {
+    const bool isNew = !screen || !screen->isVisible();
+    if (isNew) {
         screen = new ScreenClass(resources, &mainWindow);
         screen->setAttribute(Qt::WA_DeleteOnClose);
     }
     bringToFront(*screen);
+    return isNew;
 }
 
 Screens::Screens(const TaskFormServices &formServices, ScheduleRuns &scheduleRuns, const Folders &userFolders)
@@ -30,9 +33,10 @@ Screens::Screens(const TaskFormServices &formServices, ScheduleRuns &scheduleRun
 {
 }
 
-void Screens::openAddForm(QWidget &mainWindow)
+void Screens::openAddForm(QWidget &mainWindow, const std::function<void(const QString &)> &added)
 {
-    open(addForm, services, mainWindow);
+    if (open(addForm, services, mainWindow))
+        QObject::connect(addForm, &ViewControllerAdd::added, &mainWindow, added);
 }
 
 void Screens::openEditForm(QWidget &mainWindow)

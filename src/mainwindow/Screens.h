@@ -28,7 +28,8 @@ public:
 
     Screens(const TaskFormServices &formServices, ScheduleRuns &runs, const Folders &folders);
 
-    void openAddForm(QWidget &mainWindow);
+    /// \param added  is told the key of the task that was added
+    void openAddForm(QWidget &mainWindow, const std::function<void(const QString &key)> &added);
     /// Opens the form of the selected task as a modal window; returns at once.
     void openEditForm(QWidget &mainWindow);
     void openClients(QWidget &mainWindow);

@@ -15,7 +15,7 @@ TaskCommands::TaskCommands(Ui::ViewController &window)
     ui.cloneButton->setDefaultAction(ui.actionClone);
     ui.closeButton->setDefaultAction(ui.actionClose);
     ui.actionAdd->setShortcuts(QKeySequence::New);
-    ui.actionDelete->setShortcuts(QKeySequence::Delete);
+    ui.actionDelete->setShortcut(Qt::Key_Delete); // the standard one takes Ctrl+D as well
     ui.actionFind->setShortcuts(QKeySequence::Find);
 }
 
@@ -29,8 +29,8 @@ void TaskCommands::disable()
 
 void TaskCommands::enable()
 {
-    for (QAction *action : {ui.actionEdit, ui.actionDelete, ui.actionHide, ui.actionUp, ui.actionDown,
-                            ui.actionShare, ui.actionClose, ui.actionClone})
+    for (QAction *action :
+         {ui.actionEdit, ui.actionDelete, ui.actionHide, ui.actionShare, ui.actionClose, ui.actionClone})
         action->setEnabled(true);
     ui.shareButton->setEnabled(true);
 }

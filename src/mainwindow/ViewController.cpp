@@ -9,9 +9,12 @@
 #include "platform/Diagnostics.h"
 #include "platform/NotificationCenter.h"
 #include "ui_ViewController.h"
+#include "widgets/Banner.h"
 
 #include <QActionGroup>
 #include <QCloseEvent>
+#include <QDesktopServices>
+#include <QFileInfo>
 #include <QShortcut>
 
 using namespace Qt::StringLiterals;
@@ -35,13 +38,18 @@ ViewController::ViewController(TaskManager &taskManager, NotificationCenter &app
     , screens(furtherScreens)
     , cloud(cloudSync)
     , taskListFile(taskManager, documentsFolder, stateFolder)
+    , unsavedBanner(new Banner(this))
+    , newsBanner(new Banner(this))
     , table(taskManager)
     , keptState(stateFolder)
 {
     ui->viewSelection->addItems(taskViewTitles());
     ui->tblView->setTable(table);
+    ui->mainLayout->insertWidget(0, newsBanner);
+    ui->mainLayout->insertWidget(0, unsavedBanner);
     addViewActions();
     viewDidLoad();
+    tellOfFile();
     connectActions();
     keptState.restore(*this, *ui->tblView->horizontalHeader());
 }
@@ -84,6 +92,7 @@ void ViewController::connectActions()
     }
     qApp->installEventFilter(this);
     connectScreens();
+    connect(&dayWatch, &DayWatch::dayMayHaveChanged, this, &ViewController::showToday);
     connect(ui->shareButton, &QToolButton::pressed, this, [this] { sharingTask(ui->shareButton); });
     connect(ui->tblView, &TaskTableView::doubleAction, this, [this] { doubleClickTable(ui->tblView); });
     connect(ui->actionQuit, &QAction::triggered, this, &ViewController::close);
@@ -100,7 +109,9 @@ void ViewController::connectActions()
 
 void ViewController::connectScreens()
 {
-    connect(ui->actionAdd, &QAction::triggered, this, [this] { screens.openAddForm(*this); });
+    connect(ui->actionAdd, &QAction::triggered, this, [this] {
+        screens.openAddForm(*this, [this](const QString &key) { ui->tblView->pointOut(key); });
+    });
     connect(ui->actionEdit, &QAction::triggered, this, [this] { screens.openEditForm(*this); });
     connect(ui->actionClients, &QAction::triggered, this, [this] { screens.openClients(*this); });
     connect(ui->actionTeamMembers, &QAction::triggered, this, [this] { screens.openTeamMembers(*this); });
@@ -115,10 +126,13 @@ void ViewController::viewDidLoad()
     util().prepareSound();
     taskListFile.parseFile(taskListFile.readFile());
     ui->viewSelection->setCurrentIndex(int(TaskView::All));
-    ui->tblView->horizontalHeader()->setSortIndicator(int(TaskColumn::Date), Qt::AscendingOrder);
-    manager.sortByColumn({.key = infoOf(TaskColumn::Date).sortKey, .ascending = true});
+    QHeaderView *header = ui->tblView->horizontalHeader();
+    header->setSortIndicator(keptState.isOrderedByHand() ? -1 : int(TaskColumn::Date), Qt::AscendingOrder);
+    if (!keptState.isOrderedByHand())
+        manager.sortByColumn({.key = infoOf(TaskColumn::Date).sortKey, .ascending = true});
     reloadTable();
     taskCommands.disable();
+    ui->tblView->setFocus();
     diagnostics::line("Dark Mode:", isDarkMode());
     notices.observe(notice::reload, this, [this] { reloadTableData(); });
     notices.observe(notice::update, this, [this] { updateComplete(); });
@@ -143,6 +157,10 @@ void ViewController::showEvent(QShowEvent *event)
 
 void ViewController::closeEvent(QCloseEvent *event)
 {
+    if (!taskListFile.isSaved() && !unsavedList().mayBeLeft(*this, u"&Quit Without Saving"_s)) {
+        event->ignore();
+        return;
+    }
     windowShouldClose();
     event->accept();
 }
@@ -202,6 +220,7 @@ void ViewController::sortDescriptorsDidChange()
         manager.selectTaskByKey(selectedKey); // the same task, at its new place
     reloadTable();
     ui->tblView->selectRowOfKey(shownKey);
+    keptState.saveOrder(*header);
 }
 
 void ViewController::ChangeView(QObject *)
@@ -229,6 +248,8 @@ void ViewController::search(QObject *)
         manager.startSearch(text);
     reloadTable();
     ui->tblView->selectRowOfKey(shownKey);
+    if (shownKey.isEmpty())
+        ui->tblView->scrollToTop(); // where the first hit is
 }
 
 void ViewController::reloadTableData()
@@ -236,7 +257,65 @@ void ViewController::reloadTableData()
     manager.refreshSearch();
     reloadTable();
     taskCommands.disable();
-    taskListFile.writeFile();
+    writeList();
+}
+
+void ViewController::writeList()
+{
+    if (taskListFile.writeFile())
+        unsavedBanner->withdraw();
+    else
+        unsavedList().tell(*unsavedBanner);
+    tellOfFile();
+}
+
+Unsaved ViewController::unsavedList()
+{
+    return {.what = u"The task list"_s,
+            .path = taskListFile.path(),
+            .reason = taskListFile.problem(),
+            .tryAgain =
+                [this] {
+                    writeList();
+                    return taskListFile.isSaved();
+                },
+            .content =
+                [this] {
+                    return taskListFile.text();
+                }};
+}
+
+/// Says once which rows were left out and where the file was copied to.
+void ViewController::tellOfFile()
+{
+    QStringList news;
+    if (const qsizetype rows = taskListFile.takeSkippedRows(); rows > 0)
+        news.append(
+            u"%1 of the rows in %2 could not be read and are not shown. The file is copied before it is "
+            "overwritten."_s.arg(QString::number(rows), taskListFile.path()));
+    const QString copy = taskListFile.takeCopyPath();
+    if (!copy.isEmpty())
+        news.append(u"What the task list's file held before is kept in %1."_s.arg(copy));
+    if (news.isEmpty())
+        return;
+    const QUrl folder = QUrl::fromLocalFile(QFileInfo(taskListFile.path()).path());
+    newsBanner->tell(news.join(u'\n'), {{u"&Show"_s,
+                                         [folder] {
+                                             QDesktopServices::openUrl(folder);
+                                         }},
+                                        {u"&Dismiss"_s, [this] {
+                                             newsBanner->withdraw();
+                                         }}});
+}
+
+/// Brings the view that depends on the day up to date; what is selected in it stays selected.
+void ViewController::showToday()
+{
+    if (ui->viewSelection->currentIndex() != int(TaskView::DueToday))
+        return;
+    const QString shownKey = ui->tblView->keyOfSelectedRow();
+    reloadTable();
+    ui->tblView->selectRowOfKey(shownKey);
 }
 
 void ViewController::updateComplete()
@@ -250,6 +329,7 @@ void ViewController::interfaceModeChangedWithSender(QObject *)
     taskListFile.followAppearance();
     taskCommands.disable();
     reloadTable();
+    tellOfFile();
 }
 
 void ViewController::reloadTable()

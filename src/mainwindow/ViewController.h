@@ -3,7 +3,9 @@
 #include "mainwindow/TaskCommands.h"
 #include "mainwindow/TaskTable.h"
 #include "mainwindow/WindowState.h"
+#include "platform/DayWatch.h"
 #include "taskfile/TaskListFile.h"
+#include "widgets/Unsaved.h"
 
 #include <QMainWindow>
 
@@ -11,6 +13,7 @@
 
 class CloudSync;
 class NotificationCenter;
+class Banner;
 class QAction;
 class Screens;
 class TaskManager;
@@ -74,10 +77,14 @@ private:
     void sortDescriptorsDidChange();
     void reloadTableData();
     void updateComplete();
+    void showToday();
 
     void chooseView(int position);
     void moveTask(bool up, const QString &wrongViewMessage);
     void reloadTable();
+    void writeList();
+    void tellOfFile();
+    Unsaved unsavedList();
 
     std::unique_ptr<Ui::ViewController> ui;
     TaskCommands taskCommands;
@@ -87,6 +94,9 @@ private:
     Screens &screens;
     CloudSync &cloud;
     TaskListFile taskListFile;
+    Banner *unsavedBanner; ///< while the list is not in its file
+    Banner *newsBanner;    ///< what has become of the file
     TaskTable table;
     WindowState keptState;
+    DayWatch dayWatch;
 };

@@ -47,24 +47,25 @@ void ViewController::moveTask(bool up, const QString &wrongViewMessage)
 {
     const QString key = manager.selectedTask().key;
     const bool inGlobalView = ui->viewSelection->currentIndex() == int(TaskView::GlobalAll);
-    if (manager.selected() < 0 || !inGlobalView) {
+    if (ui->tblView->selectedRow() < 0 || manager.selected() < 0 || !inGlobalView) {
         alertMessage(this, inGlobalView ? u"Select a Task."_s : wrongViewMessage);
         return;
     }
     manager.moveSelectedTask(up);
+    ui->tblView->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder); // the order is the user's own
+    keptState.saveOrder(*ui->tblView->horizontalHeader());
     reloadTable();
     taskCommands.disable();
     manager.selectTaskByKey(key);
     ui->tblView->selectRowOfKey(key);
-    taskListFile.writeFile();
+    writeList();
 }
 
 void ViewController::cloneTask(QObject *)
 {
     manager.cloneSelectedTask();
-    reloadTable();
-    taskCommands.disable();
-    taskListFile.writeFile();
+    reloadTableData();
+    ui->tblView->pointOut(manager.workingList().constLast()->key);
 }
 
 void ViewController::closeTask(QObject *)
@@ -77,9 +78,7 @@ void ViewController::closeTask(QObject *)
         player->play();
     diagnostics::line("Close Task");
     manager.closeSelectedTask();
-    reloadTable();
-    taskCommands.disable();
-    taskListFile.writeFile();
+    reloadTableData();
 }
 
 void ViewController::btnDeleteTask_ClickWithSender(QObject *)

@@ -39,6 +39,12 @@ private:
     QTimeZone zone;
 };
 
+/// The first of the hundred years that two digits stand for.
+inline int firstShortYear(QDate today)
+{
+    return today.year() - 80;
+}
+
 /// The day in the short form of the user's locale.
 QString shortDate(QDate day);
 /// A time of day in two-digit numbers, such as 08:05.

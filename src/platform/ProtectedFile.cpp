@@ -181,6 +181,7 @@ bool ProtectedFile::copyAside()
         error = copyPath + u": "_s + file.errorString();
         return false;
     }
+    copiedTo = copyPath;
     const FileDescriptor copy(copyPath, O_RDONLY);
     return (copy.isOpen() && copy.sync() && syncFolder(QFileInfo(copyPath).path())) || fail();
 }

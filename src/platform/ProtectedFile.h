@@ -41,6 +41,8 @@ public:
     /// redo file. A file to which somebody else has given another content since it was last read or written
     /// here is copied in the same way.
     void keepCopy() { copyDue = true; }
+    /// Where the file was copied to since this was last asked; empty for no copy.
+    QString takeCopyPath() { return std::exchange(copiedTo, {}); }
 
 private:
     /// What a change of the file shows in: which file it is, its size and the time of its last change.
@@ -75,6 +77,7 @@ private:
     QString stateFolder;
     QString redoPath;
     QString error;
+    QString copiedTo;
     State lastSeen;
     std::optional<Digest> held; ///< what it held then; nothing when that is uncertain
     bool copyDue = false;

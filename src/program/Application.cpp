@@ -31,6 +31,7 @@ Application::Application(int &argc, char **argv)
     setQuitOnLastWindowClosed(false);
     addLibraryPath(applicationDirPath() + u"/" QUORVANE_MODULE_PATH ""_s);
     QDir::setSearchPaths(u"bundle"_s, {u":/bundle"_s});
+    installEventFilter(&wheelGuard);
     connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
             &diagnostics::flush);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "widgets/WheelGuard.h"
+
 #include <QApplication>
 
 class NotificationCenter;
@@ -17,4 +19,7 @@ public:
     /// Moves to the documents folder when nothing can be written in the working folder, where the
     /// whiteboard's picture is kept.
     static void findWritableFolder();
+
+private:
+    WheelGuard wheelGuard;
 };

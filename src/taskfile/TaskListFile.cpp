@@ -16,26 +16,32 @@ TaskListFile::TaskListFile(TaskManager &taskManager, const QString &documentsFol
         file.emplace(documentsFolder + u"/zandulist.txt"_s, stateFolder);
 }
 
-bool TaskListFile::writeFile()
+QByteArray TaskListFile::text()
 {
     constexpr qsizetype usualRow = 240;
     const TaskList &tasks = manager.workingList();
     TaskRowWriter writer(separatorFieldsFile, separatorRowsFile);
-    QByteArray text;
-    text.reserve(tasks.size() * usualRow);
+    QByteArray rows;
+    rows.reserve(tasks.size() * usualRow);
     for (const SharedTask &entry : tasks) {
         color = storedOrHeld(entry->color, invertedColors);
         if (invertedColors)
             diagnostics::line("Inverted -> Switch to original");
-        writer.append(text, *entry, color);
+        writer.append(rows, *entry, color);
     }
+    return rows;
+}
+
+bool TaskListFile::writeFile()
+{
+    const QByteArray rows = text();
     if (file) {
-        lastWriteFailed = !file->write(text);
+        lastWriteFailed = !file->write(rows);
         if (lastWriteFailed) {
             diagnostics::line("Error");
             return false;
         }
-        diagnostics::line("Write File", text);
+        diagnostics::line("Write File", rows);
     }
     invertedColors = isDarkMode();
     return true;
@@ -64,6 +70,7 @@ void TaskListFile::parseFile(const QString &text)
     const bool isDark = isDarkMode();
     const qsizetype rows = text.count(rowEnd);
     diagnostics::line("No of Rows:", rows + 1);
+    skipped = 0;
     TaskRowReader reader(separatorFieldsFile, separatorRowsFile);
     const QStringView whole(text);
     qsizetype start = 0;
@@ -87,6 +94,7 @@ void TaskListFile::parseRow(qsizetype number, QStringView row, TaskRowReader &re
     if (file && (!entry || reader.leavesFieldsOut()))
         file->keepCopy();
     if (!entry) {
+        ++skipped;
         diagnostics::line("Row skipped:", number, reader.problem(), row);
         return;
     }

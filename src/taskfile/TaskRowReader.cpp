@@ -86,6 +86,9 @@ std::optional<task> TaskRowReader::read(QStringView row, const Times &times)
 void TaskRowReader::split(QStringView row)
 {
     rowFields.clear();
+    // Somebody's editor may have put every row on a line of its own.
+    while (row.startsWith(u'\n') || row.startsWith(u'\r'))
+        row = row.sliced(1);
     qsizetype start = 0;
     for (qsizetype end; (end = row.indexOf(QChar(fieldSeparator), start)) >= 0; start = end + 1)
         rowFields.append(row.sliced(start, end - start));

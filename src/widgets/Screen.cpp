@@ -10,6 +10,12 @@ void bringToFront(QWidget &window)
     window.activateWindow();
 }
 
+void Screen::done(int result)
+{
+    if (viewShouldClose())
+        QDialog::done(result);
+}
+
 void Screen::showEvent(QShowEvent *event)
 {
     if (event->spontaneous()) {

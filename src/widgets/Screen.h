@@ -15,11 +15,14 @@ public:
     using QDialog::QDialog;
 
 protected:
+    /// Whether the screen may be closed; the answer may come from the user.
+    virtual bool viewShouldClose() { return true; }
     virtual void viewWillAppear() {}
     virtual void viewDidAppear() {}
     virtual void viewWillDisappear() {}
     virtual void viewDidDisappear() {}
 
+    void done(int result) override;
     void showEvent(QShowEvent *event) final;
     void hideEvent(QHideEvent *event) final;
 };

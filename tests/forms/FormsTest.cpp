@@ -9,6 +9,7 @@
 #include "widgets/ColorWell.h"
 #include "widgets/DatePicker.h"
 #include "widgets/TextView.h"
+#include "widgets/TimePicker.h"
 
 #include <QColorDialog>
 #include <QComboBox>
@@ -17,7 +18,6 @@
 #include <QSignalSpy>
 #include <QSqlDatabase>
 #include <QTableView>
-#include <QTimeEdit>
 
 using namespace Qt::StringLiterals;
 
@@ -77,8 +77,8 @@ private slots:
         QCOMPARE(client.itemText(1) + client.currentText(), QString());
         type("client", u"smith"_s, Qt::Key_Return); // not the one that is listed
         type("inTaskStatus", u"open"_s);            // nor this one
-        child<QTimeEdit>("startTime").setTime(QTime(9, 30));
-        child<QTimeEdit>("endTime").setTime(QTime(18, 45));
+        child<TimePicker>("startTime").setTime(QTime(9, 30));
+        child<TimePicker>("endTime").setTime(QTime(18, 45));
         bool isToldInTime = false;
         QObject observer;
         notices.observe(notice::reload, &observer,
@@ -90,8 +90,8 @@ private slots:
         QCOMPARE(added.status, -1);
         QVERIFY(Calendar::now() - added.date < std::chrono::minutes(1));
         openAdd();
-        QCOMPARE(child<QTimeEdit>("startTime").time(), QTime(9, 30));
-        QCOMPARE(child<QTimeEdit>("endTime").time(), QTime(18, 45));
+        QCOMPARE(child<TimePicker>("startTime").time(), QTime(9, 30));
+        QCOMPARE(child<TimePicker>("endTime").time(), QTime(18, 45));
     }
 
     void storingAnUntouchedTaskKeepsIt()
@@ -131,15 +131,16 @@ private slots:
                                                  : u"Select a Due Date after Start Date"_s;
             const QDate day(2026, 3, dayOfMarch);
             const bool returnsToNow = isRefused && !edits; // a new form has accepted no other date yet
+            const QDateTime before = Calendar::localTime(picker.moment());
             const QDateTime expected = returnsToNow ? QDateTime::currentDateTime()
-                                       : isRefused  ? picker.dateTime()
-                                                    : QDateTime(day, picker.time());
-            QCOMPARE(alertDuring([&] { picker.setDate(day); }), isRefused ? refusal : QString());
-            const QDateTime accepted = picker.dateTime();
+                                       : isRefused  ? before
+                                                    : QDateTime(day, before.time());
+            QCOMPARE(alertDuring([&] { enter(picker, day); }), isRefused ? refusal : QString());
+            const QDateTime accepted = Calendar::localTime(picker.moment());
             QVERIFY(qAbs(accepted.msecsTo(expected)) < (returnsToNow ? 60'000 : 1));
             const QDate farOff(changesStart ? 9000 : 1000, 1, 1);
-            QCOMPARE(alertDuring([&] { picker.setDate(farOff); }), refusal);
-            QCOMPARE(picker.dateTime(), accepted);
+            QCOMPARE(alertDuring([&] { enter(picker, farOff); }), refusal);
+            QCOMPARE(Calendar::localTime(picker.moment()), accepted);
         }
     }
 
@@ -169,16 +170,14 @@ private slots:
         auto &due = child<DatePicker>("dtTaskDueDate");
         const QSignalSpy chosen(&due, &DatePicker::dayChosen);
         for (const auto &[end, day] : {std::pair(Qt::Key_Escape, 5), {Qt::Key_Return, 6}}) {
-            const QPoint arrow(due.width() - 10, due.height() / 2);
-            QTest::mouseMove(&due, arrow);
-            QTest::mouseClick(&due, Qt::LeftButton, {}, arrow);
+            QTest::keyClick(&due, Qt::Key_Down, Qt::AltModifier);
             auto *days = QApplication::activePopupWidget()->findChild<QTableView *>();
             days->setFocus();
             QTest::keyClick(days, Qt::Key_Right);
             QTest::keyClick(days, end);
             QVERIFY(!QApplication::activePopupWidget());
             QCoreApplication::processEvents();
-            QCOMPARE(due.date().day(), day);
+            QCOMPARE(Calendar::localTime(due.moment()).date().day(), day);
             QCOMPARE(chosen.size(), end == Qt::Key_Return);
         }
     }
@@ -261,13 +260,20 @@ private slots:
     {
         const task other{.key = u"other"_s};
         openEdit(other, -1);
-        child<QTimeEdit>("startTime").setTime(QTime(9, 30));
+        child<TimePicker>("startTime").setTime(QTime(9, 30));
         click("storeButton");
         QVERIFY(tasks().size() == 1 && haveEqualFields(*tasks()[0], other));
         QCOMPARE(manager->defaultStartHour, 9);
     }
 
 private:
+    static void enter(DatePicker &picker, QDate day)
+    {
+        picker.selectAll();
+        QTest::keyClicks(&picker, day.toString(u"M/d/yyyy"));
+        QTest::keyClick(&picker, Qt::Key_Return);
+    }
+
     template <typename Form>
     void open()
     {

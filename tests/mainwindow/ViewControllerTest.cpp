@@ -4,6 +4,8 @@
 #include "platform/Preferences.h"
 #include "program/Program.h"
 #include "support/Dialogs.h"
+#include "support/FullDisk.h"
+#include "support/Tasks.h"
 #include "support/TestProgram.h"
 
 #include <QAbstractItemModelTester>
@@ -11,7 +13,11 @@
 #include <QDialog>
 #include <QDir>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QShortcut>
 #include <QTableView>
 #include <QTimer>
 #include <QToolButton>
@@ -47,6 +53,11 @@ private slots:
         home = std::make_unique<QTemporaryDir>();
         writeTo(home->filePath(u"zandulist.txt"_s),
                 row("c", 3) + row("a", 1) + row("b", 2, 1) + row("H", 2, 0, true));
+        open();
+    }
+
+    void open()
+    {
         program.reset();
         manager = std::make_unique<TaskManager>(preferences);
         program = std::make_unique<Program>(
@@ -88,17 +99,6 @@ private slots:
         QCOMPARE(enabledButtons(), u"upper downer"_s);
     }
 
-    void commandsWithoutATask()
-    {
-        selectRow(0);
-        manager->select(-1);
-        window->hideClicked(nullptr);
-        chooseView(6);
-        for (const char *name : {"upper", "downer"})
-            QCOMPARE(press(name), u"Select a Task."_s);
-        QCOMPARE(filed(), u"cabH"_s);
-    }
-
     void movesAndCopiesAreFiled()
     {
         chooseView(6);
@@ -116,9 +116,101 @@ private slots:
         QCOMPARE(filed().first(4), u"aHbc"_s);
         QCOMPARE(filed().size(), 5);
         QCOMPARE(enabledButtons(), u"upper downer"_s);
-        QCOMPARE(rows().size(), 1);
-        chooseView(6); // where the search finds the copy, too
         QCOMPARE(rows().size(), 2);
+        const QString order = filed();
+        open(); // the order made by hand is no column's, and stays
+        chooseView(6);
+        QCOMPARE(rows(), order);
+    }
+
+    void closesTheTaskThatWasFound()
+    {
+        show({{.key = u"x"_s, .name = u"pear"_s},
+              {.key = u"y"_s, .name = u"plum"_s},
+              {.key = u"z"_s, .name = u"plum"_s}});
+        searchField->setText(u"plum"_s);
+        selectRow(0);
+        press("close");
+        QCOMPARE(manager->tasks()[0]->status, taskStatus::closed);
+        QCOMPARE(manager->tasks()[1]->status, taskStatus::open);
+    }
+
+    void theTableStaysWhereItIs()
+    {
+        QList<task> many;
+        for (int number = 0; number < 200; ++number)
+            many.append({.key = QString::number(number)});
+        show(many);
+        chooseView(6);
+        table->scrollToBottom();
+        const int place = table->verticalScrollBar()->value();
+        QVERIFY(place > 0);
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->viewport()->rect().center());
+        press("hide");
+        QCOMPARE(table->verticalScrollBar()->value(), place);
+    }
+
+    void theFirstStepSelectsTheFirstRow()
+    {
+        QVERIFY(table->currentIndex().row() == 0 && manager->selected() < 0);
+        for (const QString &key : {u"a"_s, u"b"_s}) {
+            QTest::keyClick(window->focusWidget(), Qt::Key_Down);
+            QCOMPARE(manager->selectedTask().key, key);
+        }
+    }
+
+    void noTwoCommandsShareTheirKeys()
+    {
+        for (const char *opener : {"", "actionAdd", "actionClients", "actionTeamMembers", "actionMessages",
+                                   "actionSettings", "actionNotes", "actionWhiteboard"}) {
+            if (auto *action = window->findChild<QAction *>(QString::fromLatin1(opener)); *opener)
+                action->trigger();
+            const QWidget *screen = window;
+            for (const QDialog *dialog : window->findChildren<QDialog *>())
+                if (*opener && dialog->isVisible())
+                    screen = dialog;
+            QStringList keys;
+            for (const QAction *action : screen->findChildren<QAction *>())
+                if (action->parent() == screen)
+                    for (const QKeySequence &sequence : action->shortcuts())
+                        keys += sequence.toString();
+            for (const QShortcut *shortcut : screen->findChildren<QShortcut *>())
+                if (shortcut->parent() == screen && shortcut->context() == Qt::WindowShortcut)
+                    keys += shortcut->key().toString();
+            QCOMPARE(keys.removeDuplicates(), 0);
+            if (screen != window)
+                delete screen;
+        }
+    }
+
+    void whatIsNotSavedIsTold()
+    {
+        const auto banner = [this] {
+            QString texts;
+            for (const auto *shown : window->findChildren<QFrame *>(u"banner"_s))
+                if (shown->isVisible())
+                    texts += shown->findChild<QLabel *>()->text();
+            return texts;
+        };
+        QCOMPARE(banner(), QString());
+        selectRow(0);
+        {
+            const FullDisk full(10);
+            press("clone");
+            QVERIFY(banner().startsWith(u"The task list could not be saved to "_s + home->path()));
+            const AlertAnswer answer(u"Cancel"_s);
+            window->close();
+            QVERIFY(answer.wasShown() && window->isVisible());
+        }
+        for (auto *choice : window->findChildren<QPushButton *>())
+            if (choice->text() == u"&Try Again")
+                choice->click();
+        QCOMPARE(banner(), QString());
+        QCOMPARE(filed().size(), 5);
+        program.reset();
+        writeTo(home->filePath(u"zandulist.txt"_s), row("a", 1) + "broken^");
+        open();
+        QVERIFY(banner().startsWith(u"1 of the rows in "_s + home->path()));
     }
 
     void closesATaskOnceWithASound()
@@ -203,6 +295,10 @@ private slots:
         QVERIFY(press("delete", u"Yes"_s).endsWith(u"?task b"));
         QCOMPARE(rows(), u"ac"_s);
         QCOMPARE(filed(), u"aHc"_s);
+        searchField->clear();
+        chooseView(6);
+        QCOMPARE(press("downer"), u"Select a Task."_s); // not the one in the place of the deleted one
+        QCOMPARE(filed(), u"aHc"_s);
     }
 
     void cellsAndColors()
@@ -234,6 +330,13 @@ private:
     QToolButton *button(const QString &name) const
     {
         return window->findChild<QToolButton *>(name + u"Button"_s);
+    }
+
+    /// Makes these the tasks of the list.
+    void show(const QList<task> &tasks)
+    {
+        setTasks(*manager, tasks);
+        program->applicationNotices().post(notice::reload);
     }
 
     /// Presses the button and answers the alert that comes up; what that says.

@@ -163,6 +163,7 @@ private slots:
               {u"ÞÓR 3×4"_s, u"þór 3×"_s, true},
               {u"3×4"_s, u"3÷"_s, false}, // no letters: the multiplication sign
               {u"ΑΘΗΝΑ"_s, u"αθηνα"_s, true},
+              {u"ΟΔΟΣ"_s, u"οδος"_s, true},
               {u"𐐀 x"_s, u"𐐨"_s, true},          // beyond the basic plane
               {u"20 \u212A"_s, u"20 k"_s, true}, // the Kelvin sign
               {u"[@`{"_s, u"{"_s, true},         // neighbours of letters in ASCII

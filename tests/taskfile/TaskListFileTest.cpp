@@ -49,6 +49,8 @@ private slots:
             QCOMPARE(manager->backupTasks().size(), text.count('^'));
             QCOMPARE(written(), text);
         }
+        load(fenceRow + '\n' + fenceRow + "\r\n"); // rows that an editor has put on lines of their own
+        QCOMPARE(written(), fenceRow + fenceRow);
         QVERIFY(QFile::remove(filePath()));
         QCOMPARE(file->readFile(), QString());
         QVERIFY(file->writeFile() && QFile::exists(filePath()));
