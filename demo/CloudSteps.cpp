@@ -13,12 +13,17 @@ static void waitForAnswers(Tour &tour)
     tour.stage.check(tour.program.cloudSync().finish(std::chrono::minutes(1)), u"the cloud answers"_s);
 }
 
-static void update(Tour &tour, const QString &pictureName = {})
+static void askForUpdate(Tour &tour, const QString &answer, const QString &pictureName = {})
+{
+    tour.throughAlert([&tour] { hand::choose(tour.window, u"Cloud"_s, u"Update from Cloud"_s); },
+                      u"Do you want to update from the Cloud?"_s, answer, pictureName);
+}
+
+static void update(Tour &tour)
 {
     auto &status = hand::child<QLabel>(tour.window, u"statusMessageLabel"_s);
     status.clear();
-    tour.throughAlert([&tour] { hand::choose(tour.window, u"Cloud"_s, u"Update from Cloud"_s); },
-                      u"Do you want to update from the Cloud?"_s, u"Yes"_s, pictureName);
+    askForUpdate(tour, u"Yes"_s);
     tour.throughAlert([] {}, u"Sync from iCloud succesfully!"_s, u"OK"_s); // comes a second later
     waitForAnswers(tour);
     tour.stage.same(status.text(), u"----iCloud:Update Complete!----", u"the status line"_s);
@@ -43,7 +48,10 @@ void updateFromCloud(Tour &tour)
     tour.expected.setHidden(task, true);
     tour.showView(TaskView::Hidden);
     tour.checkView(TaskView::Hidden);
-    update(tour, u"update-question"_s);
+    askForUpdate(tour, u"No"_s, u"update-question"_s);
+    waitForAnswers(tour); // to what has not been asked
+    tour.checkView(TaskView::Hidden);
+    update(tour);
     tour.expected.setHidden(task, false);
     tour.checkView(TaskView::Hidden);
     tour.showView(TaskView::GlobalAll);
@@ -60,6 +68,7 @@ void deleteTask(Tour &tour)
     tour.selectTask(task);
     tour.throughAlert([&tour] { hand::press(tour.table, Qt::Key_Delete); }, question, u"No"_s);
     tour.checkView(TaskView::GlobalAll);
+    tour.checkTaskButtons(false);
     tour.selectTask(task);
     tour.throughAlert([&tour] { hand::click(tour.button(u"delete"_s)); }, question, u"Yes"_s,
                       u"delete-question"_s);

@@ -18,26 +18,14 @@ using namespace std::chrono_literals;
 
 namespace {
 
-task sample(const QString &key, const QString &name)
-{
-    task entry{.key = key, .name = name, .desc = u"it's \\ \"quoted\"\n🌳 %1 $1 ?"_s, .teamMember = u"Zoë"_s};
-    entry.date = Instant(std::chrono::milliseconds(-123'456'789'012'345));
-    entry.due = Instant(1'800'000'000'001ms);
-    entry.color = {0.1, 1.0 / 3.0, 5e-324, 0.25098039215686274};
-    entry.status = -1;
-    entry.priority = std::numeric_limits<qint64>::max();
-    entry.statusName = u"Waiting"_s;
-    entry.hidden = true;
-    std::tie(entry.startHour, entry.startMin, entry.endHour, entry.endMin) = std::tuple(23, 59, 0, 1);
-    return entry;
-}
-
 /// Tasks that are numbered, and named after their key.
-TaskList samples(int count, const QString &prefix = {})
+QList<task> samples(int count, const QString &prefix = {})
 {
-    TaskList tasks;
-    for (int number = 0; number < count; ++number)
-        tasks.append(sample(prefix + QString::number(number), prefix + QString::number(number)));
+    QList<task> tasks;
+    for (int number = 0; number < count; ++number) {
+        const QString key = prefix + QString::number(number);
+        tasks.append(sampleTask(key, key));
+    }
     return tasks;
 }
 
@@ -52,7 +40,7 @@ CloudRecord recordOf(const task &entry)
 class Program
 {
 public:
-    explicit Program(const CloudHome &home, const TaskList &tasks = {})
+    explicit Program(const CloudHome &home, const QList<task> &tasks = {})
         : container(home, taskRecordType())
     {
         fill(tasks);
@@ -61,7 +49,7 @@ public:
     }
 
     // What a user does, and all that follows from it.
-    void fill(const TaskList &tasks) { setTaskList(manager, tasks); }
+    void fill(const QList<task> &tasks) { setTasks(manager, tasks); }
     void update() { settle(sync.updateFromCloud()); }
     void copy() { settle(sync.syncAllToCloud()); }
     void save(const task &entry) { settle(sync.saveTaskToCloud(entry)); }
@@ -144,17 +132,17 @@ private slots:
         for (const CloudHome &home : homes()) {
             Program first(home);
             QVERIFY(first.sync.syncAllToCloud()); // nothing to copy
-            first.fill({sample(u"a"_s, u"A"_s), sample(u"b"_s, u"B"_s)});
+            first.fill({sampleTask(u"a"_s, u"A"_s), sampleTask(u"b"_s, u"B"_s)});
             first.copy();
             QCOMPARE(first.events, u"uuuu"_s); // for each the edit and the addition that it becomes
 
             Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, u"Dark"_s);
-            Program second(home, {sample(u"local"_s, u"L"_s), task{.key = u"b"_s, .name = u"old"_s}});
+            Program second(home, {sampleTask(u"local"_s, u"L"_s), task{.key = u"b"_s, .name = u"old"_s}});
             second.update();
             QCOMPARE(second.names(), QStringList({u"L"_s, u"B"_s, u"A"_s}));
             QCOMPARE(second.events, u"uru"_s);
             QCOMPARE(second.manager.lastMessage, u"----iCloud:Update Complete!----"_s);
-            task expected = sample(u"b"_s, u"B"_s);
+            task expected = sampleTask(u"b"_s, u"B"_s);
             expected.color = expected.color.inverted();
             QVERIFY(haveEqualFields(*second.manager.tasks()[1], expected));
             second.copy(); // from the dark
@@ -172,15 +160,15 @@ private slots:
     void recordsOfOneKey()
     {
         for (const CloudHome &home : homes()) {
-            Program program(home, {sample(u"a"_s, u"local"_s)});
-            program.sync.saveTaskToCloud(sample(u"a"_s, u"first"_s));
-            program.save(sample(u"a"_s, u"last"_s));
+            Program program(home, {sampleTask(u"a"_s, u"local"_s)});
+            program.sync.saveTaskToCloud(sampleTask(u"a"_s, u"first"_s));
+            program.save(sampleTask(u"a"_s, u"last"_s));
             // A search with no hits: what is merged goes to the whole list.
             program.manager.startSearch(u"nowhere to be found"_s);
             program.update();
             program.manager.endSearch();
             QCOMPARE(program.names(), QStringList(u"last"_s));
-            program.fill({sample(u"a"_s, u"both"_s)});
+            program.fill({sampleTask(u"a"_s, u"both"_s)});
             program.copy();
             QCOMPARE(namesIn(home), QStringList(u"both"_s));
             program.remove(u"a"_s);
@@ -196,14 +184,14 @@ private slots:
     {
         Program program(newFile());
         CloudRecord record = newTaskRecord();
-        const CloudRecord whole = recordOf(sample(u"a"_s, u"A"_s));
+        const CloudRecord whole = recordOf(sampleTask(u"a"_s, u"A"_s));
         for (const auto &[field, value] : whole.fields())
             if (field != u"client" && field != u"startHour")
                 record.setValue(field, field == u"status" ? u"x"_s : value);
         program.container.privateCloudDatabase().saveRecord(record, [](const auto &) {});
         CapturedOutput output;
         program.update();
-        task expected = sample(u"a"_s, u"A"_s);
+        task expected = sampleTask(u"a"_s, u"A"_s);
         expected.client = u"UnAssigned"_s;
         expected.status = 0;
         expected.startHour = 8;
@@ -235,11 +223,11 @@ private slots:
     {
         Program anna(homeOnServer(u"anna"_s));
         Program bert(homeOnServer(u"bert"_s));
-        anna.save(sample(u"a"_s, u"Anna's"_s));
-        bert.save(sample(u"a"_s, u"Bert's"_s));
+        anna.save(sampleTask(u"a"_s, u"Anna's"_s));
+        bert.save(sampleTask(u"a"_s, u"Bert's"_s));
         bert.update();
         QCOMPARE(bert.names().size(), 1);
-        QVERIFY(haveEqualFields(*bert.manager.tasks()[0], sample(u"a"_s, u"Bert's"_s)));
+        QVERIFY(haveEqualFields(*bert.manager.tasks()[0], sampleTask(u"a"_s, u"Bert's"_s)));
         bert.remove(u"a"_s);
         const QString count = u"SELECT count(*) FROM \"Task\""_s;
         for (const QString &role : {u"bert"_s, u"keeper"_s})
@@ -264,7 +252,7 @@ private slots:
     void aLostServerIsFoundAgain()
     {
         Program program(homeOnServer(u"anna"_s));
-        program.save(sample(u"0"_s, u"0"_s));
+        program.save(sampleTask(u"0"_s, u"0"_s));
         server->run(
             u"admin"_s,
             u"SELECT pg_terminate_backend(pid, 20000) FROM pg_stat_activity WHERE usename = 'anna'"_s);
@@ -288,8 +276,8 @@ private slots:
 
     void aSpoiltRequestSpoilsNoOther()
     {
-        TaskList tasks = samples(9);
-        tasks[5].edit().name = QChar(0); // no text of the server's can hold it
+        QList<task> tasks = samples(9);
+        tasks[5].name = QChar(0); // no text of the server's can hold it
         Program program(homeOnServer(u"anna"_s), tasks);
         CapturedOutput output;
         program.copy();
@@ -305,9 +293,9 @@ private slots:
         {
             const FullDisk full(500'000);
             Program program(home);
-            for (const SharedTask &entry : samples(100, QString(2000, u'x')))
+            for (const task &entry : samples(100, QString(2000, u'x')))
                 program.container.privateCloudDatabase().saveRecord(
-                    recordOf(*entry), [&](const auto &answer) { ++(answer.index() == 0 ? saved : failed); });
+                    recordOf(entry), [&](const auto &answer) { ++(answer.index() == 0 ? saved : failed); });
             program.settle();
         }
         QVERIFY(saved > 0 && failed > 0);
@@ -409,5 +397,4 @@ private:
 };
 
 static const TestClass<CloudTest> registered;
-
 #include "CloudTest.moc"

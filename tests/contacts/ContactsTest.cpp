@@ -203,5 +203,4 @@ private:
 };
 
 static const TestClass<ContactsTest> registered;
-
 #include "ContactsTest.moc"

@@ -96,23 +96,9 @@ private slots:
 
     void storingAnUntouchedTaskKeepsIt()
     {
-        task original{.key = u"KEY"_s,
-                      .date = moment(u"2026-11-01T06:30:15.123Z"_s), // 1:30 for the second time
-                      .name = QString(40'000, u'n'),
-                      .desc = u"two\r\nlines with\u00A0blanks"_s,
-                      .client = u"Nobody listed"_s,
-                      .teamMember = u"Anna"_s,
-                      .color = {0.1, 0.2, 1.0 / 3.0, 0.25},
-                      .due = moment(u"2026-11-02T05:00:00.001Z"_s),
-                      .status = -1,
-                      .priority = 7,
-                      .statusName = u"Waiting"_s,
-                      .priorityName = u"Sky-high"_s,
-                      .hidden = true,
-                      .startHour = 23,
-                      .startMin = 59,
-                      .endHour = 0,
-                      .endMin = 1};
+        task original = sampleTask(u"KEY"_s, QString(40'000, u'n'));
+        original.date = moment(u"2026-11-01T06:30:15.123Z"_s); // 1:30 for the second time
+        original.due = moment(u"2026-11-02T05:00:00.001Z"_s);
         openEdit(original);
         click("storeButton");
         QVERIFY(!form->isVisible());
@@ -356,5 +342,4 @@ private:
 };
 
 static const TestClass<FormsTest> registered;
-
 #include "FormsTest.moc"

@@ -207,5 +207,4 @@ private slots:
 };
 
 static const TestClass<GatewayTest> registered;
-
 #include "GatewayTest.moc"

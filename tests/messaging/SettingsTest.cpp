@@ -81,5 +81,4 @@ private slots:
 };
 
 static const TestClass<SettingsTest> registered;
-
 #include "SettingsTest.moc"

@@ -1,3 +1,4 @@
+#include "support/FakePortal.h"
 #include "support/TestProgram.h"
 #include "widgets/Palettes.h"
 
@@ -127,10 +128,7 @@ private slots:
 
     void looksAndSoundsAsTheDesktopDoes()
     {
-        QProcess portal;
-        portal.start(u"" BINARY_DIR "/bin/fake_portal"_s, QStringList());
-        portal.write("1");
-        QVERIFY(portal.waitForReadyRead(limit));
+        FakePortal portal(1);
         const QTemporaryDir empty; // home, and the folder of the pictures
         Running process(empty.path());
         process.setWorkingDirectory(empty.path());
@@ -145,15 +143,12 @@ private slots:
             return seen;
         };
         QTRY_COMPARE_WITH_TIMEOUT(base(), palettes::dark().color(QPalette::Base), limit);
-        portal.write("2");
+        portal.change(2);
         QTRY_COMPARE_WITH_TIMEOUT(base(), palettes::light().color(QPalette::Base), limit);
         QTRY_VERIFY_WITH_TIMEOUT(
             contentOf(u"/proc/%1/maps"_s.arg(process.processId())).contains("quorvanesound"), limit);
-        portal.closeWriteChannel();
-        QVERIFY(portal.waitForFinished(limit));
     }
 };
 
 static const TestClass<ProgramTest> registered;
-
 #include "ProgramTest.moc"

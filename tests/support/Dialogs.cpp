@@ -20,12 +20,9 @@ AlertAnswer::AlertAnswer(const QString &button, const std::function<void(QMessag
         informativeText = alert->informativeText();
         for (const QLabel *label : alert->findChildren<QLabel *>())
             isPlain = isPlain && (label->textFormat() == Qt::PlainText || label->text().isEmpty());
-        isWarning = alert->icon() == QMessageBox::Warning;
-        for (QAbstractButton *choice : alert->buttons()) {
-            buttons.append(choice->text().remove(u'&'));
-            if (buttons.last() == button)
+        for (QAbstractButton *choice : alert->buttons())
+            if (choice->text().remove(u'&') == button)
                 QTest::mouseClick(choice, Qt::LeftButton);
-        }
     });
     timer.start(0);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QStringList>
+#include <QString>
 #include <QTimer>
 
 #include <functional>
@@ -17,8 +17,6 @@ public:
     bool wasShown() const { return shown; }
     QString text;
     QString informativeText;
-    QStringList buttons;
-    bool isWarning = false;
     bool isPlain = true; ///< no label takes its text for markup
 
 private:

@@ -59,24 +59,20 @@ PostgresServer::PostgresServer()
         qFatal("%s", qPrintable(password.errorString()));
     password.setPermissions(QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther);
     password.close();
-    runTool(u"initdb"_s,
-            {u"--pgdata="_s + folder.filePath(u"data"_s), u"--username=admin"_s, u"--auth=scram-sha-256"_s,
-             u"--pwfile="_s + password.fileName(), u"--encoding=UTF8"_s, u"--locale=C"_s, u"--no-sync"_s});
+    QProcess initialisation;
+    runUnprivileged(initialisation);
+    initialisation.start(toolPath(u"initdb"_s),
+                         {u"--pgdata="_s + folder.filePath(u"data"_s), u"--username=admin"_s,
+                          u"--auth=scram-sha-256"_s, u"--pwfile="_s + password.fileName(),
+                          u"--encoding=UTF8"_s, u"--locale=C"_s, u"--no-sync"_s});
+    if (!initialisation.waitForFinished() || initialisation.exitCode() != 0)
+        qFatal("initdb: %s", initialisation.readAllStandardError().constData());
     start();
 }
 
 PostgresServer::~PostgresServer()
 {
     stop();
-}
-
-void PostgresServer::runTool(const QString &tool, const QStringList &arguments) const
-{
-    QProcess process;
-    runUnprivileged(process);
-    process.start(toolPath(tool), arguments);
-    if (!process.waitForFinished() || process.exitCode() != 0)
-        qFatal("%s: %s", qPrintable(tool), process.readAllStandardError().constData());
 }
 
 void PostgresServer::start()

@@ -21,7 +21,6 @@ public:
     QString url(const QString &role) const;
 
 private:
-    void runTool(const QString &tool, const QStringList &arguments) const;
     QString psql(const QString &role, const QStringList &arguments) const;
 
     QTemporaryDir folder;

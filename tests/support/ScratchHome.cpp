@@ -34,3 +34,11 @@ void writeTo(const QString &path, const QByteArray &content)
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
         qFatal("cannot write %s", qPrintable(path));
 }
+
+QByteArrayList copiesIn(const QString &folder)
+{
+    QByteArrayList contents;
+    for (const QString &name : QDir(folder).entryList({QStringLiteral("*.damaged-*")}))
+        contents.append(contentOf(folder + QLatin1Char('/') + name));
+    return contents;
+}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArrayList>
 #include <QTemporaryDir>
 
 /// A home folder of the test's own: home and every XDG folder point into it as long as it lives.
@@ -18,3 +19,5 @@ private:
 
 QByteArray contentOf(const QString &path);
 void writeTo(const QString &path, const QByteArray &content);
+/// What was copied aside in the folder since it could be lost, the oldest first.
+QByteArrayList copiesIn(const QString &folder);

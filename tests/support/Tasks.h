@@ -14,28 +14,26 @@ inline void setTasks(TaskManager &manager, const QList<task> &tasks)
     manager.defaultStartMin = manager.defaultEndMin = 0;
 }
 
-/// Likewise with tasks as lists hold them.
-inline void setTaskList(TaskManager &manager, const TaskList &tasks)
+/// A task with a value of its own in every field.
+inline task sampleTask(const QString &key, const QString &name)
 {
-    QList<task> plain;
-    for (const SharedTask &entry : tasks)
-        plain.append(*entry);
-    setTasks(manager, plain);
-}
-
-/// Changes the task with this key; the selection stays.
-inline void changeTask(TaskManager &manager, const QString &key, const std::function<void(task &)> &change)
-{
-    const qint64 selected = manager.selected();
-    manager.selectTaskByKey(key);
-    task changed = manager.selectedTask();
-    change(changed);
-    manager.editSelectedTask(changed);
-    if (changed.hidden)
-        manager.hideSelectedTask();
-    else
-        manager.unhideSelectedTask();
-    manager.select(selected);
+    return {.key = key,
+            .date = Instant(std::chrono::milliseconds(-123'456'789'012'345)),
+            .name = name,
+            .desc = QStringLiteral("it's \\ \"quoted\"\r\n🌳\u00a0%1 $1 ?"),
+            .client = QStringLiteral("Nobody listed"),
+            .teamMember = QStringLiteral("Zoë"),
+            .color = {0.1, 1.0 / 3.0, 5e-324, 0.25098039215686274},
+            .due = Instant(std::chrono::milliseconds(1'800'000'000'001)),
+            .status = -1,
+            .priority = std::numeric_limits<qint64>::max(),
+            .statusName = QStringLiteral("Waiting"),
+            .priorityName = QStringLiteral("Sky-high"),
+            .hidden = true,
+            .startHour = 23,
+            .startMin = 59,
+            .endHour = 0,
+            .endMin = 1};
 }
 
 /// Whether all that is in the two tasks is equal, and not only their keys.

@@ -143,5 +143,4 @@ private slots:
 };
 
 static const TestClass<WidgetsTest> registered;
-
 #include "WidgetsTest.moc"
