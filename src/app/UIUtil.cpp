@@ -52,7 +52,9 @@ bool UIUtil::askYesNo(const QString &question, const QString &informativeText) c
 {
     Alert alert(QApplication::activeWindow(), question, informativeText);
     const QPushButton *yes = alert.addButton(u"Yes"_s, QMessageBox::YesRole);
-    alert.setEscapeButton(alert.addButton(u"No"_s, QMessageBox::NoRole));
+    QPushButton *no = alert.addButton(u"No"_s, QMessageBox::NoRole);
+    alert.setEscapeButton(no);
+    alert.setDefaultButton(no); // what is asked cannot be taken back
     alert.exec();
     return alert.clickedButton() == yes;
 }

@@ -16,7 +16,8 @@ struct RunProgress
 {
     qint64 steps = 1;
     qint64 schedules = 0;
-    bool isSending = true; ///< until its last step, whose messages may still be on their way
+    bool isSending = true;     ///< until its last step, whose messages may still be on their way
+    bool isHandingOver = true; ///< until the last message has been handed to the gateway client
 };
 
 /// What a run works on, taken when it starts.

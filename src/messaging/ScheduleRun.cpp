@@ -2,9 +2,10 @@
 
 #include "platform/Diagnostics.h"
 
-ScheduleRun::ScheduleRun(RunSnapshot runSnapshot, RunCounters &counters, const Preferences &preferences,
+ScheduleRun::ScheduleRun(RunSnapshot runSnapshot, RunCounters &runCounters, const Preferences &preferences,
                          GatewayClient &gateway)
     : snapshot(std::move(runSnapshot))
+    , counters(runCounters)
     , sendWorker(snapshot, counters, preferences, gateway)
     , progressMonitor(snapshot, counters, *this,
                       [this](const RunProgress &progress) {
@@ -20,8 +21,19 @@ ScheduleRun::ScheduleRun(RunSnapshot runSnapshot, RunCounters &counters, const P
     for (const QThread *thread : {sendThread.get(), monitorThread.get()})
         connect(thread, &QThread::finished, this, [this] {
             if (--unfinishedThreads == 0)
-                emit finished();
+                end();
         });
+}
+
+/// The last step's messages are counted only now.
+void ScheduleRun::end()
+{
+    shownProgress = {.steps = counters.stepsPerformed,
+                     .schedules = counters.schedulesSent,
+                     .isSending = false,
+                     .isHandingOver = false};
+    emit progressed();
+    emit finished();
 }
 
 ScheduleRun::~ScheduleRun()

@@ -30,7 +30,10 @@ signals:
     void finished();
 
 private:
+    void end();
+
     RunSnapshot snapshot;
+    RunCounters &counters;
     RunProgress shownProgress;
     SendWorker sendWorker;
     ProgressMonitor progressMonitor;

@@ -1,5 +1,9 @@
 #include "messaging/ScheduleRuns.h"
 
+#include <QCryptographicHash>
+
+#include <array>
+
 ScheduleRuns::ScheduleRuns(const Preferences &userPreferences, const GatewayAddress &address)
     : preferences(userPreferences)
     , gateway(address)
@@ -11,8 +15,52 @@ ScheduleRuns::~ScheduleRuns()
     stop();
 }
 
+/// By what two runs are known to send the same; empty for one that sends nothing.
+static QByteArray digestOf(const RunSnapshot &snapshot)
+{
+    QCryptographicHash digest(QCryptographicHash::Sha256);
+    bool isEmpty = true;
+    for (const Recipient &recipient : snapshot.recipients) {
+        if (!recipient.name)
+            continue;
+        const QString name = matchedName(*recipient.name);
+        const QString person = name + u'\n' + recipient.phoneNo.value_or(QString());
+        for (const ScheduledTask &candidate : snapshot.tasks) {
+            if (!snapshot.text.matches(name, candidate, ScheduleText::DayLines::Omitted))
+                continue;
+            isEmpty = false;
+            const task &entry = *candidate.entry;
+            const QStringList texts{person, entry.name, entry.client, entry.teamMember};
+            const std::array<qint64, 6> moments{entry.date.time_since_epoch().count(),
+                                                entry.due.time_since_epoch().count(),
+                                                entry.startHour,
+                                                entry.startMin,
+                                                entry.endHour,
+                                                entry.endMin};
+            digest.addData(texts.join(u'\n').toUtf8());
+            digest.addData(QByteArrayView(reinterpret_cast<const char *>(moments.data()), sizeof moments));
+        }
+    }
+    digest.addData(snapshot.text.rangeAndFrame().toUtf8());
+    return isEmpty ? QByteArray() : digest.result();
+}
+
+std::optional<QTime> ScheduleRuns::timeOfSame(const RunSnapshot &snapshot) const
+{
+    constexpr qint64 recent = 10 * 60; // seconds
+    const QByteArray digest = digestOf(snapshot);
+    for (auto earlier = sent.crbegin(); !digest.isEmpty() && earlier != sent.crend(); ++earlier)
+        if (earlier->digest == digest && qAbs(earlier->time.secsTo(QDateTime::currentDateTimeUtc())) < recent)
+            return earlier->time.toLocalTime().time();
+    return std::nullopt;
+}
+
 ScheduleRun &ScheduleRuns::add(RunSnapshot snapshot)
 {
+    constexpr qsizetype mostKept = 100;
+    sent.append({QDateTime::currentDateTimeUtc(), digestOf(snapshot)});
+    if (sent.size() > mostKept)
+        sent.removeFirst();
     counters.stepsPerformed = 1;
     counters.schedulesSent = 0;
     runs.push_back(std::make_unique<ScheduleRun>(std::move(snapshot), counters, preferences, gateway));

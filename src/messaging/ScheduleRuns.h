@@ -3,6 +3,9 @@
 #include "messaging/GatewayClient.h"
 #include "messaging/ScheduleRun.h"
 
+#include <QDateTime>
+
+#include <optional>
 #include <vector>
 
 /// The program's runs of schedule messages, with the counters and the gateway client that they share. Made
@@ -17,6 +20,9 @@ public:
 
     /// A run to be started, with the counters set back. It lives until shortly after it has finished.
     ScheduleRun &add(RunSnapshot snapshot);
+    /// When the same messages were last sent to the same people, if that was within the last minutes; also
+    /// when they are still being handed over.
+    std::optional<QTime> timeOfSame(const RunSnapshot &snapshot) const;
     /// The newest of the runs that have not finished; null when there is none.
     ScheduleRun *current() const { return runs.empty() ? nullptr : runs.back().get(); }
 
@@ -28,7 +34,14 @@ public:
 private:
     const Preferences &preferences;
     GatewayClient gateway;
+    struct Sent
+    {
+        QDateTime time;
+        QByteArray digest; ///< of people and messages
+    };
+
     RunCounters counters;
+    QList<Sent> sent; ///< the newest last
     std::vector<std::unique_ptr<ScheduleRun>> runs;
     QObject mainThread; ///< receives what ends a run
 };

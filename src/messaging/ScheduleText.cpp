@@ -64,6 +64,13 @@ QString ScheduleText::taskMessage(const task &entry) const
            entry.name + u'-' + (kind == RecipientKind::Client ? entry.teamMember : entry.client);
 }
 
+QString ScheduleText::rangeAndFrame() const
+{
+    return QStringList{QString::number(int(kind)), dateText(start), dateText(end),
+                       preferences.text(messagingKey::messageTitle).value_or(QString()), footer()}
+        .join(u'\n');
+}
+
 QString ScheduleText::footer() const
 {
     return preferences.text(messagingKey::messageFooter).value_or(QString());

@@ -51,6 +51,8 @@ public:
     /// What comes before the recipient's first task.
     QString header(const task &first) const;
     QString taskMessage(const task &entry) const;
+    /// What all recipients' messages have in common: kind, days, title and footer.
+    QString rangeAndFrame() const;
     /// What comes after the last task; empty when nothing does.
     QString footer() const;
 

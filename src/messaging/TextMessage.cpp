@@ -5,20 +5,27 @@
 #include "platform/Diagnostics.h"
 #include "platform/Preferences.h"
 
-#include <QTextBoundaryFinder>
 #include <QUrl>
 
 #include <algorithm>
+#include <memory>
+#include <unicode/ubrk.h>
 
 using namespace Qt::StringLiterals;
 
 /// The beginning of the text, of so many characters as a reader counts them.
 static QString firstCharacters(const QString &text, int count)
 {
-    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
-    while (count > 0 && characters.toNextBoundary() >= 0)
-        --count;
-    return count > 0 ? text : text.first(characters.position());
+    // Not Qt's own finder, which miscounts emoji after several scripts.
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<UBreakIterator, decltype(&ubrk_close)> characters(
+        ubrk_open(UBRK_CHARACTER, "", reinterpret_cast<const UChar *>(text.utf16()), int32_t(text.size()),
+                  &status),
+        &ubrk_close);
+    int32_t end = 0;
+    while (U_SUCCESS(status) && count-- > 0 && end != UBRK_DONE)
+        end = ubrk_next(characters.get());
+    return end == UBRK_DONE || U_FAILURE(status) ? text : text.first(end);
 }
 
 /// Whether all characters may stand in an address as they are: RFC 3986's unreserved ones and sub-delims, and
@@ -32,8 +39,7 @@ static bool areValid(const QString &text, QStringView others = {})
     });
 }
 
-/// Whether both may stand in an address's user part, and the account identifier in its path as well.
-static bool fitIntoAddress(const QString &accountId, const QString &secret)
+bool fitIntoAddress(const QString &accountId, const QString &secret)
 {
     return areValid(accountId) && areValid(secret, u":") && accountId != u"." && accountId != u"..";
 }

@@ -6,6 +6,10 @@ class GatewayClient;
 class Preferences;
 class QString;
 
+/// Whether account identifier and secret may stand in the user part of an address, and the identifier in its
+/// path as well.
+bool fitIntoAddress(const QString &accountId, const QString &secret);
+
 /// The configured pause after a message: a negative one counts as 0 and one above 4294967 ms as that.
 std::chrono::milliseconds delayAfterMessage(const Preferences &preferences);
 

@@ -1,11 +1,15 @@
 #include "messaging/ViewControllerSending.h"
 
+#include "app/UIUtil.h"
 #include "messaging/MessagingSettings.h"
 #include "messaging/ScheduleRuns.h"
 #include "model/TaskManager.h"
 #include "platform/Diagnostics.h"
 #include "platform/Preferences.h"
 #include "ui_ViewControllerSending.h"
+
+#include <QApplication>
+#include <QLocale>
 
 #include <algorithm>
 
@@ -127,16 +131,45 @@ void ViewControllerSending::SendScheduleToTeamMembers(QObject *)
 
 void ViewControllerSending::send(RecipientKind kind, std::vector<Recipient> recipients)
 {
+    // The second press of a double click, or of a key that is held down.
+    const bool isRepeated = lastPress.isValid() && lastPress.elapsed() < QApplication::doubleClickInterval();
+    lastPress.start();
+    if (isRepeated)
+        return;
     for (DatePicker *picker : {ui->startSendDate, ui->endSendDate})
-        picker->commit(); // what is still being typed there
+        if (!picker->commit()) // what is still being typed there
+            return;
     const ScheduleText text(kind, ui->startSendDate->moment(), ui->endSendDate->moment(), manager.defaults);
     RunSnapshot snapshot{.kind = kind,
                          .recipients = std::move(recipients),
                          .tasks = tasksForSchedules(kind, manager.workingList()),
                          .text = text};
+    if (!isWanted(snapshot))
+        return;
     ScheduleRun &run = runs.add(std::move(snapshot));
     follow(run);
     run.start();
+}
+
+/// Asks before the same people are sent the same again.
+bool ViewControllerSending::isWanted(const RunSnapshot &snapshot)
+{
+    constexpr size_t mostNamed = 8;
+    const std::optional<QTime> before = runs.timeOfSame(snapshot);
+    if (!before)
+        return true;
+    QStringList people;
+    for (const Recipient &recipient : snapshot.recipients)
+        if (people.size() < qsizetype(mostNamed))
+            people.append(
+                u"%1 (%2)"_s.arg(recipient.name.value_or(QString()), recipient.phoneNo.value_or(u"–"_s)));
+    if (snapshot.recipients.size() > mostNamed)
+        people.append(u"%1 more"_s.arg(snapshot.recipients.size() - mostNamed));
+    const bool isAgain = util().askYesNo(u"The same messages were sent at %1. Send them again?"_s.arg(
+                                             QLocale().toString(*before, QLocale::ShortFormat)),
+                                         people.join(u", "_s));
+    lastPress.start();
+    return isAgain;
 }
 
 /// Shows the run, from where it is to its last step.
@@ -144,13 +177,16 @@ void ViewControllerSending::follow(const ScheduleRun &run)
 {
     ui->progressBar->setIndeterminate(true);
     ui->progressBar->setSteps(1, run.lastStep());
-    connect(&run, &ScheduleRun::progressed, this, [this, &run] { showProgress(run); });
+    connect(&run, &ScheduleRun::progressed, this, [this, &run] {
+        if (&run == runs.current()) // an older one that still hands over is not what is shown
+            showProgress(run);
+    });
     showProgress(run);
 }
 
 void ViewControllerSending::showProgress(const ScheduleRun &run)
 {
-    const auto [steps, schedules, isSending] = run.progress();
+    const auto [steps, schedules, isSending, isHandingOver] = run.progress();
     for (QPushButton *button : {ui->sendMsgClients, ui->sendMsgTeamMembers})
         button->setEnabled(!isSending);
     ui->progressBar->setStep(steps);
@@ -159,7 +195,8 @@ void ViewControllerSending::showProgress(const ScheduleRun &run)
         ui->sendingInfo->setText(u"Sending..."_s);
     } else {
         ui->progressBar->stopAnimation();
-        ui->sendingInfo->setText(u"Steps Performed:%1 Schedules Sent:%2"_s.arg(steps).arg(schedules));
+        ui->sendingInfo->setText(u"Steps Performed:%1 Schedules Sent:%2"_s.arg(steps).arg(schedules) +
+                                 (isHandingOver ? u" – messages are still being sent"_s : QString()));
     }
 }
 

@@ -5,12 +5,15 @@
 #include "messaging/ScheduleText.h"
 #include "widgets/Screen.h"
 
+#include <QElapsedTimer>
+
 #include <memory>
 
 class QCheckBox;
 class QTableView;
 class ScheduleRun;
 class ScheduleRuns;
+struct RunSnapshot;
 class TaskManager;
 
 namespace Ui {
@@ -53,7 +56,10 @@ private:
     void follow(const ScheduleRun &run);
     void showProgress(const ScheduleRun &run);
 
+    bool isWanted(const RunSnapshot &snapshot);
+
     std::unique_ptr<Ui::ViewControllerSending> ui;
+    QElapsedTimer lastPress; ///< of a send button
     TaskManager &manager;
     ScheduleRuns &runs;
     PersistentContainer persistentContainer;

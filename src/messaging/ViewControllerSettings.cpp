@@ -1,6 +1,7 @@
 #include "messaging/ViewControllerSettings.h"
 
 #include "messaging/MessagingSettings.h"
+#include "messaging/TextMessage.h"
 #include "platform/Preferences.h"
 #include "ui_ViewControllerSettings.h"
 #include "widgets/Alert.h"
@@ -61,10 +62,30 @@ void ViewControllerSettings::viewWillAppear()
 
 void ViewControllerSettings::setSettings(QObject *)
 {
+    for (QLineEdit *field : {ui->secureID, ui->passPhrase, ui->sendingPhoneNo, ui->testPhoneNo})
+        field->setText(field->text().trimmed()); // blanks that came with a copy
+    if (!areUsable(*ui->secureID, *ui->passPhrase))
+        return;
     if (!saveControls())
         alertMessage(this, u"The settings hold until the program ends: they could not be written to its "
                            "preferences file."_s);
     close();
+}
+
+/// Whether messages can be sent with what is in these fields; else the one that is wrong is pointed out.
+bool ViewControllerSettings::areUsable(QLineEdit &accountId, QLineEdit &secret)
+{
+    const bool isAccountUsable = fitIntoAddress(accountId.text(), {});
+    if (isAccountUsable && fitIntoAddress({}, secret.text()))
+        return true;
+    QLineEdit &wrong = isAccountUsable ? secret : accountId;
+    wrong.setFocus();
+    wrong.selectAll();
+    alertMessage(this,
+                 u"The %1 has a character that the gateway does not take, such as a blank, @, / or %. Please "
+                 "copy it once more from the gateway's console."_s.arg(
+                     isAccountUsable ? u"secret"_s : u"account identifier"_s));
+    return false;
 }
 
 bool ViewControllerSettings::saveControls()

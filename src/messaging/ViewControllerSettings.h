@@ -5,6 +5,7 @@
 #include <memory>
 
 class Preferences;
+class QLineEdit;
 
 namespace Ui {
 class ViewControllerSettings;
@@ -28,6 +29,7 @@ protected:
 
 private:
     void connectActions();
+    bool areUsable(QLineEdit &accountId, QLineEdit &secret);
     bool saveControls();
     void revealSecret(bool reveal);
 

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <memory>
 #include <mutex>
+#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 
@@ -191,11 +192,23 @@ QByteArray &scratch()
     return text;
 }
 
-void commit(QByteArray &line)
+/// Whether standard output is the stream that the system has connected to its journal. Source: the variable
+/// `JOURNAL_STREAM` of systemd.exec(5), device and inode in decimal.
+static bool isJournal()
+{
+    struct stat output = {};
+    return ::fstat(STDOUT_FILENO, &output) == 0 &&
+           qgetenv("JOURNAL_STREAM") == QByteArray::number(qulonglong(output.st_dev)) + ':' +
+                                            QByteArray::number(qulonglong(output.st_ino));
+}
+
+void commit(QByteArray &line, bool isPersonal)
 {
     constexpr qsizetype keptCapacity = 1 << 16;
+    static const bool leavesPersonalOut = isJournal();
     line += '\n';
-    Output::instance().add(line);
+    if (!isPersonal || !leavesPersonalOut)
+        Output::instance().add(line);
     if (line.capacity() > keptCapacity)
         line = QByteArray();
     else

@@ -7,6 +7,7 @@
 
 #include <concepts>
 #include <optional>
+#include <type_traits>
 
 /// Plain lines for whoever watches the program's standard output. Nothing reads them back.
 ///
@@ -43,17 +44,26 @@ void appendItem(QByteArray &line, Number value)
 /// The calling thread's scratch text for the line being made.
 QByteArray &scratch();
 /// Queues the scratch text as one line.
-void commit(QByteArray &line);
+/// \param isPersonal  it is not for the system's journal
+void commit(QByteArray &line, bool isPersonal);
+
+/// Whether an item can hold nothing of the user's: words of the program, numbers, answers.
+template <typename Item>
+constexpr bool isImpersonal = std::is_arithmetic_v<Item> ||
+                              (!std::is_class_v<Item> && std::is_convertible_v<const Item &, const char *>);
 
 /// Writes the items as one line, separated by one blank. UTF-8; numbers in decimal, booleans as true and
 /// false, lists in brackets.
+///
+/// Where standard output is the system's journal, which keeps what it gets and which others may read, only
+/// lines are written that can hold nothing of the user's.
 template <typename First, typename... Rest>
 void line(const First &first, const Rest &...rest)
 {
     QByteArray &text = scratch();
     appendItem(text, first);
     ((text += ' ', appendItem(text, rest)), ...);
-    commit(text);
+    commit(text, !(isImpersonal<First> && ... && isImpersonal<Rest>));
 }
 
 /// Lets the writer start on what is queued, without waiting for it.

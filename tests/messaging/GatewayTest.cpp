@@ -59,6 +59,8 @@ private slots:
         account.preferences.store({{messagingKey::overwrite, true}});
         for (const auto &[message, sent] : {std::pair(letters, letters),
                                             {letters + family, letters + family},
+                                            {u"ก😀"_s.repeated(81), u"ก😀"_s.repeated(80)},
+                                            {u"😀🇩🇪"_s.repeated(81), u"😀🇩🇪"_s.repeated(80)},
                                             {letters + family + u"x"_s, letters + family}}) {
             QVERIFY(send(message));
             QCOMPARE(server.requests().last().field(u"Body"_s), sent);

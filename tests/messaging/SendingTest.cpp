@@ -4,6 +4,7 @@
 #include "messaging/ViewControllerSending.h"
 #include "model/TaskManager.h"
 #include "support/CapturedOutput.h"
+#include "support/Dialogs.h"
 #include "support/Tasks.h"
 #include "support/TestProgram.h"
 #include "widgets/DatePicker.h"
@@ -158,6 +159,35 @@ class SendingTest : public QObject
     Q_OBJECT
 
 private slots:
+    void init() { QApplication::setDoubleClickInterval(0); } // every press counts
+
+    void noRunIsStartedTwiceUnawares()
+    {
+        Office office;
+        office.select("clientsTable", {0});
+        const auto areReceived = [&office](qsizetype messages) {
+            return QTest::qWaitFor(
+                [&] { return office.server.requests().size() == messages && !office.runs.current(); },
+                20'000);
+        };
+        office.press("sendMsgClients");
+        QVERIFY(areReceived(3));
+        QApplication::setDoubleClickInterval(3'600'000);
+        office.press("sendMsgClients"); // the second press of a double click
+        QVERIFY(!office.runs.current());
+        QApplication::setDoubleClickInterval(0);
+        for (const auto &[answer, messages] : {std::pair(u"No"_s, 3), {u"Yes"_s, 6}}) {
+            const AlertAnswer alert(answer);
+            office.press("sendMsgClients");
+            QVERIFY(alert.text.startsWith(u"The same messages were sent at "));
+            QCOMPARE(alert.informativeText, u"Ann (+1)"_s);
+            QVERIFY(areReceived(messages));
+        }
+        office.account.preferences.store({{messagingKey::messageTitle, u"Another"_s}});
+        office.press("sendMsgClients");
+        QVERIFY(areReceived(9));
+    }
+
     void buttonsNeedAnAccount()
     {
         Office office;

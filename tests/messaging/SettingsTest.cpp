@@ -35,6 +35,9 @@ private slots:
                                                      {u"messageTitle"_s, u"twillioMessageTitle"_s},
                                                      {u"testPhoneNo"_s, u"twillioTestPhoneNo"_s},
                                                      {u"messageFooter"_s, u"twillioMessageFooter"_s}};
+        const auto isText = [](const QString &name) {
+            return name.startsWith(u"message");
+        };
         {
             Preferences preferences(path);
             ViewControllerSettings screen(preferences);
@@ -42,7 +45,7 @@ private slots:
             QCOMPARE(field(screen, u"delayMS"_s).text(), u"0"_s);
             for (const auto &[name, key] : texts) {
                 QCOMPARE(field(screen, name).text(), QString());
-                field(screen, name).setText(name + odd);
+                field(screen, name).setText(isText(name) ? name + odd : u' ' + name + u' ');
             }
             screen.findChild<QCheckBox *>(u"sendSMS"_s)->setChecked(true);
             for (const auto &[text, number] :
@@ -61,10 +64,20 @@ private slots:
         ViewControllerSettings screen(preferences);
         screen.show();
         for (const auto &[name, key] : texts)
-            QCOMPARE(field(screen, name).text() + *preferences.text(key), (name + odd).repeated(2));
+            QCOMPARE(field(screen, name).text() + *preferences.text(key),
+                     (isText(name) ? name + odd : name).repeated(2));
         QVERIFY(preferences.boolean(u"twillioNotifications"_s));
         QVERIFY(!preferences.boolean(u"twillioOverwrite"_s));
         QCOMPARE(field(screen, u"delayMS"_s).text(), u"-5"_s);
+        for (const auto &[name, key] : {texts[0], texts[1]}) {
+            const QString before = *preferences.text(key);
+            field(screen, name).setText(u"AC 12"_s);
+            const AlertAnswer alert(u"OK"_s);
+            click(screen, u"saveButton"_s);
+            QVERIFY(alert.informativeText.contains(u"such as a blank") && screen.isVisible());
+            QCOMPARE(preferences.text(key), before);
+            field(screen, name).setText(before);
+        }
     }
 
     void settingsThatCannotBeWritten()
