@@ -1,5 +1,6 @@
 #include "SampleTasks.h"
 
+#include "cloud/CloudConnection.h"
 #include "cloud/CloudSync.h"
 #include "cloud/SqlCloudContainer.h"
 #include "cloud/TaskRecord.h"
