@@ -1,16 +1,10 @@
 #include "SampleTasks.h"
 
 #include "cloud/CloudConnection.h"
-#include "cloud/CloudSync.h"
-#include "cloud/SqlCloudContainer.h"
 #include "cloud/TaskRecord.h"
-#include "mainwindow/Screens.h"
-#include "mainwindow/ViewController.h"
-#include "messaging/ScheduleRuns.h"
 #include "model/TaskManager.h"
-#include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
-#include "widgets/ColorWell.h"
+#include "program/Program.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -30,13 +24,12 @@ namespace {
 /// A database of its own for each run; a server's is emptied.
 class BenchCloud
 {
-    QTemporaryDir folder; // first: the home is made from it
-
 public:
     BenchCloud()
-        : home(CloudHome::read(accountFile(), folder.path()))
     {
-        CloudConnection connection(home, taskRecordType());
+        if (const QByteArray url = qgetenv("QUORVANE_BENCH_CLOUD"); !url.isEmpty())
+            QSettings(accountFile(), QSettings::IniFormat).setValue(u"url"_s, QString::fromUtf8(url));
+        CloudConnection connection(home(), taskRecordType());
         if (!connection.open())
             qFatal("%s", qPrintable(connection.problem()));
         const auto records = std::get<std::vector<CloudRecord>>(connection.find({taskRecordType().name}));
@@ -46,16 +39,14 @@ public:
         connection.commit();
     }
 
-    CloudHome home;
+    /// Where the account's file is, and the embedded database.
+    QString path() const { return folder.path(); }
+    CloudHome home() const { return CloudHome::read(accountFile(), path()); }
 
 private:
-    QString accountFile()
-    {
-        const QByteArray url = qgetenv("QUORVANE_BENCH_CLOUD");
-        const QString path = folder.filePath(u"cloud.ini"_s);
-        QSettings(path, QSettings::IniFormat).setValue(u"url"_s, QString::fromUtf8(url));
-        return url.isEmpty() ? QString() : path;
-    }
+    QString accountFile() const { return folder.filePath(u"cloud.ini"_s); }
+
+    QTemporaryDir folder;
 };
 
 /// The longest time that the event loop did not get round to a timer.
@@ -82,39 +73,36 @@ private:
     qint64 longest = 0;
 };
 
-class Program
+class Bench
 {
 public:
-    Program(const CloudHome &home, qint64 tasks)
-        : container(home, taskRecordType())
+    Bench(const QString &configFolder, qint64 tasks)
+        : program(manager, systemNotices,
+                  {folder.path(), configFolder, configFolder, folder.filePath(u"state"_s)})
     {
-        QFile list(folder.filePath(u"zandulist.txt"_s));
-        if (!list.open(QIODevice::WriteOnly) || list.write(sampleText(tasks)) < 0)
-            qFatal("the sample list cannot be written");
-        list.close();
-        window = std::make_unique<ViewController>(manager, notices, systemNotices, screens, sync,
-                                                  folder.path(), folder.filePath(u"state"_s));
-        window->show();
+        loadSample(manager, tasks);
+        program.applicationNotices().post(notice::reload);
+        program.mainWindow().show();
         QCoreApplication::processEvents();
-        notices.observe(notice::update, &notices, [this] { ++updates; });
-        notices.observe(notice::reload, &notices, [this] { ++reloads; });
+        program.applicationNotices().observe(notice::update, &program.mainWindow(), [this] { ++updates; });
+        program.applicationNotices().observe(notice::reload, &program.mainWindow(), [this] { ++reloads; });
     }
 
     /// Copies and waits for the last answer; a task that is new to the cloud has two account checks.
     void copy(qint64 expectedUpdates)
     {
         updates = 0;
-        sync.syncAllToCloud();
+        program.cloudSync().syncAllToCloud();
         while (updates < expectedUpdates)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        while (!sync.finish(0ms)) // the saves that the last answers led to
+        while (!program.cloudSync().finish(0ms)) // the saves that the last answers led to
             QCoreApplication::processEvents();
     }
 
     void update()
     {
         reloads = 0;
-        sync.updateFromCloud();
+        program.cloudSync().updateFromCloud();
         while (reloads == 0)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
@@ -122,14 +110,8 @@ public:
     QTemporaryDir folder;
     Preferences preferences{u"/nonexistent/preferences.ini"_s};
     TaskManager manager{preferences};
-    NotificationCenter notices;
     NotificationCenter systemNotices;
-    ColorPanel colorPanel;
-    ScheduleRuns scheduleRuns{preferences, {}};
-    Screens screens{{manager, notices, systemNotices, colorPanel, folder.path()}, scheduleRuns, {}};
-    SqlCloudContainer container;
-    CloudSync sync{manager, notices, container};
-    std::unique_ptr<ViewController> window;
+    Program program;
     qint64 updates = 0;
     int reloads = 0;
 };
@@ -139,10 +121,10 @@ void copyToEmptyCloud(benchmark::State &state)
     for (auto _ : state) {
         state.PauseTiming();
         const BenchCloud cloud;
-        Program program(cloud.home, state.range(0));
+        Bench bench(cloud.path(), state.range(0));
         state.ResumeTiming();
         StopWatch watch;
-        program.copy(2 * state.range(0));
+        bench.copy(2 * state.range(0));
         watch.countIn(state);
     }
 }
@@ -151,11 +133,11 @@ BENCHMARK(copyToEmptyCloud)->Arg(10'000)->Unit(benchmark::kMillisecond)->UseReal
 void copyToFullCloud(benchmark::State &state)
 {
     const BenchCloud cloud;
-    Program program(cloud.home, state.range(0));
-    program.copy(2 * state.range(0));
+    Bench bench(cloud.path(), state.range(0));
+    bench.copy(2 * state.range(0));
     for (auto _ : state) {
         StopWatch watch;
-        program.copy(state.range(0));
+        bench.copy(state.range(0));
         watch.countIn(state);
     }
 }
@@ -168,12 +150,12 @@ void copyYardstick(benchmark::State &state)
     for (auto _ : state) {
         state.PauseTiming();
         const BenchCloud cloud;
-        const Program program(cloud.home, state.range(0));
-        CloudConnection connection(cloud.home, taskRecordType());
+        const Bench bench(cloud.path(), state.range(0));
+        CloudConnection connection(cloud.home(), taskRecordType());
         connection.open();
         const auto copy = [&] {
             connection.begin();
-            for (const SharedTask &entry : program.manager.tasks) {
+            for (const SharedTask &entry : bench.manager.tasks()) {
                 const auto found =
                     std::get<std::vector<CloudRecord>>(connection.find({taskRecordType().name, entry->key}));
                 CloudRecord record = found.empty() ? newTaskRecord() : found.front();
@@ -198,11 +180,11 @@ BENCHMARK(copyYardstick)
 void updateFromCloud(benchmark::State &state)
 {
     const BenchCloud cloud;
-    Program program(cloud.home, state.range(0));
-    program.copy(2 * state.range(0));
+    Bench bench(cloud.path(), state.range(0));
+    bench.copy(2 * state.range(0));
     for (auto _ : state) {
         StopWatch watch;
-        program.update();
+        bench.update();
         watch.countIn(state);
     }
 }

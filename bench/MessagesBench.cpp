@@ -126,8 +126,7 @@ void sendMessages(benchmark::State &state)
 {
     const QTemporaryDir folder;
     Preferences preferences(folder.filePath(u"preferences.ini"_s));
-    preferences.setText(messagingKey::accountId, u"AC12"_s);
-    preferences.setText(messagingKey::secret, u"secret"_s);
+    preferences.store({{messagingKey::accountId, u"AC12"_s}, {messagingKey::secret, u"secret"_s}});
     const LocalGateway local;
     for (auto _ : state) {
         GatewayClient gateway(local.address());

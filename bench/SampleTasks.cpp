@@ -51,6 +51,14 @@ TaskList sampleTasks(qsizetype count)
     return tasks;
 }
 
+void loadSample(TaskManager &manager, qsizetype count)
+{
+    manager.load([&] {
+        for (const SharedTask &entry : sampleTasks(count))
+            manager.addTask(*entry);
+    });
+}
+
 QByteArray sampleText(qsizetype count)
 {
     TaskRowWriter writer(u'|', u'^');

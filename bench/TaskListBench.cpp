@@ -1,19 +1,12 @@
 #include "SampleTasks.h"
 
-#include "cloud/CloudSync.h"
-#include "cloud/SqlCloudContainer.h"
-#include "cloud/TaskRecord.h"
-#include "mainwindow/Screens.h"
-#include "mainwindow/ViewController.h"
-#include "messaging/ScheduleRuns.h"
-#include "model/TaskManager.h"
+#include "model/TaskSort.h"
 #include "platform/Diagnostics.h"
 #include "platform/FileDescriptor.h"
-#include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
 #include "platform/TextFile.h"
+#include "program/Program.h"
 #include "taskfile/TaskListFile.h"
-#include "widgets/ColorWell.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -36,7 +29,6 @@ namespace {
 
 constexpr int fewest = 100;
 constexpr int most = 100'000;
-constexpr int sortColumns = 11;
 
 Preferences &preferences()
 {
@@ -48,14 +40,13 @@ void parseFile(benchmark::State &state)
 {
     const QString text = QString::fromUtf8(sampleText(state.range(0)));
     for (auto _ : state) {
-        TaskManager manager(preferences());
-        TaskListFile file(manager, QString(), QString());
+        auto manager = std::make_unique<TaskManager>(preferences());
+        TaskListFile file(*manager, QString(), QString());
         file.parseFile(text);
-        benchmark::DoNotOptimize(manager.tasks.size());
+        benchmark::DoNotOptimize(manager->tasks().size());
         state.PauseTiming();
         diagnostics::drain();
-        manager.tasks.clear();
-        manager.backupTasks.clear();
+        manager.reset();
         state.ResumeTiming();
     }
 }
@@ -83,7 +74,7 @@ BENCHMARK(splitYardstick)
 void writeText(benchmark::State &state)
 {
     TaskManager manager(preferences());
-    manager.tasks = sampleTasks(state.range(0));
+    loadSample(manager, state.range(0));
     TaskListFile file(manager, QString(),
                       QString()); // without a documents folder the text is made and not written
     for (auto _ : state)
@@ -126,16 +117,11 @@ BENCHMARK(durableWriteYardstick)
 void searchKeystroke(benchmark::State &state)
 {
     const QTemporaryDir folder;
-    NotificationCenter notices;
     NotificationCenter systemNotices;
     TaskManager manager(preferences());
-    manager.tasks = sampleTasks(state.range(0));
-    ColorPanel colorPanel;
-    ScheduleRuns scheduleRuns(preferences(), {});
-    Screens screens({manager, notices, systemNotices, colorPanel, folder.path()}, scheduleRuns, {});
-    SqlCloudContainer container({.kind = CloudHome::Kind::SignedOut}, taskRecordType());
-    CloudSync cloud(manager, notices, container);
-    ViewController window(manager, notices, systemNotices, screens, cloud, QString(), folder.path());
+    loadSample(manager, state.range(0));
+    Program program(manager, systemNotices, {{}, folder.path(), folder.path(), folder.path()});
+    QWidget &window = program.mainWindow();
     window.show();
     auto *field = window.findChild<QLineEdit *>(u"searchField"_s);
     auto *table = window.findChild<QTableView *>(u"tblView"_s);
@@ -188,21 +174,18 @@ qsizetype listsAtOnce(qsizetype tasks)
 /// Arguments: the number of tasks and the column.
 void sortByColumn(benchmark::State &state)
 {
-    TaskManager manager(preferences());
     const TaskList unsorted = sampleTasks(state.range(0));
     const qsizetype lists = listsAtOnce(unsorted.size());
-    const SortDescriptor descriptor{.key = taskColumns()[size_t(state.range(1))].sortKey, .ascending = true};
-    state.SetLabel(taskColumns()[size_t(state.range(1))].title.toStdString());
+    const TaskColumnInfo &column = taskColumns()[state.range(1)];
+    state.SetLabel(column.title.toStdString());
     while (state.KeepRunningBatch(lists)) {
         state.PauseTiming();
         std::vector<TaskList> copies(size_t(lists), unsorted);
         for (TaskList &copy : copies)
             copy.detach();
         state.ResumeTiming();
-        for (TaskList &copy : copies) {
-            manager.tasks.swap(copy);
-            manager.sortByColumn(descriptor);
-        }
+        for (TaskList &copy : copies)
+            sortTasks(copy, column.column, true);
     }
 }
 
@@ -264,7 +247,7 @@ void sortYardstick(benchmark::State &state)
 void everyColumn(benchmark::internal::Benchmark *sort)
 {
     for (int count = fewest; count <= most; count *= count == fewest ? 100 : 10)
-        for (int column = 0; column < sortColumns; ++column)
+        for (int column = 0; column < int(taskColumns().size()); ++column)
             sort->Args({count, column});
     sort->Unit(benchmark::kMicrosecond)->UseRealTime();
 }

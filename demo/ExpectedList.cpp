@@ -1,8 +1,7 @@
 #include "ExpectedList.h"
 
-#include "TourFailure.h"
-
-#include <QFile>
+#include "Stage.h"
+#include "support/ScratchHome.h"
 
 #include <algorithm>
 #include <array>
@@ -23,10 +22,7 @@ bool holds(const ListRow &row, const QString &text)
 
 QList<ListRow> ExpectedList::readRows(const QString &filePath)
 {
-    QFile file(filePath);
-    const bool found = file.open(QIODevice::ReadOnly);
-    require(found, filePath + u": "_s + file.errorString());
-    const QStringList texts = QString::fromUtf8(file.readAll()).split(u'^');
+    const QStringList texts = QString::fromUtf8(contentOf(filePath)).split(u'^');
     require(texts.last().trimmed().isEmpty(), filePath + u": the last row does not end"_s);
     QList<ListRow> rows;
     for (const QString &text : texts.first(texts.size() - 1))
@@ -35,94 +31,50 @@ QList<ListRow> ExpectedList::readRows(const QString &filePath)
 }
 
 ExpectedList::ExpectedList(const QString &filePath, QDate day)
-    : listRows(readRows(filePath))
+    : rows(readRows(filePath))
     , today(day.toString(u"M/d/yy"_s))
 {
-    for (ListRow &row : listRows)
+    for (ListRow &row : rows)
         if (row.fields.size() < ListRow::fullRow && row.fields.size() > ListRow::Client)
             row.fields.resize(ListRow::Client); // a client without a team member is not taken
 }
 
-const ListRow &ExpectedList::row(const QString &name) const
+ListRow &ExpectedList::row(const QString &name)
 {
     const auto found =
-        std::ranges::find(listRows, name, [](const ListRow &row) { return row.field(ListRow::Name); });
-    require(found != listRows.cend(), name + u": not in the sample"_s);
+        std::ranges::find(rows, name, [](const ListRow &row) { return row.field(ListRow::Name); });
+    require(found != rows.end(), name + u": not in the sample"_s);
     return *found;
 }
 
-ListRow &ExpectedList::find(const QString &name)
+void ExpectedList::setHidden(const QString &name, bool hidden)
 {
-    return listRows[&row(name) - listRows.constData()];
+    row(name).fields[ListRow::Hidden] = hidden ? u"true"_s : u"false"_s;
+}
+
+void ExpectedList::remove(const QString &name)
+{
+    rows.removeIf([&name](const ListRow &row) { return row.field(ListRow::Name) == name; });
 }
 
 bool ExpectedList::isIn(TaskView view, const ListRow &row) const
 {
-    switch (view) {
-    case TaskView::All:
-        return !row.isHidden();
-    case TaskView::Open:
-        return !row.isHidden() && row.isOpen();
-    case TaskView::Closed:
-        return !row.isHidden() && !row.isOpen();
-    case TaskView::Hidden:
-        return row.isHidden();
-    case TaskView::HiddenOpen:
-        return row.isHidden() && row.isOpen();
-    case TaskView::HiddenClosed:
-        return row.isHidden() && !row.isOpen();
-    case TaskView::GlobalAll:
-        return true;
-    case TaskView::GlobalOpen:
-        return row.isOpen();
-    case TaskView::GlobalClosed:
-        return !row.isOpen();
-    case TaskView::DueToday:
+    if (view == TaskView::DueToday)
         return row.field(ListRow::Due) == today;
-    }
-    return false;
-}
-
-QStringList ExpectedList::namesIn(TaskView view) const
-{
-    return namesHolding(QString(), view);
+    // The others come in threes, of every status, open, and closed: first those of the tasks that are not
+    // hidden, then of those that are, and last of both.
+    const int visibility = int(view) / 3;
+    const int status = int(view) % 3;
+    return (visibility == 2 || row.isHidden() == (visibility == 1)) &&
+           (status == 0 || row.isOpen() == (status == 1));
 }
 
 QStringList ExpectedList::namesHolding(const QString &text, TaskView view) const
 {
     QStringList names;
-    for (const ListRow &row : listRows)
+    for (const ListRow &row : rows)
         if (isIn(view, row) && holds(row, text))
             names.append(row.field(ListRow::Name));
     names.sort();
     return names;
-}
-
-void ExpectedList::setHidden(const QString &name, bool hidden)
-{
-    find(name).fields[ListRow::Hidden] = hidden ? u"true"_s : u"false"_s;
-}
-
-void ExpectedList::close(const QString &name)
-{
-    ListRow &row = find(name);
-    row.fields[ListRow::Status] = u"1"_s;
-    row.fields[ListRow::StatusName] = u"Closed"_s;
-}
-
-void ExpectedList::clone(const QString &name, const QString &newKey)
-{
-    ListRow copy = row(name);
-    copy.fields[ListRow::Key] = newKey;
-    listRows.append(copy);
-}
-
-void ExpectedList::change(const QString &name, ListRow::Field position, const QString &text)
-{
-    find(name).fields[position] = text;
-}
-
-void ExpectedList::remove(const QString &name)
-{
-    listRows.removeAt(&row(name) - listRows.constData());
 }

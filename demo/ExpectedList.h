@@ -45,25 +45,19 @@ public:
 
     ExpectedList(const QString &filePath, QDate today);
 
-    const QList<ListRow> &rows() const { return listRows; }
+    QList<ListRow> rows;
+
     /// The row of the first task of this name.
-    const ListRow &row(const QString &name) const;
+    ListRow &row(const QString &name);
+    void setHidden(const QString &name, bool hidden);
+    void remove(const QString &name);
     /// The sorted names of the tasks that the view should show.
-    QStringList namesIn(TaskView view) const;
+    QStringList namesIn(TaskView view) const { return namesHolding({}, view); }
     /// Those of them that hold the text, whatever its case.
     QStringList namesHolding(const QString &text, TaskView view) const;
 
-    void setHidden(const QString &name, bool hidden);
-    void close(const QString &name);
-    void clone(const QString &name, const QString &newKey);
-    void add(const ListRow &row) { listRows.append(row); }
-    void remove(const QString &name);
-    void change(const QString &name, ListRow::Field position, const QString &text);
-
 private:
-    ListRow &find(const QString &name);
     bool isIn(TaskView view, const ListRow &row) const;
 
-    QList<ListRow> listRows;
     QString today;
 };

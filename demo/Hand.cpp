@@ -1,17 +1,15 @@
 #include "Hand.h"
 
-#include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QHeaderView>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTableView>
 #include <QTest>
-#include <QTimer>
-
-#include <exception>
+#include <QToolBar>
 
 using namespace Qt::StringLiterals;
 
@@ -36,15 +34,24 @@ QAction &actionOf(const QWidget &menu, const QString &text)
 
 void settle()
 {
-    while (QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents)) {
-    }
+    // What is done queues more: a table's rows its scroll bars, and those its rows again. No such chain is
+    // longer than this.
+    constexpr int rounds = 10;
+    for (int round = 0; round < rounds; ++round)
+        QCoreApplication::processEvents();
+}
+
+void waitFor(const std::function<bool()> &condition, const QString &what)
+{
+    constexpr int milliseconds = 60'000;
+    require(QTest::qWaitFor(condition, milliseconds), what);
 }
 
 void activate(QWidget &window)
 {
     settle();
     window.activateWindow();
-    require(QTest::qWaitFor([&window] { return QApplication::activeWindow() == &window; }),
+    waitFor([&window] { return QApplication::activeWindow() == &window; },
             u"the window does not become the active one"_s);
 }
 
@@ -152,30 +159,25 @@ void choose(QMenu &menu, const QString &text)
     require(!menu.isVisible(), text + u": the menu does not close"_s);
 }
 
-void throughDialog(const std::function<void()> &open, const std::function<void(QDialog &)> &answer)
+void choose(const QMainWindow &window, const QString &menuTitle, const QString &text)
 {
-    bool opened = false;
-    std::exception_ptr failure;
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
-        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-        if (!dialog)
-            return;
-        timer.stop();
-        opened = true;
-        try {
-            answer(*dialog);
-        } catch (const TourFailure &) {
-            // It must not go through the dialog's event loop.
-            failure = std::current_exception();
-            dialog->reject();
-        }
-    });
-    timer.start(1);
-    open();
-    if (failure)
-        std::rethrow_exception(failure);
-    require(opened, u"no dialog opens"_s);
+    choose(openMenu(window, menuTitle), text);
+}
+
+void clickTool(const QMainWindow &window, const QString &actionName)
+{
+    QWidget *button = child<QToolBar>(window).widgetForAction(&child<QAction>(window, actionName));
+    require(button != nullptr, actionName + u": not in the tool bar"_s);
+    click(*button);
+}
+
+void pick(QComboBox &box, const QString &entry)
+{
+    const int position = box.findText(entry);
+    require(position >= 0, entry + u": not in the list"_s);
+    press(box, Qt::Key_Home);
+    while (box.currentIndex() < position)
+        QTest::keyClick(&box, Qt::Key_Down);
 }
 
 } // namespace hand

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TourFailure.h"
+#include "Stage.h"
 
 #include <QAction>
 #include <QDialog>
@@ -8,6 +8,7 @@
 
 #include <functional>
 
+class QComboBox;
 class QMainWindow;
 class QMenu;
 class QTableView;
@@ -26,8 +27,11 @@ Child &child(const QObject &parent, const QString &objectName = {})
     return *found;
 }
 
-/// Lets the program do all that it has to do at once, such as laying out the rows of a changed table.
+/// Lets the program do what is queued for it, such as laying out the rows of a changed table. Ends, whatever
+/// other threads go on queueing.
 void settle();
+/// Waits until this holds, however slow the machine is.
+void waitFor(const std::function<bool()> &condition, const QString &what);
 /// Waits until key strokes reach the window.
 void activate(QWidget &window);
 
@@ -57,9 +61,10 @@ QMenu &openPopup();
 QMenu &openMenu(const QMainWindow &window, const QString &title);
 /// Clicks the open menu's entry of this text.
 void choose(QMenu &menu, const QString &text);
-
-/// Does what opens a modal dialog and returns when it is closed.
-/// \param answer  is given the dialog as soon as it is open, and has to close it
-void throughDialog(const std::function<void()> &open, const std::function<void(QDialog &)> &answer);
+void choose(const QMainWindow &window, const QString &menuTitle, const QString &text);
+/// Clicks the tool bar's button of this action.
+void clickTool(const QMainWindow &window, const QString &actionName);
+/// Picks the entry from the box by the arrow keys.
+void pick(QComboBox &box, const QString &entry);
 
 } // namespace hand

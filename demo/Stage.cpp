@@ -3,18 +3,22 @@
 #include "Hand.h"
 
 #include <QApplication>
-#include <QPixmap>
 #include <QWidget>
 
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
-Stage::Stage(const QString &pictureFolder, int outputDescriptor)
+static void say(const QString &line)
+{
+    std::fputs(qPrintable(line + u'\n'), stdout);
+    std::fflush(stdout);
+}
+
+Stage::Stage(const QString &pictureFolder)
     : pictures(pictureFolder)
-    , output(outputDescriptor)
 {
     require(pictures.mkpath(u"."_s), pictureFolder + u": cannot be made"_s);
     const QStringList earlier = pictures.entryList({u"[0-9][0-9]-*.png"_s}, QDir::Files);
@@ -24,7 +28,7 @@ Stage::Stage(const QString &pictureFolder, int outputDescriptor)
     // A dialog that nobody answers would keep the tour waiting for ever, and no exception gets out of its
     // event loop.
     stepLimit.setSingleShot(true);
-    stepLimit.setInterval(std::chrono::minutes(1));
+    stepLimit.setInterval(std::chrono::minutes(3));
     QObject::connect(&stepLimit, &QTimer::timeout, &stepLimit, [this] {
         const QWidget *dialog = QApplication::activeModalWidget();
         fail(dialog ? u"the step hangs in a dialog: "_s + dialog->windowTitle()
@@ -50,9 +54,14 @@ void Stage::check(bool holds, const QString &what)
 void Stage::picture(QWidget &widget, const QString &name)
 {
     hand::settle();
+    require(widget.isVisible(), name + u": nothing to be seen"_s);
+    keepPicture(widget.grab(), name);
+}
+
+void Stage::keepPicture(const QPixmap &picture, const QString &name)
+{
     const QString fileName = u"%1-%2.png"_s.arg(++pictureCount, 2, 10, QLatin1Char('0')).arg(name);
-    require(widget.isVisible(), fileName + u": nothing to be seen"_s);
-    require(widget.grab().save(pictures.filePath(fileName)), fileName + u": cannot be written"_s);
+    require(picture.save(pictures.filePath(fileName)), fileName + u": cannot be written"_s);
 }
 
 void Stage::finish()
@@ -65,11 +74,4 @@ void Stage::fail(const QString &reason)
 {
     stepLimit.stop();
     say(u"tour: FAILED in step %1, %2\n    %3"_s.arg(QString::number(stepCount), stepTitle, reason));
-}
-
-void Stage::say(const QString &line) const
-{
-    const QByteArray text = line.toUtf8() + '\n';
-    if (::write(output, text.constData(), size_t(text.size())) != text.size())
-        std::_Exit(EXIT_FAILURE);
 }

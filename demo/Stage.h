@@ -2,17 +2,33 @@
 
 #include <QDebug>
 #include <QDir>
+#include <QPixmap>
 #include <QTimer>
 
-class QWidget;
+#include <stdexcept>
+
+/// Ends the tour: the program did not do what it should, or the tour could not do what a user would.
+class TourFailure : public std::runtime_error
+{
+public:
+    explicit TourFailure(const QString &reason)
+        : std::runtime_error(reason.toStdString())
+    {
+    }
+};
+
+inline void require(bool holds, const QString &what)
+{
+    if (!holds)
+        throw TourFailure(what);
+}
 
 /// Where a tour takes place: announces its steps, counts its checks and takes its pictures.
 class Stage
 {
 public:
-    /// \param pictureFolder     made when it is not there; an earlier tour's pictures in it are removed
-    /// \param outputDescriptor  where the tour's own lines go
-    Stage(const QString &pictureFolder, int outputDescriptor);
+    /// \param pictureFolder  made when it is not there; an earlier tour's pictures in it are removed
+    explicit Stage(const QString &pictureFolder);
 
     /// Begins a step: says so, and gives it a limited time.
     void step(const QString &title);
@@ -27,11 +43,9 @@ public:
         check(actual == expected, what + values);
     }
 
-    /// Says what was found.
-    void list(const QString &finding) const { say(QLatin1StringView("     ") + finding); }
-
     /// Takes a picture of the widget; pictures are numbered in the order they are taken.
     void picture(QWidget &widget, const QString &name);
+    void keepPicture(const QPixmap &picture, const QString &name);
 
     /// Says how much has been done.
     void finish();
@@ -39,10 +53,7 @@ public:
     void fail(const QString &reason);
 
 private:
-    void say(const QString &line) const;
-
     QDir pictures;
-    int output;
     QTimer stepLimit;
     QString stepTitle;
     int stepCount = 0;

@@ -2,9 +2,9 @@
 
 #include "platform/Diagnostics.h"
 #include "widgets/Alert.h"
+#include "widgets/TimePicker.h"
 
 #include <QApplication>
-#include <QDateTimeEdit>
 #include <QFileInfo>
 #include <QPushButton>
 #include <QStringEncoder>
@@ -70,22 +70,20 @@ QString UIUtil::truncateAtLineBreak(const QString &text) const
     return result;
 }
 
-int UIUtil::getHour(const QDateTimeEdit &picker) const
+int UIUtil::getHour(const TimePicker &picker) const
 {
     return picker.time().hour();
 }
 
-int UIUtil::getMinute(const QDateTimeEdit &picker) const
+int UIUtil::getMinute(const TimePicker &picker) const
 {
     return picker.time().minute();
 }
 
-void UIUtil::setTime(QDateTimeEdit &picker, qint64 hour, qint64 minute) const
+void UIUtil::setTime(TimePicker &picker, qint64 hour, qint64 minute) const
 {
     constexpr int minutesOfDay = 24 * 60;
     const int minutes = int((hour % 24) * 60 + minute % minutesOfDay);
-    // Not as one moment: a QTimeEdit would take that over into UTC.
-    picker.setDate(picker.minimumDate());
     picker.setTime(QTime(0, 0).addSecs(minutes * 60));
 }
 
@@ -107,6 +105,5 @@ QString UIUtil::formatTime(qint64 hour, qint64 minute) const
 {
     diagnostics::line("Hour:", hour, " Min:", minute);
     const qint64 shown = hour > 12 ? hour - 12 : hour == 0 ? 12 : hour;
-    return QString::asprintf("%02lld:%02lld", qlonglong{shown}, qlonglong{minute}) +
-           (hour < 12 ? "AM"_L1 : "PM"_L1);
+    return clockTime(shown, minute) + (hour < 12 ? "AM"_L1 : "PM"_L1);
 }

@@ -6,7 +6,7 @@
 #include <QPointer>
 #include <QString>
 
-class QDateTimeEdit;
+class TimePicker;
 
 /// What the screens share: the notification sound, the yes/no question, the first-line cut and small
 /// operations on days and times of day. Days are those of the user's time zone.
@@ -25,10 +25,10 @@ public:
     QString truncateAtLineBreak(const QString &text) const;
 
     /// Hour (0–23) and minute (0–59) that the picker shows.
-    int getHour(const QDateTimeEdit &picker) const;
-    int getMinute(const QDateTimeEdit &picker) const;
-    /// Makes the picker show the time of day, on the earliest day it knows.
-    void setTime(QDateTimeEdit &picker, qint64 hour, qint64 minute) const;
+    int getHour(const TimePicker &picker) const;
+    int getMinute(const TimePicker &picker) const;
+    /// Makes the picker show the time of day.
+    void setTime(TimePicker &picker, qint64 hour, qint64 minute) const;
 
     /// 1 when a's day is before b's, 0 when it is the same, −1 when it is after.
     int compareDays(Instant a, Instant b, const Calendar &calendar = {}) const;

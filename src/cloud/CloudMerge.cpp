@@ -19,17 +19,16 @@ bool CloudMerge::mergeSome()
     // far.
     if (std::exchange(isDark, isDarkMode()) != isDark)
         next = 0;
-    // Between two calls the user may have changed the list, or begun a search.
-    if (next == 0 || !manager.workingList().isSharedWith(seen))
+    // Between two calls the user may have changed the list.
+    if (next == 0 || manager.changeCount() != seenChanges)
         findKeys();
-    seen.clear(); // or every change would copy the list
-    const qint64 chosen = manager.selected;
+    const qint64 chosen = manager.selected();
     for (const size_t end = std::min(next + some, records.size()); next < end; ++next)
         merge(records[next]);
-    seen = manager.workingList();
+    seenChanges = manager.changeCount();
     if (next == records.size())
         return false;
-    manager.selected = chosen; // until all is merged the user goes on with the task of their choice
+    manager.select(chosen); // until all is merged the user goes on with the task of their choice
     return true;
 }
 
@@ -42,28 +41,18 @@ void CloudMerge::findKeys()
         lastOfKey.insert(list[index]->key, index);
 }
 
-qint64 CloudMerge::selectTask(const QString &key)
-{
-    // As TaskManager::selectTaskByKey, without a walk through the list for every record.
-    return manager.selected = lastOfKey.value(key, -1);
-}
-
 void CloudMerge::merge(const CloudRecord &record)
 {
     const task fetched = taskOfRecord(record, manager.blankTask());
-    diagnostics::line("Selected:", selectTask(fetched.key));
-    if (manager.selected < 0) {
-        const QString key = manager.addTask(
-            fetched.key, fetched.date, fetched.name, fetched.desc, fetched.color, fetched.due, fetched.status,
-            fetched.priority, fetched.statusName, fetched.priorityName, fetched.hidden, fetched.startHour,
-            fetched.startMin, fetched.endHour, fetched.endMin, fetched.client, fetched.teamMember);
+    // As TaskManager::selectTaskByKey, without a walk through the list for every record.
+    manager.select(lastOfKey.value(fetched.key, -1));
+    diagnostics::line("Selected:", manager.selected());
+    if (manager.selected() < 0) {
+        const QString key = manager.addTask(fetched);
         lastOfKey.insert(key, manager.workingList().size() - 1);
         return;
     }
-    manager.editSelectedTask(fetched.date, fetched.name, fetched.desc, fetched.color, fetched.due,
-                             fetched.status, fetched.priority, fetched.statusName, fetched.priorityName,
-                             fetched.startHour, fetched.startMin, fetched.endHour, fetched.endMin,
-                             fetched.client, fetched.teamMember);
+    manager.editSelectedTask(fetched);
     if (fetched.hidden)
         manager.hideSelectedTask();
     else

@@ -18,7 +18,6 @@ public:
 
 private:
     void merge(const CloudRecord &record);
-    qint64 selectTask(const QString &key);
     void findKeys();
 
     TaskManager &manager;
@@ -26,6 +25,6 @@ private:
     size_t next = 0;
     /// The last task of each key in the working list, as it was at the end of the last call.
     QHash<QString, qint64> lastOfKey;
-    TaskList seen;
+    qint64 seenChanges = 0;
     bool isDark;
 };

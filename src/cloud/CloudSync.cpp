@@ -129,9 +129,9 @@ bool CloudSync::editTaskInCloud(const SharedTask &entry)
 
 bool CloudSync::syncAllToCloud()
 {
-    diagnostics::line("Sync To CloudKit, #Tasks:", manager.tasks.size());
+    diagnostics::line("Sync To CloudKit, #Tasks:", manager.tasks().size());
     bool result = true;
-    for (const SharedTask &entry : std::as_const(manager.tasks))
+    for (const SharedTask &entry : manager.tasks())
         result = editTaskInCloud(entry);
     return result;
 }

@@ -3,8 +3,6 @@
 #include "model/Appearance.h"
 #include "platform/Diagnostics.h"
 
-#include <QUuid>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -73,7 +71,7 @@ const CloudRecordType &taskRecordType()
 
 CloudRecord newTaskRecord()
 {
-    return {taskRecordType().name, {QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper()}};
+    return {taskRecordType().name, {newKey()}};
 }
 
 void fillRecord(CloudRecord &record, const task &entry, bool withKey)

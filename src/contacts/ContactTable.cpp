@@ -4,8 +4,8 @@
 
 using namespace Qt::StringLiterals;
 
-void ContactTable::arrange(ObjectContext &ofScreen, const FetchRequest &request,
-                           std::function<Contact()> insertion)
+void ContactTable::fill(ObjectContext &ofScreen, const FetchRequest &request,
+                        std::function<Contact()> insertion)
 {
     beginResetModel();
     context = &ofScreen;
@@ -27,9 +27,9 @@ int ContactTable::add()
 
 void ContactTable::remove(QList<int> rows)
 {
-    constexpr qsizetype rowsOneByOne = 100; // removing more of them so takes the views too long
+    constexpr qsizetype mostOneByOne = 100; // with more, telling the views of each row takes too long
     std::ranges::sort(rows, std::ranges::greater());
-    if (rows.size() > rowsOneByOne) {
+    if (rows.size() > mostOneByOne) {
         beginResetModel();
         for (const int row : rows)
             context->deleteObject(contacts.takeAt(row));

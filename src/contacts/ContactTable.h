@@ -12,11 +12,11 @@ class ContactTable : public QAbstractTableModel
     Q_OBJECT
 
 public:
-    /// Shows all records of this kind in the context, which has to outlive the table.
+    /// Fills the table with the context's records of this kind. The context has to outlive the table.
     template <typename Record>
-    void arrange(ObjectContext &ofScreen)
+    void load(ObjectContext &ofScreen)
     {
-        arrange(ofScreen, Record::fetchRequest(), [&ofScreen]() -> Contact { return Record(ofScreen); });
+        fill(ofScreen, Record::fetchRequest(), [&ofScreen]() -> Contact { return Record(ofScreen); });
     }
 
     /// Adds a contact at the end and returns its row.
@@ -34,7 +34,7 @@ public:
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
 private:
-    void arrange(ObjectContext &ofScreen, const FetchRequest &request, std::function<Contact()> insertion);
+    void fill(ObjectContext &ofScreen, const FetchRequest &request, std::function<Contact()> insertion);
 
     ObjectContext *context = nullptr;
     std::function<Contact()> insert;

@@ -13,7 +13,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A cell that was opened and left without typing stays as it was: absent does not become empty.
+/// A cell that was opened and left without typing stays as it was: an absent text does not become an empty
+/// one.
 class ContactDelegate : public QStyledItemDelegate
 {
 public:

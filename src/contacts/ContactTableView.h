@@ -16,9 +16,9 @@ public:
 
     /// Adds a contact and lets the user type its name.
     void addContact();
-    /// Removes the selected contacts; without a selection nothing.
+    /// Removes the selected contacts, if any.
     void removeSelected();
-    /// Takes over what is being typed.
+    /// Takes what is being typed into the table.
     void endEditing();
 
 signals:

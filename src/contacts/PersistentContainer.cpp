@@ -57,11 +57,16 @@ void PersistentContainer::loadPersistentStores()
         diagnostics::line("---Persistent Store---:", storePath, "SQLite");
         return;
     }
-    QSqlDatabase::database(context.connectionName(), false).close();
+    close();
     diagnostics::line("Unable to Add Persistent Store");
     const QString description = u"%1: %2, %3, code %4"_s.arg(storePath, error.driverText(),
                                                              error.databaseText(), error.nativeErrorCode());
     diagnostics::line(description + u", "_s + error.text());
+}
+
+void PersistentContainer::close()
+{
+    QSqlDatabase::database(context.connectionName(), false).close();
 }
 
 QSqlError PersistentContainer::open() const

@@ -30,6 +30,8 @@ public:
     /// is locked, cannot be written, is damaged or was written by a newer version is left as it is; the
     /// context then has no store behind it.
     void loadPersistentStores();
+    /// Closes the store. The context keeps what it has fetched, and has no store behind it.
+    void close();
 
     ObjectContext &viewContext() { return context; }
 

@@ -1,41 +1,28 @@
 #pragma once
 
-#include "contacts/ContactTable.h"
-#include "contacts/PersistentContainer.h"
-#include "widgets/Screen.h"
+#include "contacts/ContactScreen.h"
 
-#include <memory>
-
-namespace Ui {
-class ViewControllerClientMgmt;
-}
-
-/// Where the user keeps the clients. Changes are saved when the screen goes away,
-/// in whatever way it is closed.
-class ViewControllerClientMgmt : public Screen
+/// Where the user keeps the clients.
+class ViewControllerClientMgmt : public ContactScreen
 {
     Q_OBJECT
 
 public:
     /// \param dataFolder  where the contact store is
     explicit ViewControllerClientMgmt(const QString &dataFolder, QWidget *parent = nullptr);
-    ~ViewControllerClientMgmt() override;
 
 public slots:
-    void AddCient(QObject *sender);
-    void RemoveClient(QObject *sender);
-    void resetData(QObject *sender);
-    void nameChange(QObject *sender);
-    void okpressed(QObject *sender);
+    void AddCient(QObject *) { clientTableView.addContact(); }
+    void RemoveClient(QObject *) { clientTableView.removeSelected(); }
+    void resetData(QObject *) {}
+    void nameChange(QObject *nameField);
+    void okpressed(QObject *) { close(); }
 
 protected:
-    void viewWillDisappear() override;
+    ContactTableView &clientTableView;
+    QAbstractScrollArea &clientTable; ///< the same: a table view is its own scroll view
+    ContactTable clientTableArray;
 
 private:
     void connectActions();
-
-    std::unique_ptr<Ui::ViewControllerClientMgmt> ui;
-    PersistentContainer persistentContainer;
-    ObjectContext *managedObjectContext = nullptr;
-    ContactTable clientTableArray;
 };

@@ -1,39 +1,25 @@
 #pragma once
 
-#include "contacts/ContactTable.h"
-#include "contacts/PersistentContainer.h"
-#include "widgets/Screen.h"
+#include "contacts/ContactScreen.h"
 
-#include <memory>
-
-namespace Ui {
-class ViewControllerTeamMgmt;
-}
-
-/// Where the user keeps the team members. Changes are saved when the screen goes away,
-/// in whatever way it is closed.
-class ViewControllerTeamMgmt : public Screen
+/// Where the user keeps the team members.
+class ViewControllerTeamMgmt : public ContactScreen
 {
     Q_OBJECT
 
 public:
     /// \param dataFolder  where the contact store is
     explicit ViewControllerTeamMgmt(const QString &dataFolder, QWidget *parent = nullptr);
-    ~ViewControllerTeamMgmt() override;
 
 public slots:
-    void AddTeamMember(QObject *sender);
-    void RemoveTeamMember(QObject *sender);
-    void OkPressed(QObject *sender);
+    void AddTeamMember(QObject *) { teamTable.addContact(); }
+    void RemoveTeamMember(QObject *) { teamTable.removeSelected(); }
+    void OkPressed(QObject *) { close(); }
 
 protected:
-    void viewWillDisappear() override;
+    ContactTableView &teamTable;
+    ContactTable teamTableArray;
 
 private:
     void connectActions();
-
-    std::unique_ptr<Ui::ViewControllerTeamMgmt> ui;
-    PersistentContainer persistentContainer;
-    ObjectContext *managedObjectContext = nullptr;
-    ContactTable teamTableArray;
 };

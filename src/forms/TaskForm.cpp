@@ -25,23 +25,24 @@ void listNames(QComboBox &box, const QStringList &names)
     box.setCurrentIndex(-1);
 }
 
-/// Names are stored as typed: suggestions stand below the text and put nothing into it.
+/// What is typed is stored as typed: suggestions are listed below the text and never complete it by
+/// themselves, and leaving the box does not take an entry that is written in another case.
 void suggestOnly(QComboBox &box)
 {
     box.completer()->setCompletionMode(QCompleter::PopupCompletion);
     box.completer()->setCaseSensitivity(Qt::CaseSensitive);
-    box.setDuplicatesEnabled(true); // or Return would look for the text in any case and take the entry's
 }
 
-/// Selects the list's entry at the position; where there is none, the box shows the text.
+/// Selects the entry at the position; where the list has none, the box shows the text.
 void selectPosition(QComboBox &box, qint64 position, const QString &text)
 {
     const bool isListed = position >= 0 && position < box.count();
     box.setCurrentIndex(isListed ? int(position) : -1);
-    box.setEditText(isListed ? box.itemText(int(position)) : text); // also over a typed text
+    if (!isListed)
+        box.setEditText(text);
 }
 
-/// The position of the entry equal to what the box shows, else −1. The current index may be an older one.
+/// The position of the entry that equals the box's text, or −1. The current index does not follow typing.
 int positionOf(const QComboBox &box)
 {
     return box.findText(box.currentText(), Qt::MatchExactly | Qt::MatchCaseSensitive);
@@ -73,9 +74,10 @@ void TaskForm::loadView(QWidget &place)
     diagnostics::line("Mngd Context:", *managedObjectContext);
     listNames(*fields->client, contactNames(*managedObjectContext, Clients::fetchRequest()));
     listNames(*fields->teamMember, contactNames(*managedObjectContext, TeamMembers::fetchRequest()));
+    persistentContainer.close(); // a form may stay open for long
     for (QComboBox *box : {fields->inTaskStatus, fields->inTaskPriority, fields->client, fields->teamMember})
         suggestOnly(*box);
-    // The task list file knows no limit, so neither do its texts here.
+    // The task list file sets no limit to its texts, so the form does not either.
     constexpr int unlimited = std::numeric_limits<int>::max();
     fields->txtTaskName->setMaxLength(unlimited);
     for (QComboBox *box : {fields->inTaskStatus, fields->inTaskPriority, fields->client, fields->teamMember})
@@ -97,10 +99,10 @@ void TaskForm::viewDidDisappear()
 bool TaskForm::commitTyping()
 {
     isRefused = false;
-    for (DatePicker *picker : {fields->dtTaskDate, fields->dtTaskDueDate})
-        picker->commit();
-    for (QTimeEdit *picker : {fields->startTime, fields->endTime})
-        picker->interpretText();
+    for (PickerField *picker : std::initializer_list<PickerField *>{fields->dtTaskDueDate, fields->dtTaskDate,
+                                                                    fields->startTime, fields->endTime})
+        if (!picker->commit())
+            return false;
     return !isRefused;
 }
 
@@ -155,10 +157,11 @@ void TaskForm::acceptColor(const QObject &sender)
 void TaskForm::refuse(DatePicker &picker, Instant previous, const QString &reason)
 {
     isRefused = true;
-    if (isVisible()) // else the form was closed while the date was being typed
+    if (isVisible()) // the form may have been closed while the date was being typed
         alertMessage(this, reason);
     picker.setMoment(previous);
-    // A button whose press brought this about, by taking the focus from the picker, was released elsewhere.
+    // Pressing a button takes the focus from the picker, which may bring this about. The button does not
+    // learn of its release then, which goes to the alert.
     QTimer::singleShot(0, this, [this] {
         for (QAbstractButton *button : findChildren<QAbstractButton *>())
             button->setDown(false);

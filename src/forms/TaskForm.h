@@ -26,8 +26,8 @@ struct TaskFormServices
     QString dataFolder; ///< where the contact store is
 };
 
-/// What the form of a new task and the form of an existing one share: the controls for a task, the names of
-/// the contacts, the rule for colours.
+/// What the form of a new task and the form of an existing one share: the controls for a task, the contacts'
+/// names, the rule for colours.
 class TaskForm : public Screen
 {
     Q_OBJECT
@@ -39,20 +39,21 @@ protected:
     TaskForm(const TaskFormServices &services, const Color &color, Instant date, Instant due,
              QWidget *parent);
 
-    /// Fills the widget with the controls and lists the contacts' names in them.
+    /// Puts the controls into the widget, and the contacts' names into the lists to choose from.
     void loadView(QWidget &place);
     void viewDidAppear() override;
     void viewDidDisappear() override;
 
-    /// Takes over what is still being typed; false when a date of it was refused.
+    /// Takes what is still being typed into the pickers; false when one of the dates was refused.
     bool commitTyping();
     /// The controls' values as a task without key.
     task taskOfControls() const;
-    /// What both forms fill and reset: name, description, dates, status and priority.
+    /// Shows what both forms also reset: name, description, dates, status and priority.
     void showTask(const task &shown);
+    /// Shows the text in the box, whether or not its list has it.
     static void showText(QComboBox &box, const QString &text);
 
-    /// Accepts the well's colour unless the description could not be read on it.
+    /// Accepts the colour that was chosen in the well, unless the description could not be read on it.
     void acceptColor(const QObject &sender);
     /// Says why a date is refused, and returns the picker to the previous one.
     void refuse(DatePicker &picker, Instant previous, const QString &reason);

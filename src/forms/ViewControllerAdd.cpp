@@ -42,15 +42,15 @@ void ViewControllerAdd::connectActions()
     connect(fields->dtTaskDueDate, &DatePicker::dayChosen, this,
             [this] { SelectDueDate(fields->dtTaskDueDate); });
     connect(fields->color, &ColorWell::colorChosen, this, [this] { selectColorWell(fields->color); });
-    connect(fields->startTime, &QTimeEdit::timeChanged, this, [this] { chooseStartTime(fields->startTime); });
-    connect(fields->endTime, &QTimeEdit::timeChanged, this, [this] { chooseEndTime(fields->endTime); });
+    connect(fields->startTime, &TimePicker::timeChosen, this, [this] { chooseStartTime(fields->startTime); });
+    connect(fields->endTime, &TimePicker::timeChosen, this, [this] { chooseEndTime(fields->endTime); });
 }
 
 void ViewControllerAdd::viewWillAppear()
 {
     setMinimumSize(565, 452);
     colorWell = appearanceTextColor().inverted();
-    for (const QTimeEdit *picker : {fields->startTime, fields->endTime})
+    for (const TimePicker *picker : {fields->startTime, fields->endTime})
         diagnostics::line(util().getHour(*picker), ":", util().getMinute(*picker));
 }
 
@@ -66,14 +66,12 @@ void ViewControllerAdd::btnAddTask_Click(QObject *)
     diagnostics::line("Button Pressed");
     if (!commitTyping())
         return;
-    const task added = taskOfControls();
-    manager.addTask(QString(), added.date, added.name, added.desc, added.color, added.due, added.status,
-                    added.priority, added.statusName, added.priorityName, false, added.startHour,
-                    added.startMin, added.endHour, added.endMin, added.client, added.teamMember);
+    const QString key = manager.addTask(taskOfControls());
     fields->txtTaskName->clear();
     fields->txtTaskDescription->setText({});
     hideColorPanel();
     services.notices.post(notice::reload);
+    emit added(key);
     close();
 }
 

@@ -26,6 +26,10 @@ public slots:
     /// The desktop switched between light and dark.
     void interfaceModeChangedWithSender(QObject *sender);
 
+signals:
+    /// A task with this key was added, and the main window shows it.
+    void added(const QString &key);
+
 protected:
     void viewWillAppear() override;
     void focusInEvent(QFocusEvent *event) override;

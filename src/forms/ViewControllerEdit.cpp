@@ -65,7 +65,7 @@ void ViewControllerEdit::viewWillAppear()
 void ViewControllerEdit::viewDidAppear()
 {
     fields->txtTaskDescription->setTextColor(appearanceTextColor());
-    // Once, however often the form appears: every registration would invert the well.
+    // Only once, however often the form appears: each registration inverts the well at every change.
     if (!std::exchange(isRegistered, true))
         services.systemNotices.observe(notice::appearanceChanged, this,
                                        [this] { interfaceModeChangedWithSender(&services.systemNotices); });
@@ -86,17 +86,12 @@ void ViewControllerEdit::storeControls()
 {
     const task stored = taskOfControls();
     manager.selectAgain(editedKey);
-    if (hasGone()) {
-        manager.workingList().append(task{.key = editedKey, .hidden = wasHidden});
-        manager.selectTaskByKey(editedKey);
-    }
-    manager.editSelectedTask(stored.date, stored.name, stored.desc, stored.color, stored.due, stored.status,
-                             stored.priority, stored.statusName, stored.priorityName, stored.startHour,
-                             stored.startMin, stored.endHour, stored.endMin, stored.client,
-                             stored.teamMember);
+    if (hasGone())
+        manager.restoreTask({.key = editedKey, .hidden = wasHidden});
+    manager.editSelectedTask(stored);
 }
 
-/// Whether the task has gone with a list that was read anew.
+/// Whether the task is no longer in the list, which may have been read anew since the form was opened.
 bool ViewControllerEdit::hasGone() const
 {
     return manager.selectedTask().key != editedKey;
@@ -134,7 +129,7 @@ void ViewControllerEdit::ResetToOriginal(QObject *)
     diagnostics::line("Reset");
     manager.selectAgain(editedKey);
     if (hasGone())
-        return; // what the form shows is all that is left of it
+        return; // the form holds all that is left of the task
     const task stored = manager.selectedTask();
     showTask(stored);
     fields->color->setColor(stored.color);

@@ -1,35 +1,29 @@
 #include "mainwindow/Screens.h"
 
-#include "app/WebPage.h"
 #include "contacts/ViewControllerClientMgmt.h"
 #include "contacts/ViewControllerTeamMgmt.h"
 #include "forms/ViewControllerAdd.h"
 #include "forms/ViewControllerEdit.h"
+#include "mainwindow/GuideProgram.h"
 #include "messaging/ViewControllerSending.h"
 #include "messaging/ViewControllerSettings.h"
 #include "model/TaskManager.h"
 #include "tools/ViewControllerNotes.h"
-#include "widgets/Alert.h"
 
 using namespace Qt::StringLiterals;
 
-static void bringToFront(QWidget &screen)
-{
-    screen.setWindowState(screen.windowState() & ~Qt::WindowMinimized);
-    screen.show();
-    screen.raise();
-    screen.activateWindow();
-}
-
-/// Shows the screen, which is made if it is not open. A screen that was closed is gone.
+/// Shows the screen, which is made if it is not open; true when it was made. A screen that was closed is
+/// gone.
 template <typename ScreenClass, typename Resources>
-static void open(QPointer<ScreenClass> &screen, Resources &&resources, QWidget &mainWindow)
+static bool open(QPointer<ScreenClass> &screen, Resources &&resources, QWidget &mainWindow)
 {
-    if (!screen || !screen->isVisible()) {
+    const bool isNew = !screen || !screen->isVisible();
+    if (isNew) {
         screen = new ScreenClass(resources, &mainWindow);
         screen->setAttribute(Qt::WA_DeleteOnClose);
     }
     bringToFront(*screen);
+    return isNew;
 }
 
 Screens::Screens(const TaskFormServices &formServices, ScheduleRuns &scheduleRuns, const Folders &userFolders)
@@ -39,9 +33,10 @@ Screens::Screens(const TaskFormServices &formServices, ScheduleRuns &scheduleRun
 {
 }
 
-void Screens::openAddForm(QWidget &mainWindow)
+void Screens::openAddForm(QWidget &mainWindow, const std::function<void(const QString &)> &added)
 {
-    open(addForm, services, mainWindow);
+    if (open(addForm, services, mainWindow))
+        QObject::connect(addForm, &ViewControllerAdd::added, &mainWindow, added);
 }
 
 void Screens::openEditForm(QWidget &mainWindow)
@@ -64,11 +59,7 @@ void Screens::openTeamMembers(QWidget &mainWindow)
 
 void Screens::openSending(QWidget &mainWindow)
 {
-    if (sending && sending->isSending())
-        bringToFront(*sending); // it may have been closed meanwhile
-    else
-        open(sending, ViewControllerSending::Services{services.manager, runs, services.dataFolder},
-             mainWindow);
+    open(sending, ViewControllerSending::Services{services.manager, runs, services.dataFolder}, mainWindow);
 }
 
 void Screens::openSettings(QWidget &mainWindow)
@@ -88,14 +79,7 @@ void Screens::openWhiteboard(QWidget &mainWindow)
 
 void Screens::openGuide(QWidget &mainWindow)
 {
-    QString problem;
-    if (!guide || !guide->isVisible()) {
-        guide = webPage::makeScreen(&mainWindow, problem);
-        if (guide)
-            guide->setAttribute(Qt::WA_DeleteOnClose);
-    }
-    if (guide)
-        bringToFront(*guide);
-    else
-        alertMessage(&mainWindow, u"The guide cannot be shown. "_s + problem);
+    if (!guide)
+        guide = new GuideProgram(services.systemNotices, &mainWindow);
+    guide->bringToFront();
 }

@@ -6,6 +6,7 @@
 #include <QPointer>
 
 class ViewControllerAdd;
+class GuideProgram;
 class ScheduleRuns;
 class ViewControllerClientMgmt;
 class ViewControllerNotes;
@@ -27,7 +28,8 @@ public:
 
     Screens(const TaskFormServices &formServices, ScheduleRuns &runs, const Folders &folders);
 
-    void openAddForm(QWidget &mainWindow);
+    /// \param added  is told the key of the task that was added
+    void openAddForm(QWidget &mainWindow, const std::function<void(const QString &key)> &added);
     /// Opens the form of the selected task as a modal window; returns at once.
     void openEditForm(QWidget &mainWindow);
     void openClients(QWidget &mainWindow);
@@ -50,5 +52,5 @@ private:
     QPointer<ViewControllerSettings> settings;
     QPointer<ViewControllerNotes> notes;
     QPointer<ViewControllerWhiteboard> whiteboard;
-    QPointer<QDialog> guide;
+    QPointer<GuideProgram> guide;
 };

@@ -32,7 +32,6 @@ public:
 
 private:
     void numberOfRows(int view);
-    QColor rowColor(int row) const;
 
     TaskManager &manager;
 };

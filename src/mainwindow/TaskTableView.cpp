@@ -5,15 +5,19 @@
 
 #include <QHeaderView>
 #include <QMouseEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QTimer>
+
+#include <chrono>
 
 void TaskTableView::setTable(TaskTable &shown)
 {
-    constexpr std::array widths = {90, 52, 52, 190, 115, 105, 190, 64, 64, 90, 228}; // pixels, by column
     table = &shown;
     setModel(table);
     setItemDelegate(new TaskRowDelegate(this));
-    for (size_t column = 0; column < widths.size(); ++column)
-        setColumnWidth(int(column), widths[column]);
+    for (const TaskColumnInfo &info : taskColumns())
+        setColumnWidth(int(info.column), info.width);
 }
 
 void TaskTableView::setLargeRows()
@@ -26,10 +30,13 @@ void TaskTableView::setLargeRows()
 void TaskTableView::reloadData(int view)
 {
     const QModelIndex current = currentIndex();
+    const QPoint place(horizontalScrollBar()->value(), verticalScrollBar()->value());
     table->reloadData(view);
-    const int row = qMin(current.row(), table->rowCount() - 1);
+    const int row = qMax(0, qMin(current.row(), table->rowCount() - 1));
     selectionModel()->setCurrentIndex(table->index(row, qMax(current.column(), 0)),
                                       QItemSelectionModel::NoUpdate);
+    horizontalScrollBar()->setValue(place.x());
+    verticalScrollBar()->setValue(place.y());
 }
 
 int TaskTableView::selectedRow() const
@@ -50,9 +57,36 @@ void TaskTableView::selectRowOfKey(const QString &key)
         selectRow(row);
 }
 
+void TaskTableView::pointOut(const QString &key)
+{
+    constexpr std::chrono::milliseconds moment(1500);
+    const int row = table->rowOfKey(key);
+    if (row < 0)
+        return;
+    scrollTo(table->index(row, int(TaskColumn::Name)));
+    pointedOut = key;
+    viewport()->update();
+    QTimer::singleShot(moment, this, [this, key] {
+        if (pointedOut == key)
+            pointedOut.clear();
+        viewport()->update();
+    });
+}
+
+void TaskTableView::paintEvent(QPaintEvent *event)
+{
+    RowTableView::paintEvent(event);
+    const int row = pointedOut.isEmpty() ? -1 : table->rowOfKey(pointedOut);
+    if (row < 0)
+        return;
+    QPainter painter(viewport());
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 3));
+    painter.drawRect(1, rowViewportPosition(row) + 1, viewport()->width() - 3, rowHeight(row) - 3);
+}
+
 void TaskTableView::mouseDoubleClickEvent(QMouseEvent *event)
 {
-    QTableView::mouseDoubleClickEvent(event);
+    RowTableView::mouseDoubleClickEvent(event);
     if (event->button() != Qt::LeftButton)
         return;
     rowOfDoubleClick = indexAt(event->position().toPoint()).row();

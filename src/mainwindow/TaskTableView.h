@@ -1,24 +1,24 @@
 #pragma once
 
-#include <QTableView>
+#include "widgets/RowTableView.h"
 
 class TaskTable;
 
 /// The task table on screen: large rows, vertical grid lines, one selected row.
-class TaskTableView : public QTableView
+class TaskTableView : public RowTableView
 {
     Q_OBJECT
 
 public:
-    using QTableView::QTableView;
+    using RowTableView::RowTableView;
 
     /// Takes the table to show and gives the columns the widths of a first start.
     void setTable(TaskTable &table);
     /// Sets large rows and solid vertical grid lines only.
     void setLargeRows();
 
-    /// Builds the view anew and shows it. No row is selected then, but the arrow keys go on from where they
-    /// were. \param view  the position chosen in the view chooser
+    /// Builds the view anew and shows it at the same place. No row is selected then, but the arrow keys go on
+    /// from where they were. \param view  the position chosen in the view chooser
     void reloadData(int view);
 
     /// The selected row, or −1.
@@ -27,6 +27,8 @@ public:
     QString keyOfSelectedRow() const;
     /// Selects just the row that shows this key, if there is one.
     void selectRowOfKey(const QString &key);
+    /// Scrolls to the row that shows this key, if there is one, and marks it for a moment.
+    void pointOut(const QString &key);
 
     /// The row of the last double click, or −1 when it was below the rows.
     int clickedRow() const { return rowOfDoubleClick; }
@@ -36,8 +38,10 @@ signals:
 
 protected:
     void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     int rowOfDoubleClick = -1;
     TaskTable *table = nullptr;
+    QString pointedOut; ///< the key that is marked
 };

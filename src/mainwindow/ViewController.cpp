@@ -1,7 +1,7 @@
 #include "mainwindow/ViewController.h"
 
 #include "app/UIUtil.h"
-#include "app/WebPage.h"
+#include "mainwindow/GuideProgram.h"
 #include "mainwindow/Screens.h"
 #include "model/Appearance.h"
 #include "model/TaskManager.h"
@@ -9,9 +9,12 @@
 #include "platform/Diagnostics.h"
 #include "platform/NotificationCenter.h"
 #include "ui_ViewController.h"
+#include "widgets/Banner.h"
 
 #include <QActionGroup>
 #include <QCloseEvent>
+#include <QDesktopServices>
+#include <QFileInfo>
 #include <QShortcut>
 
 using namespace Qt::StringLiterals;
@@ -28,20 +31,25 @@ ViewController::ViewController(TaskManager &taskManager, NotificationCenter &app
                                CloudSync &cloudSync, const QString &documentsFolder,
                                const QString &stateFolder)
     : ui(setUpUi(*this))
-    , taskButtons(*ui)
+    , taskCommands(*ui)
     , manager(taskManager)
     , notices(applicationNotices)
     , systemNotices(desktopNotices)
     , screens(furtherScreens)
     , cloud(cloudSync)
     , taskListFile(taskManager, documentsFolder, stateFolder)
+    , unsavedBanner(new Banner(this))
+    , newsBanner(new Banner(this))
     , table(taskManager)
     , keptState(stateFolder)
 {
     ui->viewSelection->addItems(taskViewTitles());
     ui->tblView->setTable(table);
+    ui->mainLayout->insertWidget(0, newsBanner);
+    ui->mainLayout->insertWidget(0, unsavedBanner);
     addViewActions();
     viewDidLoad();
+    tellOfFile();
     connectActions();
     keptState.restore(*this, *ui->tblView->horizontalHeader());
 }
@@ -50,11 +58,13 @@ ViewController::~ViewController() = default;
 
 void ViewController::addViewActions()
 {
+    constexpr int digits = 10; // a further view has no key of its own
     auto *group = new QActionGroup(this);
     const QStringList &titles = taskViewTitles();
     for (int position = 0; position < titles.size(); ++position) {
         QAction *action = ui->menuView->addAction(titles[position]);
-        action->setShortcut(QKeySequence(Qt::CTRL | Qt::Key((position + 1) % 10 + Qt::Key_0)));
+        if (position < digits)
+            action->setShortcut(QKeySequence(Qt::CTRL | Qt::Key((position + 1) % digits + Qt::Key_0)));
         action->setCheckable(true);
         group->addAction(action);
         connect(action, &QAction::triggered, this, [this, position] { chooseView(position); });
@@ -76,11 +86,13 @@ void ViewController::connectActions()
     onTrigger(ui->actionUpdateFromCloud, &ViewController::UpdateFromCoud);
     onTrigger(ui->actionShare, &ViewController::sharingTask);
     onTrigger(ui->actionGuide, &ViewController::addEnhancement);
-    if (!webPage::isInstalled()) {
+    if (!GuideProgram::isInstalled()) {
         ui->actionGuide->setText(u"Guide (not installed)"_s);
         ui->actionGuide->setEnabled(false);
     }
+    qApp->installEventFilter(this);
     connectScreens();
+    connect(&dayWatch, &DayWatch::dayMayHaveChanged, this, &ViewController::showToday);
     connect(ui->shareButton, &QToolButton::pressed, this, [this] { sharingTask(ui->shareButton); });
     connect(ui->tblView, &TaskTableView::doubleAction, this, [this] { doubleClickTable(ui->tblView); });
     connect(ui->actionQuit, &QAction::triggered, this, &ViewController::close);
@@ -97,7 +109,9 @@ void ViewController::connectActions()
 
 void ViewController::connectScreens()
 {
-    connect(ui->actionAdd, &QAction::triggered, this, [this] { screens.openAddForm(*this); });
+    connect(ui->actionAdd, &QAction::triggered, this, [this] {
+        screens.openAddForm(*this, [this](const QString &key) { ui->tblView->pointOut(key); });
+    });
     connect(ui->actionEdit, &QAction::triggered, this, [this] { screens.openEditForm(*this); });
     connect(ui->actionClients, &QAction::triggered, this, [this] { screens.openClients(*this); });
     connect(ui->actionTeamMembers, &QAction::triggered, this, [this] { screens.openTeamMembers(*this); });
@@ -112,10 +126,13 @@ void ViewController::viewDidLoad()
     util().prepareSound();
     taskListFile.parseFile(taskListFile.readFile());
     ui->viewSelection->setCurrentIndex(int(TaskView::All));
-    ui->tblView->horizontalHeader()->setSortIndicator(int(TaskColumn::Date), Qt::AscendingOrder);
-    manager.sortByColumn({.key = taskColumns()[size_t(TaskColumn::Date)].sortKey, .ascending = true});
+    QHeaderView *header = ui->tblView->horizontalHeader();
+    header->setSortIndicator(keptState.isOrderedByHand() ? -1 : int(TaskColumn::Date), Qt::AscendingOrder);
+    if (!keptState.isOrderedByHand())
+        manager.sortByColumn({.key = infoOf(TaskColumn::Date).sortKey, .ascending = true});
     reloadTable();
-    taskButtons.disable();
+    taskCommands.disable();
+    ui->tblView->setFocus();
     diagnostics::line("Dark Mode:", isDarkMode());
     notices.observe(notice::reload, this, [this] { reloadTableData(); });
     notices.observe(notice::update, this, [this] { updateComplete(); });
@@ -127,7 +144,7 @@ void ViewController::viewWillAppear()
 {
     ui->tblView->setLargeRows();
     reloadTable();
-    taskButtons.disable();
+    taskCommands.disable();
     setMinimumSize(1040, 430);
 }
 
@@ -140,8 +157,22 @@ void ViewController::showEvent(QShowEvent *event)
 
 void ViewController::closeEvent(QCloseEvent *event)
 {
+    if (!taskListFile.isSaved() && !unsavedList().mayBeLeft(*this, u"&Quit Without Saving"_s)) {
+        event->ignore();
+        return;
+    }
     windowShouldClose();
     event->accept();
+}
+
+/// Opens the guide from the other windows, modal ones too, which no shortcut of this window would reach.
+bool ViewController::eventFilter(QObject *receiver, QEvent *event)
+{
+    const auto *key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent *>(event) : nullptr;
+    const bool isForGuide = key && key->matches(QKeySequence::HelpContents) && !key->isAutoRepeat();
+    if (isForGuide)
+        ui->actionGuide->trigger();
+    return isForGuide || QMainWindow::eventFilter(receiver, event);
 }
 
 void ViewController::windowShouldClose()
@@ -150,14 +181,6 @@ void ViewController::windowShouldClose()
     keptState.save(*this, *ui->tblView->horizontalHeader());
     // Queued: the other windows are to be closed after this one, not in the middle of it.
     QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
-}
-
-void ViewController::bringToFront()
-{
-    setWindowState(windowState() & ~Qt::WindowMinimized);
-    show();
-    raise();
-    activateWindow();
 }
 
 void ViewController::tableViewSelectionDidChange()
@@ -173,11 +196,11 @@ void ViewController::tableViewSelectionDidChange()
     diagnostics::line("Index:", index);
     const bool hidden = manager.isSelectedTaskHidden();
     diagnostics::line("Hidden:", hidden);
-    taskButtons.showHideState(hidden);
+    taskCommands.showHideState(hidden);
     if (index < 0)
-        taskButtons.disable();
+        taskCommands.disable();
     else
-        taskButtons.enable();
+        taskCommands.enable();
     diagnostics::line("Row:", row);
 }
 
@@ -187,23 +210,24 @@ void ViewController::sortDescriptorsDidChange()
     const int section = header->sortIndicatorSection();
     if (section < 0 || section >= table.columnCount())
         return;
-    const SortDescriptor descriptor{.key = taskColumns()[size_t(section)].sortKey,
+    const SortDescriptor descriptor{.key = taskColumns()[section].sortKey,
                                     .ascending = header->sortIndicatorOrder() == Qt::AscendingOrder};
     diagnostics::line("Sorting:", descriptor);
     const QString selectedKey = manager.selectedTask().key;
     const QString shownKey = ui->tblView->keyOfSelectedRow();
     manager.sortByColumn(descriptor);
-    if (manager.selected >= 0)
+    if (manager.selected() >= 0)
         manager.selectTaskByKey(selectedKey); // the same task, at its new place
     reloadTable();
     ui->tblView->selectRowOfKey(shownKey);
+    keptState.saveOrder(*header);
 }
 
 void ViewController::ChangeView(QObject *)
 {
     const int position = ui->viewSelection->currentIndex();
     diagnostics::line("Change View", position);
-    taskButtons.disable();
+    taskCommands.disable();
     manager.refreshSearch();
     reloadTable();
 }
@@ -224,14 +248,74 @@ void ViewController::search(QObject *)
         manager.startSearch(text);
     reloadTable();
     ui->tblView->selectRowOfKey(shownKey);
+    if (shownKey.isEmpty())
+        ui->tblView->scrollToTop(); // where the first hit is
 }
 
 void ViewController::reloadTableData()
 {
     manager.refreshSearch();
     reloadTable();
-    taskButtons.disable();
-    taskListFile.writeFile();
+    taskCommands.disable();
+    writeList();
+}
+
+void ViewController::writeList()
+{
+    if (taskListFile.writeFile())
+        unsavedBanner->withdraw();
+    else
+        unsavedList().tell(*unsavedBanner);
+    tellOfFile();
+}
+
+Unsaved ViewController::unsavedList()
+{
+    return {.what = u"The task list"_s,
+            .path = taskListFile.path(),
+            .reason = taskListFile.problem(),
+            .tryAgain =
+                [this] {
+                    writeList();
+                    return taskListFile.isSaved();
+                },
+            .content =
+                [this] {
+                    return taskListFile.text();
+                }};
+}
+
+/// Says once which rows were left out and where the file was copied to.
+void ViewController::tellOfFile()
+{
+    QStringList news;
+    if (const qsizetype rows = taskListFile.takeSkippedRows(); rows > 0)
+        news.append(
+            u"%1 of the rows in %2 could not be read and are not shown. The file is copied before it is "
+            "overwritten."_s.arg(QString::number(rows), taskListFile.path()));
+    const QString copy = taskListFile.takeCopyPath();
+    if (!copy.isEmpty())
+        news.append(u"What the task list's file held before is kept in %1."_s.arg(copy));
+    if (news.isEmpty())
+        return;
+    const QUrl folder = QUrl::fromLocalFile(QFileInfo(taskListFile.path()).path());
+    newsBanner->tell(news.join(u'\n'), {{u"&Show"_s,
+                                         [folder] {
+                                             QDesktopServices::openUrl(folder);
+                                         }},
+                                        {u"&Dismiss"_s, [this] {
+                                             newsBanner->withdraw();
+                                         }}});
+}
+
+/// Brings the view that depends on the day up to date; what is selected in it stays selected.
+void ViewController::showToday()
+{
+    if (ui->viewSelection->currentIndex() != int(TaskView::DueToday))
+        return;
+    const QString shownKey = ui->tblView->keyOfSelectedRow();
+    reloadTable();
+    ui->tblView->selectRowOfKey(shownKey);
 }
 
 void ViewController::updateComplete()
@@ -243,8 +327,9 @@ void ViewController::interfaceModeChangedWithSender(QObject *)
 {
     diagnostics::line("Dark mode change");
     taskListFile.followAppearance();
-    taskButtons.disable();
+    taskCommands.disable();
     reloadTable();
+    tellOfFile();
 }
 
 void ViewController::reloadTable()

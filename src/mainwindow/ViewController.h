@@ -1,9 +1,11 @@
 #pragma once
 
-#include "mainwindow/TaskButtons.h"
+#include "mainwindow/TaskCommands.h"
 #include "mainwindow/TaskTable.h"
 #include "mainwindow/WindowState.h"
+#include "platform/DayWatch.h"
 #include "taskfile/TaskListFile.h"
+#include "widgets/Unsaved.h"
 
 #include <QMainWindow>
 
@@ -11,6 +13,7 @@
 
 class CloudSync;
 class NotificationCenter;
+class Banner;
 class QAction;
 class Screens;
 class TaskManager;
@@ -39,9 +42,6 @@ public:
                    const QString &stateFolder);
     ~ViewController() override;
 
-    /// Brings the window to the user, also from the task bar.
-    void bringToFront();
-
 public slots:
     void ChangeView(QObject *sender);
     void search(QObject *sender);
@@ -63,6 +63,7 @@ public slots:
 protected:
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    bool eventFilter(QObject *receiver, QEvent *event) override;
 
 private:
     void connectActions();
@@ -76,19 +77,26 @@ private:
     void sortDescriptorsDidChange();
     void reloadTableData();
     void updateComplete();
+    void showToday();
 
     void chooseView(int position);
     void moveTask(bool up, const QString &wrongViewMessage);
     void reloadTable();
+    void writeList();
+    void tellOfFile();
+    Unsaved unsavedList();
 
     std::unique_ptr<Ui::ViewController> ui;
-    TaskButtons taskButtons;
+    TaskCommands taskCommands;
     TaskManager &manager;
     NotificationCenter &notices;
     NotificationCenter &systemNotices;
     Screens &screens;
     CloudSync &cloud;
     TaskListFile taskListFile;
+    Banner *unsavedBanner; ///< while the list is not in its file
+    Banner *newsBanner;    ///< what has become of the file
     TaskTable table;
     WindowState keptState;
+    DayWatch dayWatch;
 };

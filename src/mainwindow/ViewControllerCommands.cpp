@@ -18,19 +18,19 @@ using namespace Qt::StringLiterals;
 
 void ViewController::hideClicked(QObject *)
 {
-    if (manager.selected < 0) {
-        diagnostics::line(manager.selected);
+    if (manager.selected() < 0) {
+        diagnostics::line(manager.selected());
         return;
     }
     diagnostics::line("Hide Pressed!");
     const bool hide = !manager.isSelectedTaskHidden();
-    taskButtons.showHideState(hide);
+    taskCommands.showHideState(hide);
     if (hide)
         manager.hideSelectedTask();
     else
         manager.unhideSelectedTask();
     reloadTableData();
-    diagnostics::line(manager.selected);
+    diagnostics::line(manager.selected());
 }
 
 void ViewController::upper(QObject *)
@@ -47,24 +47,25 @@ void ViewController::moveTask(bool up, const QString &wrongViewMessage)
 {
     const QString key = manager.selectedTask().key;
     const bool inGlobalView = ui->viewSelection->currentIndex() == int(TaskView::GlobalAll);
-    if (manager.selected < 0 || !inGlobalView) {
+    if (ui->tblView->selectedRow() < 0 || manager.selected() < 0 || !inGlobalView) {
         alertMessage(this, inGlobalView ? u"Select a Task."_s : wrongViewMessage);
         return;
     }
     manager.moveSelectedTask(up);
+    ui->tblView->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder); // the order is the user's own
+    keptState.saveOrder(*ui->tblView->horizontalHeader());
     reloadTable();
-    taskButtons.disable();
+    taskCommands.disable();
     manager.selectTaskByKey(key);
     ui->tblView->selectRowOfKey(key);
-    taskListFile.writeFile();
+    writeList();
 }
 
 void ViewController::cloneTask(QObject *)
 {
     manager.cloneSelectedTask();
-    reloadTable();
-    taskButtons.disable();
-    taskListFile.writeFile();
+    reloadTableData();
+    ui->tblView->pointOut(manager.workingList().constLast()->key);
 }
 
 void ViewController::closeTask(QObject *)
@@ -77,15 +78,13 @@ void ViewController::closeTask(QObject *)
         player->play();
     diagnostics::line("Close Task");
     manager.closeSelectedTask();
-    reloadTable();
-    taskButtons.disable();
-    taskListFile.writeFile();
+    reloadTableData();
 }
 
 void ViewController::btnDeleteTask_ClickWithSender(QObject *)
 {
-    if (manager.selected < 0) {
-        diagnostics::line(manager.selected);
+    if (manager.selected() < 0) {
+        diagnostics::line(manager.selected());
         return;
     }
     const task selected = manager.selectedTask();
@@ -98,9 +97,9 @@ void ViewController::btnDeleteTask_ClickWithSender(QObject *)
         cloud.deleteTaskFromCloud(selected.key);
         manager.deleteSelectedTask();
     }
-    diagnostics::line("Tasks:", manager.tasks.size());
+    diagnostics::line("Tasks:", manager.tasks().size());
     reloadTableData();
-    diagnostics::line(manager.selected);
+    diagnostics::line(manager.selected());
 }
 
 void ViewController::UpdateToCloud(QObject *)

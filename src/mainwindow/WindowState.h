@@ -5,16 +5,21 @@
 class QHeaderView;
 class QMainWindow;
 
-/// Keeps the main window's size and the table's column widths and sort indicator from one start to the next,
-/// in a file of its own beside the program's other state.
+/// Keeps the main window's size, the table's column widths and the order of its rows from one start to the
+/// next, in a file of its own beside the program's other state. Each value stands there as a plain number and
+/// is checked when it is used.
 class WindowState
 {
 public:
     explicit WindowState(const QString &stateFolder);
 
+    /// Whether the user has put the tasks into an order of their own, which no column has.
+    bool isOrderedByHand() const;
     /// What has not been kept, or cannot be used, stays as it is.
     void restore(QMainWindow &window, QHeaderView &header) const;
     void save(const QMainWindow &window, const QHeaderView &header);
+    /// Keeps what the rows are ordered by.
+    void saveOrder(const QHeaderView &header);
 
 private:
     QSettings settings;

@@ -77,8 +77,8 @@ std::optional<QString> transportError(const QNetworkReply &reply)
 {
     const QNetworkReply::NetworkError error = reply.error();
     const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    // Qt reports what the gateway refuses as errors, too, and redirections and challenges upon which it would
-    // have to send the body again.
+    // Qt reports refusals of the gateway as errors, too, and so it does with redirections and challenges that
+    // would make it send the body again.
     const bool isAnswer = status >= 300 && error > QNetworkReply::UnknownNetworkError &&
                           error != QNetworkReply::ProtocolUnknownError &&
                           error != QNetworkReply::ProtocolFailure;
@@ -91,15 +91,15 @@ std::optional<QString> transportError(const QNetworkReply &reply)
     return reply.errorString();
 }
 
-/// Ends the request with this reason.
+/// Ends the request; the reason is told in place of its error.
 void breakOff(QNetworkReply &reply, const QString &reason)
 {
     reply.setProperty("reason", reason);
     reply.abort();
 }
 
-/// The text without what must not get into a diagnostic line, and which a gateway may send back: the
-/// authorisation and the secret, even where a short one stands there by chance.
+/// The text without the authorisation and the secret, which must not get into a diagnostic line and which a
+/// gateway may send back. A short secret is taken out even where it stands by chance.
 QString withoutCredentials(QString text, const GatewayRequest &request)
 {
     const QByteArray credentials = request.userName + ':' + request.password;
@@ -117,7 +117,7 @@ QString withoutCredentials(QString text, const GatewayRequest &request)
 QSslConfiguration tlsConfiguration(const GatewayAddress &address)
 {
     QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
-    if (!address.trusted.isEmpty()) // setting none would make Qt forget the system's
+    if (!address.trusted.isEmpty()) // an empty list would replace the system's
         tls.setCaCertificates(address.trusted);
     return tls;
 }
@@ -150,7 +150,7 @@ bool GatewayClient::start(const GatewayRequest &request)
     ++underWay;
     ++unsent;
     if (!thread.isRunning())
-        thread.start(); // the program's start does not wait for it
+        thread.start(); // not before, so that the program starts without it
     QMetaObject::invokeMethod(
         &threadContext, [this, request] { send(request); }, Qt::QueuedConnection);
     return true;
@@ -189,7 +189,7 @@ bool GatewayClient::finish(std::chrono::nanoseconds limit)
             breakOff(*reply, u"The program ended before the gateway answered"_s);
     };
     QMetaObject::invokeMethod(&threadContext, breakAllOff, Qt::QueuedConnection);
-    changed.wait_for(lock, 1s, isIdle); // longer only if the thread itself is kept waiting
+    changed.wait_for(lock, 1s, isIdle); // takes a moment, unless the thread itself is kept waiting
     return false;
 }
 
@@ -199,7 +199,7 @@ void GatewayClient::send(const GatewayRequest &request)
     auto body = std::make_unique<UnrepeatableBody>(request.body);
     QNetworkReply *reply = manager->post(prepare(address, *tls, request), body.get());
     body.release()->setParent(reply);
-    auto *limit = new QTimer(reply); // which ends with the reply
+    auto *limit = new QTimer(reply); // ends with the reply
     limit->setTimerType(Qt::PreciseTimer);
     limit->setSingleShot(true);
     QObject::connect(limit, &QTimer::timeout, reply,
@@ -234,9 +234,10 @@ void GatewayClient::prepareConnections()
 void GatewayClient::complete(QNetworkReply &reply, const GatewayRequest &request)
 {
     lastUse.start();
+    reply.deleteLater(); // before anybody can know of its end and send what would meet it
     const std::optional<QString> error = transportError(reply);
     const QByteArray body = error ? QByteArray() : reply.readAll();
-    // All of it at once: a last character that is cut off is an error, too.
+    // Decoded as a whole, so that a last character that is cut off is an error, too.
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = decoder(body);
     diagnostics::line("Finished");
@@ -245,8 +246,7 @@ void GatewayClient::complete(QNetworkReply &reply, const GatewayRequest &request
     else
         diagnostics::line("Error:",
                           error ? u"Optional(%1)"_s.arg(withoutCredentials(*error, request)) : u"nil"_s);
-    diagnostics::flush(); // nothing may happen on the main thread for long
-    reply.deleteLater();
+    diagnostics::flush(); // the main thread may not become idle for long
     {
         const std::lock_guard lock(mutex);
         --underWay;

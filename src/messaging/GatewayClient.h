@@ -23,7 +23,7 @@ struct GatewayAddress
     QList<QSslCertificate> trusted = {}; ///< certificates to trust; empty for those of the system
 };
 
-/// With which the gateway has to prove who it is.
+/// The TLS settings, with the certificates by which the gateway has to prove who it is.
 QSslConfiguration tlsConfiguration(const GatewayAddress &address);
 
 /// A form to be posted to the gateway.
@@ -37,30 +37,31 @@ struct GatewayRequest
 
 /// The one HTTPS client through which all messages go, on a thread of its own.
 ///
-/// Every request goes out once: none is repeated, redirected or answered to a challenge. What comes back is
-/// written to the diagnostic lines. Made and destroyed on the main thread, used on others.
+/// Every request goes out once: it is not repeated, does not follow a redirection and does not answer a
+/// challenge. What comes back is written to the diagnostic lines. Made and destroyed on the main thread, used
+/// on others.
 class GatewayClient
 {
 public:
-    /// \param timeLimit  for every request
-    /// \param idleLimit  after which connections are given up: a gateway closes those that nothing comes on,
-    ///                   and a message that is sent just then would be lost
+    /// \param timeLimit  for the answer to each request
+    /// \param idleLimit  connections that have been idle for longer are given up: the gateway closes idle
+    ///                   ones, and a message that is sent just then would be lost
     explicit GatewayClient(const GatewayAddress &address,
                            std::chrono::milliseconds timeLimit = std::chrono::minutes(1),
                            std::chrono::milliseconds idleLimit = std::chrono::seconds(2));
-    /// Breaks off what is under way.
+    /// Breaks off the requests under way.
     ~GatewayClient();
     GatewayClient(const GatewayClient &) = delete;
     GatewayClient &operator=(const GatewayClient &) = delete;
 
-    /// Starts the request, as soon as fewer are under way than there are connections, and does not wait for
-    /// its answer. False when the client was closed before that.
+    /// Waits until fewer requests are under way than there may be connections, starts this one and does not
+    /// wait for its answer. False when the client was closed before that.
     bool start(const GatewayRequest &request);
-    /// Waits until every started request has been handed to the network, and then so long, or until the
-    /// client is closed.
+    /// Waits until every started request has been handed to the network, and then for the duration. Ends at
+    /// once when the client is closed.
     void pause(std::chrono::milliseconds duration);
 
-    /// Starts nothing from now on. From any thread.
+    /// From here on nothing is started. May be called from any thread.
     void close();
     bool isClosed() const { return closed; }
     /// Closes the client and waits until every request under way has been answered; those that take longer
@@ -76,13 +77,15 @@ private:
     std::chrono::milliseconds timeLimit;
     std::chrono::milliseconds idleLimit;
     QThread thread;
-    QObject threadContext;                          ///< lives on the thread
-    std::unique_ptr<QNetworkAccessManager> manager; ///< likewise; made for the first request
-    std::optional<QSslConfiguration> tls;           ///< likewise: it loads the TLS library
-    QElapsedTimer lastUse;                          ///< likewise: since the last answer
+    // These four belong to the thread. Manager and TLS settings are made for the first request, since they
+    // load the TLS library.
+    QObject threadContext;
+    std::unique_ptr<QNetworkAccessManager> manager;
+    std::optional<QSslConfiguration> tls;
+    QElapsedTimer lastUse; ///< since the last answer
     std::mutex mutex;
     std::condition_variable changed;
     std::atomic<bool> closed = false;
-    int underWay = 0; ///< requests that were started and not answered
-    int unsent = 0;   ///< of these, those that the thread has not handed to the network
+    int underWay = 0; ///< requests that have been started and not answered
+    int unsent = 0;   ///< those of them that the thread has not yet handed to the network
 };

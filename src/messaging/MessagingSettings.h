@@ -12,7 +12,7 @@ inline const QString sendingPhoneNo = u"twillioSendingPhoneNo"_s; ///< text; the
 inline const QString notifications = u"twillioNotifications"_s; ///< boolean; whether messages are sent at all
 inline const QString messageTitle = u"twillioMessageTitle"_s;   ///< text; first line of every header message
 inline const QString testPhoneNo = u"twillioTestPhoneNo"_s;     ///< text; receives every message instead
-inline const QString overwrite = u"twillioOverwrite"_s;         ///< boolean; whether it does
+inline const QString overwrite = u"twillioOverwrite"_s;         ///< boolean; whether the test number does
 inline const QString messageFooter = u"twillioMessageFooter"_s; ///< text; the last message, none when empty
 inline const QString delay = u"twillioDelay"_s; ///< integer, milliseconds; pause after every request's start
 } // namespace messagingKey

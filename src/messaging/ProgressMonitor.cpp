@@ -10,11 +10,12 @@
 using namespace std::chrono_literals;
 
 ProgressMonitor::ProgressMonitor(const RunSnapshot &runSnapshot, const RunCounters &runCounters,
-                                 QObject &mainThreadObject, Display onMainThread)
+                                 QObject &mainThreadObject,
+                                 std::function<void(const RunProgress &)> onMainThread)
     : snapshot(runSnapshot)
     , counters(runCounters)
     , receiver(mainThreadObject)
-    , display(std::move(onMainThread))
+    , show(std::move(onMainThread))
 {
 }
 
@@ -22,24 +23,23 @@ void ProgressMonitor::run()
 {
     const qint64 lastStep = snapshot.lastStep();
     qint64 steps = 0;
-    bool isOver = false;
+    bool hasEnded = false;
     do {
         std::this_thread::sleep_for(500us);
-        // Asked before the counter: a run of its own counts to the last step before its sending ends, but
-        // another run may count over that.
-        isOver = hasSendingEnded;
+        // Asked before the counter, so that the last step is seen although sending ends in between. When
+        // another run changes the shared counter, the end of sending is all that can be waited for.
+        hasEnded = hasSendingEnded;
         steps = counters.stepsPerformed;
         diagnostics::line("--------------------ASYNC--------------------------:", steps);
         diagnostics::line("Progres Index:", steps);
         diagnostics::line("Max Count:", lastStep);
         postChange();
-    } while (lastStep > steps && !isOver);
-    lastSteps = counters.stepsPerformed.load();
-    lastSchedules = counters.schedulesSent.load();
-    isLast = true;
+    } while (lastStep > steps && !hasEnded);
+    end = {.steps = counters.stepsPerformed, .schedules = counters.schedulesSent, .isSending = false};
+    isOver = true;
     postChange();
     if (snapshot.kind == RecipientKind::TeamMember)
-        diagnostics::line("----NoOfSchedules3:", lastSchedules.load(), "----");
+        diagnostics::line("----NoOfSchedules3:", end.schedules, "----");
     std::this_thread::sleep_for(500us);
 }
 
@@ -53,8 +53,8 @@ void ProgressMonitor::postChange()
 void ProgressMonitor::showChange()
 {
     isPosted = false; // before it is asked what to show, so that nothing newer is left unshown
-    if (!isLast)
-        display.progress(counters.stepsPerformed);
-    else if (!std::exchange(isLastShown, true))
-        display.lastStep(lastSteps, lastSchedules);
+    if (!isOver)
+        show({.steps = counters.stepsPerformed, .schedules = counters.schedulesSent});
+    else if (!std::exchange(isEndShown, true))
+        show(end);
 }

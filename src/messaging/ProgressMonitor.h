@@ -11,19 +11,14 @@ class QObject;
 class ProgressMonitor
 {
 public:
-    /// What the main thread does.
-    struct Display
-    {
-        std::function<void(qint64 steps)> progress;
-        std::function<void(qint64 steps, qint64 schedules)> lastStep;
-    };
-
     /// \param receiver  an object of the main thread, which has to outlive the monitor's work
+    /// \param show      is called on the main thread; the last time when the run is at its last step
     ProgressMonitor(const RunSnapshot &snapshot, const RunCounters &counters, QObject &receiver,
-                    Display display);
+                    std::function<void(const RunProgress &)> show);
 
     void run();
-    /// Nothing counts the run's steps any more, so that there is nothing to wait for. From any thread.
+    /// Nothing counts the run's steps any more, so the monitor need not wait for the last one. May be called
+    /// from any thread.
     void sendingEnded() { hasSendingEnded = true; }
 
 private:
@@ -33,11 +28,10 @@ private:
     const RunSnapshot &snapshot;
     const RunCounters &counters;
     QObject &receiver;
-    Display display;
+    std::function<void(const RunProgress &)> show;
     std::atomic<bool> hasSendingEnded = false;
     std::atomic<bool> isPosted = false;
-    std::atomic<bool> isLast = false; ///< of the changes; the two below are set before
-    std::atomic<qint64> lastSteps = 0;
-    std::atomic<qint64> lastSchedules = 0;
-    bool isLastShown = false;
+    std::atomic<bool> isOver = false;
+    RunProgress end; ///< set before the run is said to be over
+    bool isEndShown = false;
 };

@@ -4,11 +4,19 @@
 
 #include <atomic>
 
-/// How far a run is. The whole program has one pair, which runs that overlap share.
+/// How far the sending is. The whole program has one pair of counters, which runs that overlap share.
 struct RunCounters
 {
     std::atomic<qint64> stepsPerformed = 1; ///< recipient × task, both counted from 1
     std::atomic<qint64> schedulesSent = 0;  ///< task messages composed
+};
+
+/// How far a run is, as the main thread shows it.
+struct RunProgress
+{
+    qint64 steps = 1;
+    qint64 schedules = 0;
+    bool isSending = true; ///< until its last step, whose messages may still be on their way
 };
 
 /// What a run works on, taken when it starts.

@@ -1,15 +1,16 @@
 #include "messaging/ScheduleRun.h"
 
+#include "platform/Diagnostics.h"
+
 ScheduleRun::ScheduleRun(RunSnapshot runSnapshot, RunCounters &counters, const Preferences &preferences,
                          GatewayClient &gateway)
     : snapshot(std::move(runSnapshot))
     , sendWorker(snapshot, counters, preferences, gateway)
     , progressMonitor(snapshot, counters, *this,
-                      {.progress = [this](qint64 steps) { emit progressed(steps); },
-                       .lastStep =
-                           [this](qint64 steps, qint64 schedules) {
-                               emit lastStepReached(steps, schedules);
-                           }})
+                      [this](const RunProgress &progress) {
+                          shownProgress = progress;
+                          emit progressed();
+                      })
     , sendThread(QThread::create([this] {
         sendWorker.run();
         progressMonitor.sendingEnded();
@@ -31,6 +32,8 @@ ScheduleRun::~ScheduleRun()
 
 void ScheduleRun::start()
 {
+    if (snapshot.kind == RecipientKind::TeamMember)
+        diagnostics::line("----NoOfSchedules1:", shownProgress.schedules, "----");
     monitorThread->start(QThread::HighPriority);
     sendThread->start(QThread::LowPriority);
 }

@@ -20,16 +20,18 @@ public:
 
     void start();
 
+    qint64 lastStep() const { return snapshot.lastStep(); }
+    const RunProgress &progress() const { return shownProgress; }
+
 signals:
-    // All of them on the main thread.
-    void progressed(qint64 steps);
-    /// The last step has begun; its messages may still be on their way.
-    void lastStepReached(qint64 steps, qint64 schedules);
+    // Both on the main thread.
+    void progressed();
     /// Both threads have ended.
     void finished();
 
 private:
     RunSnapshot snapshot;
+    RunProgress shownProgress;
     SendWorker sendWorker;
     ProgressMonitor progressMonitor;
     std::unique_ptr<QThread> sendThread;

@@ -13,6 +13,8 @@ ScheduleRuns::~ScheduleRuns()
 
 ScheduleRun &ScheduleRuns::add(RunSnapshot snapshot)
 {
+    counters.stepsPerformed = 1;
+    counters.schedulesSent = 0;
     runs.push_back(std::make_unique<ScheduleRun>(std::move(snapshot), counters, preferences, gateway));
     ScheduleRun *run = runs.back().get();
     // Queued: a run cannot go while it tells that it has finished.

@@ -3,7 +3,7 @@
 #include "messaging/GatewayClient.h"
 #include "messaging/ScheduleRun.h"
 
-#include <list>
+#include <vector>
 
 /// The program's runs of schedule messages, with the counters and the gateway client that they share. Made
 /// on the main thread, before the screens and after the preferences.
@@ -15,19 +15,20 @@ public:
     ScheduleRuns(const ScheduleRuns &) = delete;
     ScheduleRuns &operator=(const ScheduleRuns &) = delete;
 
-    /// A run that can be started. It lives until shortly after it has finished.
+    /// A run to be started, with the counters set back. It lives until shortly after it has finished.
     ScheduleRun &add(RunSnapshot snapshot);
+    /// The newest of the runs that have not finished; null when there is none.
+    ScheduleRun *current() const { return runs.empty() ? nullptr : runs.back().get(); }
 
     /// Ends all runs: what has not been started is not sent any more.
     void stop();
     /// Waits for the answers to what was started; false when that takes longer than the limit.
     bool finish(std::chrono::nanoseconds limit);
 
-    RunCounters counters;
-
 private:
     const Preferences &preferences;
     GatewayClient gateway;
-    std::list<std::unique_ptr<ScheduleRun>> runs;
+    RunCounters counters;
+    std::vector<std::unique_ptr<ScheduleRun>> runs;
     QObject mainThread; ///< receives what ends a run
 };

@@ -37,18 +37,15 @@ ScheduleText::ScheduleText(RecipientKind recipientKind, Instant first, Instant l
 {
 }
 
-bool ScheduleText::matches(const std::optional<QString> &name, const ScheduledTask &candidate) const
+bool ScheduleText::matches(const std::optional<QString> &name, const ScheduledTask &candidate,
+                           DayLines lines) const
 {
-    return name && candidate.name == *name &&
-           util().isSameDayOrEarlier(start, candidate.entry->date, calendar) &&
-           util().isSameDayOrEarlier(candidate.entry->date, end, calendar);
-}
-
-bool ScheduleText::wouldMatch(const std::optional<QString> &name, const ScheduledTask &candidate) const
-{
-    return name && candidate.name == *name &&
-           util().compareDays(start, candidate.entry->date, calendar) >= 0 &&
-           util().compareDays(candidate.entry->date, end, calendar) >= 0;
+    const auto isSameDayOrEarlier = [this, lines](Instant a, Instant b) {
+        return lines == DayLines::Written ? util().isSameDayOrEarlier(a, b, calendar)
+                                          : util().compareDays(a, b, calendar) >= 0;
+    };
+    return name && candidate.name == *name && isSameDayOrEarlier(start, candidate.entry->date) &&
+           isSameDayOrEarlier(candidate.entry->date, end);
 }
 
 QString ScheduleText::header(const task &first) const
@@ -74,5 +71,5 @@ QString ScheduleText::footer() const
 
 QString ScheduleText::dateText(Instant instant) const
 {
-    return locale.toString(calendar.dayOf(instant), QLocale::ShortFormat);
+    return shortDate(calendar.dayOf(instant));
 }

@@ -2,8 +2,6 @@
 
 #include "model/task.h"
 
-#include <QLocale>
-
 #include <optional>
 #include <vector>
 
@@ -18,10 +16,11 @@ struct Recipient
 
 enum class RecipientKind { Client, TeamMember };
 
-/// The name as it is compared: upper and lower case are the same, and so are the ways to write an accent.
+/// The name in the form in which names are compared: letter case and the ways to encode an accent make no
+/// difference.
 QString matchedName(const QString &name);
 
-/// A task with the name that a recipient's has to equal, both as by `matchedName`.
+/// A task and, as by `matchedName`, the name of the recipient whose schedule it belongs to.
 struct ScheduledTask
 {
     SharedTask entry;
@@ -39,14 +38,15 @@ class ScheduleText
 {
 public:
     /// \param start, end   any moments of the range's first and last day
-    /// \param preferences  asked anew for every text
+    /// \param preferences  title and footer are read again for every text
     ScheduleText(RecipientKind kind, Instant start, Instant end, const Preferences &preferences);
 
-    /// True when the task is of the recipient with this name, as by `matchedName`, and begins within the
-    /// range. Says in diagnostic lines how the days compare.
-    bool matches(const std::optional<QString> &name, const ScheduledTask &candidate) const;
-    /// The same without a word.
-    bool wouldMatch(const std::optional<QString> &name, const ScheduledTask &candidate) const;
+    /// Whether diagnostic lines say how the task's day compares with the range.
+    enum class DayLines { Written, Omitted };
+
+    /// True when the task belongs to the recipient with this name, as by `matchedName`, and begins within the
+    /// range.
+    bool matches(const std::optional<QString> &name, const ScheduledTask &candidate, DayLines lines) const;
 
     /// What comes before the recipient's first task.
     QString header(const task &first) const;
@@ -62,7 +62,6 @@ private:
     Instant end;
     const Preferences &preferences;
     Calendar calendar;
-    QLocale locale;
 };
 
 /// The name by which the task is matched: of its client or of its team member.

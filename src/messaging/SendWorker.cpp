@@ -46,7 +46,7 @@ bool SendWorker::sendSchedule(qint64 position, const Recipient &recipient)
         diagnostics::line("Sending step:", step);
         if (snapshot.kind == RecipientKind::TeamMember)
             diagnostics::line("----NoOfSchedules5:", counters.schedulesSent.load(), "----");
-        if (snapshot.text.matches(name, candidate))
+        if (snapshot.text.matches(name, candidate, ScheduleText::DayLines::Written))
             sendTask(*candidate.entry);
     }
     if (hasMatched)
@@ -85,14 +85,14 @@ void SendWorker::send(const QString &message)
         ++unsent;
 }
 
-/// Counts what the recipient would have been sent from this task on.
+/// Counts the messages that the recipient would have been sent from this task on.
 void SendWorker::countUnsent(const std::optional<QString> &name, size_t firstTask)
 {
     if (!preferences.boolean(messagingKey::notifications))
         return;
     for (size_t index = firstTask; index < snapshot.tasks.size(); ++index)
-        if (snapshot.text.wouldMatch(name, snapshot.tasks[index]))
-            unsent += std::exchange(hasMatched, true) ? 1 : 2; // the first one comes after a header
+        if (snapshot.text.matches(name, snapshot.tasks[index], ScheduleText::DayLines::Omitted))
+            unsent += std::exchange(hasMatched, true) ? 1 : 2; // the first one with its header
     if (hasMatched && !snapshot.text.footer().isEmpty())
         ++unsent;
 }

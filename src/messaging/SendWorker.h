@@ -5,15 +5,15 @@
 class GatewayClient;
 
 /// Walks through the recipients of a run and their tasks, composes the messages and hands them to the
-/// gateway. Its work is to be done on a thread of its own, since every message waits for the next one's time.
+/// gateway. Its work is to be done on a thread of its own, since there is a pause after every message.
 class SendWorker
 {
 public:
     SendWorker(const RunSnapshot &snapshot, RunCounters &counters, const Preferences &preferences,
                GatewayClient &gateway);
 
-    /// Returns when everything has been handed over, or soon after the client was closed; then a diagnostic
-    /// line tells how many messages were not sent.
+    /// Returns when everything has been handed over, or soon after the client was closed; in that case a
+    /// diagnostic line tells how many messages were not sent.
     void run();
 
 private:
@@ -28,7 +28,7 @@ private:
     const Preferences &preferences;
     GatewayClient &gateway;
 
-    // Whose schedule is being composed; nobody's before the first of the kind.
+    // The recipient whose schedule is being composed, in the one of the run's kind; the other stays empty.
     Recipient sendingClientTask;
     Recipient sendingTeamMemberTask;
     Recipient &sendingTask;

@@ -12,7 +12,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// The text's first characters as a reader counts them.
+/// The beginning of the text, of so many characters as a reader counts them.
 static QString firstCharacters(const QString &text, int count)
 {
     QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
@@ -21,7 +21,8 @@ static QString firstCharacters(const QString &text, int count)
     return count > 0 ? text : text.first(characters.position());
 }
 
-/// Whether all characters may stand in an address as they are (RFC 3986, unreserved and sub-delims).
+/// Whether all characters may stand in an address as they are: RFC 3986's unreserved ones and sub-delims, and
+/// these others.
 static bool areValid(const QString &text, QStringView others = {})
 {
     return std::ranges::all_of(text, [others](QChar character) {
@@ -31,17 +32,23 @@ static bool areValid(const QString &text, QStringView others = {})
     });
 }
 
-/// Whether both may stand in the user part of an address, and the account identifier in its path.
-static bool makeAddress(const QString &accountId, const QString &secret)
+/// Whether both may stand in an address's user part, and the account identifier in its path as well.
+static bool fitIntoAddress(const QString &accountId, const QString &secret)
 {
     return areValid(accountId) && areValid(secret, u":") && accountId != u"." && accountId != u"..";
+}
+
+std::chrono::milliseconds delayAfterMessage(const Preferences &preferences)
+{
+    constexpr qint64 longestDelay = 4'294'967;
+    return std::chrono::milliseconds(
+        std::clamp<qint64>(preferences.integer(messagingKey::delay), 0, longestDelay));
 }
 
 bool sendTextMessage(const QString &message, const QString &phoneNo, const Preferences &preferences,
                      GatewayClient &gateway)
 {
     constexpr int longestMessage = 160;
-    constexpr qint64 longestDelay = 4'294'967; // milliseconds
     if (gateway.isClosed())
         return false;
     const auto setting = [&preferences](const QString &key) {
@@ -54,7 +61,7 @@ bool sendTextMessage(const QString &message, const QString &phoneNo, const Prefe
         preferences.boolean(messagingKey::overwrite) ? setting(messagingKey::testPhoneNo) : phoneNo;
     const QString text = firstCharacters(message, longestMessage);
     diagnostics::line("Start Message");
-    if (!makeAddress(accountId, secret)) {
+    if (!fitIntoAddress(accountId, secret)) {
         diagnostics::line("Message refused: the account identifier or the secret makes no valid address");
     } else {
         diagnostics::line("Start Message");
@@ -65,7 +72,6 @@ bool sendTextMessage(const QString &message, const QString &phoneNo, const Prefe
                                     QUrl::toPercentEncoding(to) + "&Body=" + QUrl::toPercentEncoding(text)}))
             return false;
     }
-    gateway.pause(std::chrono::milliseconds(
-        std::clamp<qint64>(preferences.integer(messagingKey::delay), 0, longestDelay)));
+    gateway.pause(delayAfterMessage(preferences));
     return true;
 }

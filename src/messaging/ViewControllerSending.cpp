@@ -34,8 +34,8 @@ ViewControllerSending::ViewControllerSending(const Services &services, QWidget *
     ui->setupUi(this);
     persistentContainer.loadPersistentStores();
     managedObjectContext = &persistentContainer.viewContext();
-    clientsArray.arrange<Clients>(*managedObjectContext);
-    teamMembersArray.arrange<TeamMembers>(*managedObjectContext);
+    clientsArray.load<Clients>(*managedObjectContext);
+    teamMembersArray.load<TeamMembers>(*managedObjectContext);
     ui->clientsTable->setModel(&clientsArray);
     ui->teamMembers->setModel(&teamMembersArray);
     for (QTableView *table : {ui->clientsTable, ui->teamMembers})
@@ -43,6 +43,8 @@ ViewControllerSending::ViewControllerSending(const Services &services, QWidget *
     for (DatePicker *picker : {ui->startSendDate, ui->endSendDate})
         picker->setMoment(Calendar::now());
     connectActions();
+    if (const ScheduleRun *run = runs.current())
+        follow(*run);
 }
 
 ViewControllerSending::~ViewControllerSending() = default;
@@ -72,11 +74,10 @@ void ViewControllerSending::keepInStep(QTableView &table, QCheckBox &selectAll)
 
 void ViewControllerSending::viewDidAppear()
 {
-    if (isShowingRun)
-        return; // its end enables the buttons
-    const bool enabled = canSend();
-    ui->sendMsgClients->setEnabled(enabled);
-    ui->sendMsgTeamMembers->setEnabled(enabled);
+    if (const ScheduleRun *run = runs.current(); run && run->progress().isSending)
+        return; // its last step enables the buttons
+    for (QPushButton *button : {ui->sendMsgClients, ui->sendMsgTeamMembers})
+        button->setEnabled(canSend());
 }
 
 void ViewControllerSending::viewWillDisappear()
@@ -133,57 +134,33 @@ void ViewControllerSending::send(RecipientKind kind, std::vector<Recipient> reci
                          .recipients = std::move(recipients),
                          .tasks = tasksForSchedules(kind, manager.workingList()),
                          .text = text};
-    showStart(snapshot.lastStep());
-    runs.counters.stepsPerformed = 1;
-    runs.counters.schedulesSent = 0;
-    ui->progressBar->setStep(1);
-    ui->sendingInfo->setText(u"Sending..."_s);
-    if (kind == RecipientKind::TeamMember)
-        diagnostics::line("----NoOfSchedules1:", runs.counters.schedulesSent.load(), "----");
-
     ScheduleRun &run = runs.add(std::move(snapshot));
-    connect(&run, &ScheduleRun::progressed, this, &ViewControllerSending::showProgress);
-    connect(&run, &ScheduleRun::lastStepReached, this, &ViewControllerSending::showEnd);
-    connect(&run, &ScheduleRun::finished, this, &ViewControllerSending::runFinished);
-    if (unfinishedRuns++ == 0)
-        isDeletedOnClose = testAttribute(Qt::WA_DeleteOnClose);
-    setAttribute(Qt::WA_DeleteOnClose, false);
+    follow(run);
     run.start();
 }
 
-void ViewControllerSending::showStart(qint64 lastStep)
+/// Shows the run, from where it is to its last step.
+void ViewControllerSending::follow(const ScheduleRun &run)
 {
-    isShowingRun = true;
     ui->progressBar->setIndeterminate(true);
-    ui->progressBar->setSteps(1, lastStep);
-    ui->progressBar->startAnimation();
-    ui->sendMsgClients->setEnabled(false);
-    ui->sendMsgTeamMembers->setEnabled(false);
+    ui->progressBar->setSteps(1, run.lastStep());
+    connect(&run, &ScheduleRun::progressed, this, [this, &run] { showProgress(run); });
+    showProgress(run);
 }
 
-void ViewControllerSending::showProgress(qint64 steps)
+void ViewControllerSending::showProgress(const ScheduleRun &run)
 {
-    ui->progressBar->startAnimation();
+    const auto [steps, schedules, isSending] = run.progress();
+    for (QPushButton *button : {ui->sendMsgClients, ui->sendMsgTeamMembers})
+        button->setEnabled(!isSending);
     ui->progressBar->setStep(steps);
-}
-
-void ViewControllerSending::showEnd(qint64 steps, qint64 schedules)
-{
-    isShowingRun = false;
-    ui->sendMsgClients->setEnabled(true);
-    ui->sendMsgTeamMembers->setEnabled(true);
-    ui->progressBar->setStep(steps);
-    ui->progressBar->stopAnimation();
-    ui->sendingInfo->setText(u"Steps Performed:%1 Schedules Sent:%2"_s.arg(steps).arg(schedules));
-}
-
-void ViewControllerSending::runFinished()
-{
-    if (--unfinishedRuns > 0)
-        return;
-    setAttribute(Qt::WA_DeleteOnClose, isDeletedOnClose);
-    if (isDeletedOnClose && !isVisible())
-        deleteLater();
+    if (isSending) {
+        ui->progressBar->startAnimation();
+        ui->sendingInfo->setText(u"Sending..."_s);
+    } else {
+        ui->progressBar->stopAnimation();
+        ui->sendingInfo->setText(u"Steps Performed:%1 Schedules Sent:%2"_s.arg(steps).arg(schedules));
+    }
 }
 
 void ViewControllerSending::closeSending(QObject *)

@@ -9,6 +9,7 @@
 
 class QCheckBox;
 class QTableView;
+class ScheduleRun;
 class ScheduleRuns;
 class TaskManager;
 
@@ -17,7 +18,7 @@ class ViewControllerSending;
 }
 
 /// Where the user picks clients or team members and a range of days, and has each of them sent their
-/// schedule. A run goes on when the screen is closed; the screen then waits for its end, out of sight.
+/// schedule. A run goes on when the screen is closed, and a screen that is opened meanwhile shows it.
 class ViewControllerSending : public Screen
 {
     Q_OBJECT
@@ -32,9 +33,6 @@ public:
 
     explicit ViewControllerSending(const Services &services, QWidget *parent = nullptr);
     ~ViewControllerSending() override;
-
-    /// Whether a run that was started here is still going on.
-    bool isSending() const { return unfinishedRuns > 0; }
 
 public slots:
     void selectClients(QObject *sender);
@@ -52,10 +50,8 @@ private:
     void keepInStep(QTableView &table, QCheckBox &selectAll);
     bool canSend() const;
     void send(RecipientKind kind, std::vector<Recipient> recipients);
-    void showStart(qint64 lastStep);
-    void showProgress(qint64 steps);
-    void showEnd(qint64 steps, qint64 schedules);
-    void runFinished();
+    void follow(const ScheduleRun &run);
+    void showProgress(const ScheduleRun &run);
 
     std::unique_ptr<Ui::ViewControllerSending> ui;
     TaskManager &manager;
@@ -64,7 +60,4 @@ private:
     ObjectContext *managedObjectContext = nullptr;
     ContactTable clientsArray;
     ContactTable teamMembersArray;
-    int unfinishedRuns = 0;
-    bool isShowingRun = false;
-    bool isDeletedOnClose = false; ///< once no run needs the screen any more
 };

@@ -11,8 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
-/// The leading decimal number of the text as 32 bits; blanks before it are skipped, and without a number it
-/// is 0. One that is too large is the largest.
+/// The decimal number at the beginning of the text, after any blanks; 0 when there is none. What is beyond 32
+/// bits becomes the nearest number within.
 static int integerValue(const QString &text)
 {
     const long value = std::strtol(text.toLatin1().constData(), nullptr, 10);
@@ -69,16 +69,15 @@ void ViewControllerSettings::setSettings(QObject *)
 
 bool ViewControllerSettings::saveControls()
 {
-    bool isWritten = preferences.setText(messagingKey::secret, ui->passPhrase->text());
-    isWritten &= preferences.setText(messagingKey::accountId, ui->secureID->text());
-    isWritten &= preferences.setText(messagingKey::sendingPhoneNo, ui->sendingPhoneNo->text());
-    isWritten &= preferences.setBoolean(messagingKey::notifications, ui->sendSMS->isChecked());
-    isWritten &= preferences.setText(messagingKey::messageTitle, ui->messageTitle->text());
-    isWritten &= preferences.setText(messagingKey::testPhoneNo, ui->testPhoneNo->text());
-    isWritten &= preferences.setBoolean(messagingKey::overwrite, ui->overwritePhoneNo->isChecked());
-    isWritten &= preferences.setText(messagingKey::messageFooter, ui->messageFooter->text());
-    isWritten &= preferences.setInteger(messagingKey::delay, integerValue(ui->delayMS->text()));
-    return isWritten;
+    return preferences.store({{messagingKey::secret, ui->passPhrase->text()},
+                              {messagingKey::accountId, ui->secureID->text()},
+                              {messagingKey::sendingPhoneNo, ui->sendingPhoneNo->text()},
+                              {messagingKey::notifications, ui->sendSMS->isChecked()},
+                              {messagingKey::messageTitle, ui->messageTitle->text()},
+                              {messagingKey::testPhoneNo, ui->testPhoneNo->text()},
+                              {messagingKey::overwrite, ui->overwritePhoneNo->isChecked()},
+                              {messagingKey::messageFooter, ui->messageFooter->text()},
+                              {messagingKey::delay, integerValue(ui->delayMS->text())}});
 }
 
 void ViewControllerSettings::resetToOriginal(QObject *)

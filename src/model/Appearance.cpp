@@ -1,12 +1,11 @@
 #include "model/Appearance.h"
 
+#include "platform/AppearanceSetting.h"
 #include "platform/Preferences.h"
-
-using namespace Qt::StringLiterals;
 
 bool isDarkMode()
 {
-    return Preferences::standard().text(u"AppleInterfaceStyle"_s) == u"Dark"_s;
+    return Preferences::standard().text(appearanceSetting::key) == appearanceSetting::dark;
 }
 
 Color appearanceTextColor()

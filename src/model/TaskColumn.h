@@ -1,9 +1,12 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 
-#include <array>
 #include <optional>
+#include <variant>
+
+struct task;
 
 /// The columns of the task table, in their order from left to right.
 enum class TaskColumn {
@@ -20,15 +23,28 @@ enum class TaskColumn {
     Key
 };
 
+/// All that is to be known of a column.
 struct TaskColumnInfo
 {
+    /// What tasks are sorted by: numbers, or texts that compare by Unicode code points after canonical
+    /// composition, case-sensitive.
+    using SortValue = std::variant<qint64 (*)(const task &), QString (*)(const task &)>;
+
     TaskColumn column;
     QString sortKey;
     QString title;
+    int width; ///< at a first start, in pixels
+    QString (*cellText)(const task &);
+    SortValue sortValue;
 };
 
 /// The table of columns, indexed by column.
-const std::array<TaskColumnInfo, 11> &taskColumns();
+const QList<TaskColumnInfo> &taskColumns();
+
+inline const TaskColumnInfo &infoOf(TaskColumn column)
+{
+    return taskColumns()[int(column)];
+}
 
 std::optional<TaskColumn> columnOfSortKey(const QString &sortKey);
 

@@ -26,9 +26,62 @@ TaskManager &TaskManager::shared()
     return instance;
 }
 
-static QString newKey()
+TaskList &TaskManager::changedList()
 {
-    return QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+    willChange();
+    return searching ? setAsideTasks : allOrFound;
+}
+
+QString TaskManager::addTask(const task &added)
+{
+    task entry = added;
+    if (entry.key.isEmpty())
+        entry.key = newKey();
+    const QString key = entry.key;
+    changedList().append(std::move(entry));
+    followDefaultTimes(added);
+    diagnostics::line("Add Task, hidden:", added.hidden);
+    return key;
+}
+
+void TaskManager::editSelectedTask(const task &edited)
+{
+    if (isSelectedIn(workingList())) {
+        task &entry = changedList()[selectedIndex].edit();
+        task changed = edited;
+        changed.key = entry.key;
+        changed.hidden = entry.hidden;
+        entry = std::move(changed);
+    }
+    followDefaultTimes(edited);
+    diagnostics::line("Edit Task");
+}
+
+void TaskManager::restoreTask(const task &gone)
+{
+    TaskList &list = changedList();
+    list.append(gone);
+    selectedIndex = list.size() - 1;
+}
+
+void TaskManager::load(const std::function<void()> &addTasks)
+{
+    const QString selectedKey = selectedTask().key;
+    const bool wasSearching = std::exchange(searching, false);
+    changedList().clear();
+    addTasks();
+    searching = wasSearching;
+    refreshSearch();
+    if (selectedIndex >= 0)
+        selectTaskByKey(selectedKey);
+}
+
+void TaskManager::invertColors()
+{
+    willChange();
+    for (TaskList *list : {&allOrFound, &setAsideTasks})
+        for (SharedTask &entry : *list)
+            entry.edit().color = entry->color.inverted();
 }
 
 QString TaskManager::addTask(const QString &key, Instant date, const QString &name, const QString &desc,
@@ -37,27 +90,23 @@ QString TaskManager::addTask(const QString &key, Instant date, const QString &na
                              qint64 startHour, qint64 startMin, qint64 endHour, qint64 endMin,
                              const QString &client, const QString &teamMember)
 {
-    const QString ownKey = key.isEmpty() ? newKey() : key;
-    workingList().append(task{.key = ownKey,
-                              .date = date,
-                              .name = name,
-                              .desc = desc,
-                              .client = client,
-                              .teamMember = teamMember,
-                              .color = color,
-                              .due = due,
-                              .status = status,
-                              .priority = priority,
-                              .statusName = statusName,
-                              .priorityName = priorityName,
-                              .hidden = hidden,
-                              .startHour = startHour,
-                              .startMin = startMin,
-                              .endHour = endHour,
-                              .endMin = endMin});
-    followDefaultTimes(startHour, startMin, endHour, endMin);
-    diagnostics::line("Add Task, hidden:", hidden);
-    return ownKey;
+    return addTask({.key = key,
+                    .date = date,
+                    .name = name,
+                    .desc = desc,
+                    .client = client,
+                    .teamMember = teamMember,
+                    .color = color,
+                    .due = due,
+                    .status = status,
+                    .priority = priority,
+                    .statusName = statusName,
+                    .priorityName = priorityName,
+                    .hidden = hidden,
+                    .startHour = startHour,
+                    .startMin = startMin,
+                    .endHour = endHour,
+                    .endMin = endMin});
 }
 
 void TaskManager::editSelectedTask(Instant date, const QString &name, const QString &desc, const Color &color,
@@ -66,45 +115,38 @@ void TaskManager::editSelectedTask(Instant date, const QString &name, const QStr
                                    qint64 endHour, qint64 endMin, const QString &client,
                                    const QString &teamMember)
 {
-    if (TaskList &list = workingList(); isSelectedIn(list)) {
-        task &entry = list[selected].edit();
-        entry = task{.key = entry.key,
-                     .date = date,
-                     .name = name,
-                     .desc = desc,
-                     .client = client,
-                     .teamMember = teamMember,
-                     .color = color,
-                     .due = due,
-                     .status = status,
-                     .priority = priority,
-                     .statusName = statusName,
-                     .priorityName = priorityName,
-                     .hidden = entry.hidden,
-                     .startHour = startHour,
-                     .startMin = startMin,
-                     .endHour = endHour,
-                     .endMin = endMin};
-    }
-    followDefaultTimes(startHour, startMin, endHour, endMin);
-    diagnostics::line("Edit Task");
+    editSelectedTask({.date = date,
+                      .name = name,
+                      .desc = desc,
+                      .client = client,
+                      .teamMember = teamMember,
+                      .color = color,
+                      .due = due,
+                      .status = status,
+                      .priority = priority,
+                      .statusName = statusName,
+                      .priorityName = priorityName,
+                      .startHour = startHour,
+                      .startMin = startMin,
+                      .endHour = endHour,
+                      .endMin = endMin});
 }
 
-void TaskManager::followDefaultTimes(qint64 startHour, qint64 startMin, qint64 endHour, qint64 endMin)
+void TaskManager::followDefaultTimes(const task &last)
 {
-    defaultStartHour = startHour;
-    defaultStartMin = startMin;
-    defaultEndHour = endHour;
-    defaultEndMin = endMin;
+    defaultStartHour = last.startHour;
+    defaultStartMin = last.startMin;
+    defaultEndHour = last.endHour;
+    defaultEndMin = last.endMin;
 }
 
 qint64 TaskManager::selectTaskByKey(const QString &key)
 {
     const TaskList &list = workingList();
-    selected = list.size() - 1;
-    while (selected >= 0 && list[selected]->key != key)
-        --selected;
-    return selected;
+    selectedIndex = list.size() - 1;
+    while (selectedIndex >= 0 && list[selectedIndex]->key != key)
+        --selectedIndex;
+    return selectedIndex;
 }
 
 void TaskManager::selectAgain(const QString &key)
@@ -116,26 +158,27 @@ void TaskManager::selectAgain(const QString &key)
 task TaskManager::selectedTask() const
 {
     if (const TaskList &list = workingList(); isSelectedIn(list))
-        return *list[selected];
+        return *list[selectedIndex];
     return blankTask();
 }
 
 task TaskManager::blankTask() const
 {
-    task blank;
-    blank.date = blank.due = Calendar::now();
-    blank.client = blank.teamMember = u"UnAssigned"_s;
-    blank.startHour = defaultStartHour;
-    blank.startMin = defaultStartMin;
-    blank.endHour = defaultEndHour;
-    blank.endMin = defaultEndMin;
-    return blank;
+    const Instant now = Calendar::now();
+    return {.date = now,
+            .client = u"UnAssigned"_s,
+            .teamMember = u"UnAssigned"_s,
+            .due = now,
+            .startHour = defaultStartHour,
+            .startMin = defaultStartMin,
+            .endHour = defaultEndHour,
+            .endMin = defaultEndMin};
 }
 
 void TaskManager::deleteSelectedTask()
 {
-    if (TaskList &list = workingList(); isSelectedIn(list))
-        list.removeAt(selected);
+    if (isSelectedIn(workingList()))
+        changedList().removeAt(selectedIndex);
 }
 
 void TaskManager::hideSelectedTask()
@@ -150,24 +193,25 @@ void TaskManager::unhideSelectedTask()
 
 void TaskManager::setSelectedHidden(bool hidden)
 {
-    if (TaskList &list = workingList(); isSelectedIn(list))
-        list[selected].edit().hidden = hidden;
+    if (isSelectedIn(workingList()))
+        changedList()[selectedIndex].edit().hidden = hidden;
 }
 
 bool TaskManager::isSelectedTaskHidden() const
 {
-    if (!isSearching)
-        diagnostics::line("Selected:", selected);
+    if (!searching)
+        diagnostics::line("Selected:", selectedIndex);
     const TaskList &list = workingList();
-    return isSelectedIn(list) && list[selected]->hidden;
+    return isSelectedIn(list) && list[selectedIndex]->hidden;
 }
 
 void TaskManager::closeSelectedTask()
 {
-    for (TaskList *list : {&tasks, &backupTasks}) {
+    willChange();
+    for (TaskList *list : {&allOrFound, &setAsideTasks}) {
         if (!isSelectedIn(*list))
             continue;
-        task &entry = (*list)[selected].edit();
+        task &entry = (*list)[selectedIndex].edit();
         entry.status = taskStatus::closed;
         entry.statusName = taskStatus::closedName;
     }
@@ -175,18 +219,18 @@ void TaskManager::closeSelectedTask()
 
 void TaskManager::cloneSelectedTask()
 {
-    const task original = selectedTask();
-    addTask(QString(), original.date, original.name, original.desc, original.color, original.due,
-            original.status, original.priority, original.statusName, original.priorityName, original.hidden,
-            original.startHour, original.startMin, original.endHour, original.endMin, original.client,
-            original.teamMember);
+    task clone = selectedTask();
+    clone.key.clear();
+    addTask(clone);
 }
 
 void TaskManager::moveSelectedTask(bool up)
 {
-    const qint64 upper = up ? selected - 1 : selected;
-    if (selected >= 0 && upper >= 0 && upper + 1 < tasks.size())
-        tasks.swapItemsAt(upper, upper + 1);
+    const qint64 upper = up ? selectedIndex - 1 : selectedIndex;
+    if (selectedIndex < 0 || upper < 0 || upper + 1 >= allOrFound.size())
+        return;
+    willChange();
+    allOrFound.swapItemsAt(upper, upper + 1);
 }
 
 void TaskManager::shareSelectedTask(QWidget &anchor) const
@@ -215,44 +259,46 @@ void TaskManager::buildTasksInView(int view)
 {
     const Calendar calendar;
     const Calendar::Day today = calendar.day(calendar.dayOf(Calendar::now()));
-    tasksInView.clear();
-    for (const SharedTask &entry : std::as_const(tasks)) {
+    shownTasks.clear();
+    for (const SharedTask &entry : std::as_const(allOrFound)) {
         if (isShownUnhidden(*entry, view))
-            tasksInView.append(entry);
+            shownTasks.append(entry);
         if (isShownBesides(*entry, view, today))
-            tasksInView.append(entry);
+            shownTasks.append(entry);
     }
-    diagnostics::line("Number if tasks in view:", tasksInView.size());
+    diagnostics::line("Number if tasks in view:", shownTasks.size());
 }
 
 void TaskManager::startSearch(const QString &text)
 {
     diagnostics::line(text);
-    if (!isSearching)
-        backupTasks = tasks;
-    isSearching = true;
-    searchTerm = text;
-    diagnostics::line("Tasks:", tasks);
-    diagnostics::line("Backup Tasks:", backupTasks);
+    if (!searching)
+        setListAside();
+    searching = true;
+    searchedText = text;
+    diagnostics::line("Tasks:", allOrFound);
+    diagnostics::line("Backup Tasks:", setAsideTasks);
     refreshSearch();
 }
 
 void TaskManager::endSearch()
 {
     diagnostics::line("isEmpty");
-    if (isSearching)
-        tasks = backupTasks;
-    isSearching = false;
+    if (std::exchange(searching, false))
+        allOrFound = setAsideTasks;
 }
 
 void TaskManager::refreshSearch()
 {
-    if (isSearching)
-        tasks = TaskSearch(searchTerm).matchesIn(backupTasks);
+    if (searching)
+        allOrFound = TaskSearch(searchedText).matchesIn(setAsideTasks);
 }
 
 void TaskManager::sortByColumn(const SortDescriptor &descriptor)
 {
-    if (const std::optional<TaskColumn> column = columnOfSortKey(descriptor.key))
-        sortTasks(tasks, *column, descriptor.ascending);
+    const std::optional<TaskColumn> column = columnOfSortKey(descriptor.key);
+    if (!column)
+        return;
+    willChange();
+    sortTasks(allOrFound, *column, descriptor.ascending);
 }

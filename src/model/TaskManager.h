@@ -3,13 +3,15 @@
 #include "model/TaskColumn.h"
 #include "model/task.h"
 
+#include <functional>
+
 class ColorWell;
 class Preferences;
 class QWidget;
 class TextView;
 
 /// Owns the user's tasks while the program runs: the list, the view that is shown, the search and the
-/// selection.
+/// selection. Only its own operations change them.
 ///
 /// The operations on the selected task work on the working list: `backupTasks` during a search, else `tasks`.
 /// They do nothing when `selected` addresses no entry. Used on the main thread only.
@@ -23,38 +25,58 @@ public:
     /// The one manager of the running program, made on the first call.
     static TaskManager &shared();
 
-    TaskList tasks;       ///< the master list in the user's order; during a search its matching tasks
-    TaskList tasksInView; ///< what the chosen view shows of `tasks`
-    TaskList backupTasks; ///< during a search the master list; otherwise a stale copy of it
-    qint64 selected = -1; ///< index in the working list, or −1
+    /// The master list in the user's order; during a search its matching tasks.
+    const TaskList &tasks() const { return allOrFound; }
+    /// What the chosen view shows of `tasks`.
+    const TaskList &tasksInView() const { return shownTasks; }
+    /// During a search the master list; otherwise a stale copy of it.
+    const TaskList &backupTasks() const { return setAsideTasks; }
+    /// The list that holds every task, also during a search.
+    const TaskList &workingList() const { return searching ? setAsideTasks : allOrFound; }
+    /// How often the working list has been changed so far, for whoever keeps something that follows from it.
+    qint64 changeCount() const { return changes; }
+    /// Index in the working list, or −1.
+    qint64 selected() const { return selectedIndex; }
+    bool isSearching() const { return searching; }
+    /// The text of the active or last search.
+    const QString &searchTerm() const { return searchedText; }
+
     qint64 defaultStartHour = 8;
     qint64 defaultStartMin = 0;
     qint64 defaultEndHour = 17;
     qint64 defaultEndMin = 0;
     QString lastMessage; ///< the cloud's last outcome, for the status line
-    bool isSearching = false;
-    QString searchTerm; ///< the text of the active or last search
     Preferences &defaults;
-
-    /// The list that holds every task, also during a search.
-    TaskList &workingList() { return isSearching ? backupTasks : tasks; }
-    const TaskList &workingList() const { return isSearching ? backupTasks : tasks; }
 
     /// Appends a task to the working list. An empty key is replaced by a new one. Returns the task's key. The
     /// default times follow the task's.
+    QString addTask(const task &added);
+    /// Replaces everything but key and hidden flag of the selected task. The default times follow in any
+    /// case.
+    void editSelectedTask(const task &edited);
+    /// Appends a task that has gone from the list, and selects it.
+    void restoreTask(const task &gone);
+    /// Replaces the whole list by the tasks that the call adds. An active search is applied to them, and the
+    /// same task stays selected.
+    void load(const std::function<void()> &addTasks);
+    /// Takes the stale copy of the list anew, as after loading it.
+    void setListAside() { setAsideTasks = allOrFound; }
+    /// Replaces every task's colour by its inverse.
+    void invertColors();
+
+    // The same with a task in single values.
     QString addTask(const QString &key, Instant date, const QString &name, const QString &desc,
                     const Color &color, Instant due, qint64 status, qint64 priority,
                     const QString &statusName, const QString &priorityName, bool hidden, qint64 startHour,
                     qint64 startMin, qint64 endHour, qint64 endMin, const QString &client,
                     const QString &teamMember);
-
-    /// Replaces everything but key and hidden flag of the selected task. The default times follow in any
-    /// case.
     void editSelectedTask(Instant date, const QString &name, const QString &desc, const Color &color,
                           Instant due, qint64 status, qint64 priority, const QString &statusName,
                           const QString &priorityName, qint64 startHour, qint64 startMin, qint64 endHour,
                           qint64 endMin, const QString &client, const QString &teamMember);
 
+    /// Selects the task at this index of the working list; −1 for none.
+    void select(qint64 index) { selectedIndex = index; }
     /// Selects the last task of the working list with this key and returns its index, or −1.
     qint64 selectTaskByKey(const QString &key);
     /// Selects the task with this key unless it is the selected one: while a dialog about it is open, a merge
@@ -97,7 +119,22 @@ public:
     void sortByColumn(const SortDescriptor &descriptor);
 
 private:
-    bool isSelectedIn(const TaskList &list) const { return selected >= 0 && selected < list.size(); }
+    bool isSelectedIn(const TaskList &list) const
+    {
+        return selectedIndex >= 0 && selectedIndex < list.size();
+    }
+    /// Every change of the list passes here before it is made.
+    void willChange() { ++changes; }
+    /// The working list for changing it.
+    TaskList &changedList();
     void setSelectedHidden(bool hidden);
-    void followDefaultTimes(qint64 startHour, qint64 startMin, qint64 endHour, qint64 endMin);
+    void followDefaultTimes(const task &last);
+
+    TaskList allOrFound;
+    TaskList shownTasks;
+    TaskList setAsideTasks;
+    qint64 selectedIndex = -1;
+    qint64 changes = 0;
+    bool searching = false;
+    QString searchedText;
 };

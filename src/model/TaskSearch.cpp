@@ -24,8 +24,14 @@ bool lowerLatin1(QStringView text, QByteArray &lowered)
 
 } // namespace
 
+/// Lower-cases the text; a sigma is the same wherever it stands in a word.
+static QString lowerCased(const QString &text)
+{
+    return text.toLower().replace(u'\u03c2', u'\u03c3');
+}
+
 TaskSearch::TaskSearch(const QString &text)
-    : lowered(text.toLower())
+    : lowered(lowerCased(text))
 {
     if (!lowerLatin1(lowered, loweredLatin1))
         loweredLatin1 = QByteArray();
@@ -36,7 +42,7 @@ bool TaskSearch::isIn(const QString &field)
     // Nearly every field is plain ASCII, where lower-casing needs no tables and finding is a search for
     // bytes.
     if (!lowerLatin1(field, fieldLatin1))
-        return field.toLower().contains(lowered);
+        return lowerCased(field).contains(lowered);
     return !loweredLatin1.isNull() &&
            memmem(fieldLatin1.constData(), size_t(fieldLatin1.size()), loweredLatin1.constData(),
                   size_t(loweredLatin1.size())) != nullptr;

@@ -1,16 +1,10 @@
 #include "model/TaskShareText.h"
 
-#include <QLocale>
 #include <QStringList>
 
 using namespace Qt::StringLiterals;
 
 static const QString storePage = u"https://quorvane.example/download"_s;
-
-static QString timeText(qint64 hour, qint64 minute)
-{
-    return QString::asprintf("%02lld:%02lld", qlonglong{hour}, qlonglong{minute});
-}
 
 QString shareFooter()
 {
@@ -20,17 +14,14 @@ QString shareFooter()
 QString taskShareText(const task &shared, const QString &messageKey)
 {
     const Calendar calendar;
-    const auto dateText = [&](Instant instant) {
-        return QLocale().toString(calendar.dayOf(instant), QLocale::ShortFormat);
-    };
     return QStringList{
         u"ToDo"_s,
         QString(),
         u"Task: "_s + shared.name,
-        u"Start Date: "_s + dateText(shared.date),
-        u"Start Time: "_s + timeText(shared.startHour, shared.startMin),
-        u"End Time: "_s + timeText(shared.endHour, shared.endMin),
-        u"Due Date: "_s + dateText(shared.due),
+        u"Start Date: "_s + shortDate(calendar.dayOf(shared.date)),
+        u"Start Time: "_s + clockTime(shared.startHour, shared.startMin),
+        u"End Time: "_s + clockTime(shared.endHour, shared.endMin),
+        u"Due Date: "_s + shortDate(calendar.dayOf(shared.due)),
         u"Description: "_s + shared.desc,
         QString(),
         u"Client:"_s + shared.client,

@@ -1,7 +1,5 @@
 #include "model/TaskSort.h"
 
-#include <QHash>
-
 #include <algorithm>
 #include <array>
 #include <numeric>
@@ -62,8 +60,7 @@ constexpr quint64 numberRank(qint64 number)
     return quint64(number) + (quint64{1} << 63);
 }
 
-template <typename NumberOf>
-SortKeys numberKeys(const TaskList &tasks, NumberOf numberOf)
+SortKeys numberKeys(const TaskList &tasks, qint64 (*numberOf)(const task &))
 {
     SortKeys keys;
     keys.entries.reserve(size_t(tasks.size()));
@@ -72,14 +69,16 @@ SortKeys numberKeys(const TaskList &tasks, NumberOf numberOf)
     return keys;
 }
 
-template <typename TextOf>
-SortKeys textKeys(const TaskList &tasks, TextOf textOf)
+SortKeys textKeys(const TaskList &tasks, QString (*textOf)(const task &))
 {
     SortKeys keys;
     keys.texts.reserve(size_t(tasks.size()));
     char16_t highest = 0;
-    for (const SharedTask &entry : tasks)
-        highest = std::max(highest, highestUnit(keys.texts.emplace_back(textOf(*entry))));
+    for (const SharedTask &entry : tasks) {
+        const QString &text =
+            keys.texts.emplace_back(textOf(*entry).normalized(QString::NormalizationForm_C));
+        highest = std::max(highest, highestUnit(text));
+    }
     keys.inUnitOrder = highest < 0xd800;
     keys.entries.reserve(keys.texts.size());
     for (qsizetype i = 0; i < tasks.size(); ++i)
@@ -87,51 +86,12 @@ SortKeys textKeys(const TaskList &tasks, TextOf textOf)
     return keys;
 }
 
-SortKeys fieldKeys(const TaskList &tasks, QString task::*field)
-{
-    return textKeys(tasks, [field](const task &entry) {
-        return (entry.*field).normalized(QString::NormalizationForm_C);
-    });
-}
-
-SortKeys timeKeys(const TaskList &tasks, qint64 task::*hour, qint64 task::*minute)
-{
-    QHash<std::pair<qint64, qint64>, QString> made;
-    return textKeys(tasks, [&](const task &entry) -> QString {
-        QString &text = made[{entry.*hour, entry.*minute}];
-        if (text.isNull())
-            text = QString::number(entry.*hour) + u':' + QString::number(entry.*minute);
-        return text;
-    });
-}
-
 SortKeys keysOf(const TaskList &tasks, TaskColumn column)
 {
-    switch (column) {
-    case TaskColumn::Date:
-        return numberKeys(tasks, [](const task &entry) { return entry.date.time_since_epoch().count(); });
-    case TaskColumn::StartTime:
-        return timeKeys(tasks, &task::startHour, &task::startMin);
-    case TaskColumn::EndTime:
-        return timeKeys(tasks, &task::endHour, &task::endMin);
-    case TaskColumn::Name:
-        return fieldKeys(tasks, &task::name);
-    case TaskColumn::Client:
-        return fieldKeys(tasks, &task::client);
-    case TaskColumn::TeamMember:
-        return fieldKeys(tasks, &task::teamMember);
-    case TaskColumn::Description:
-        return fieldKeys(tasks, &task::desc);
-    case TaskColumn::Status:
-        return numberKeys(tasks, [](const task &entry) { return entry.status; });
-    case TaskColumn::Priority:
-        return numberKeys(tasks, [](const task &entry) { return entry.priority; });
-    case TaskColumn::Due:
-        return numberKeys(tasks, [](const task &entry) { return entry.due.time_since_epoch().count(); });
-    case TaskColumn::Key:
-        return fieldKeys(tasks, &task::key);
-    }
-    return {};
+    const TaskColumnInfo::SortValue &value = infoOf(column).sortValue;
+    if (const auto *numberOf = std::get_if<qint64 (*)(const task &)>(&value))
+        return numberKeys(tasks, *numberOf);
+    return textKeys(tasks, std::get<QString (*)(const task &)>(value));
 }
 
 bool isIdentity(const std::vector<SortEntry> &entries)
@@ -199,5 +159,8 @@ void sortTasks(TaskList &tasks, TaskColumn column, bool ascending)
     const bool isOwn = unsorted.isDetached();
     tasks.reserve(unsorted.size());
     for (const SortEntry &entry : keys.entries)
-        tasks.append(isOwn ? std::move(unsorted[entry.index]) : unsorted.at(entry.index));
+        if (isOwn)
+            tasks.append(std::move(unsorted[entry.index]));
+        else
+            tasks.append(unsorted.at(entry.index));
 }

@@ -2,6 +2,13 @@
 
 #include "platform/Diagnostics.h"
 
+#include <QUuid>
+
+QString newKey()
+{
+    return QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+}
+
 void appendItem(QByteArray &line, const task &entry)
 {
     diagnostics::appendItem(line, entry.key);

@@ -29,8 +29,12 @@ struct task
     qint64 endHour = 0;        ///< 0…23
     qint64 endMin = 0;         ///< 0…59
 
-    bool operator==(const task &) const = default;
+    /// Whether both are the same task, whatever else is in them.
+    bool operator==(const task &other) const { return key == other.key; }
 };
+
+/// A random UUID (RFC 4122, version 4) in upper case, as keys and record names are.
+QString newKey();
 
 /// A task as the lists hold it. The lists are copied, filtered and sorted all the time and tasks seldom
 /// change, so copies share one value until one of them is edited.

@@ -2,6 +2,8 @@
 
 #include "platform/Diagnostics.h"
 
+#include <QLocale>
+
 Calendar::Calendar()
     : zone(QTimeZone::systemTimeZone())
 {
@@ -30,6 +32,16 @@ QDate Calendar::dayOf(Instant instant) const
 Instant Calendar::startOfDay(QDate day) const
 {
     return instantOf(day.startOfDay(zone));
+}
+
+QString shortDate(QDate day)
+{
+    return QLocale().toString(day, QLocale::ShortFormat);
+}
+
+QString clockTime(qint64 hour, qint64 minute)
+{
+    return QString::asprintf("%02lld:%02lld", qlonglong{hour}, qlonglong{minute});
 }
 
 void appendItem(QByteArray &line, Instant instant)

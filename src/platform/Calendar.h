@@ -39,5 +39,16 @@ private:
     QTimeZone zone;
 };
 
+/// The first of the hundred years that two digits stand for.
+inline int firstShortYear(QDate today)
+{
+    return today.year() - 80;
+}
+
+/// The day in the short form of the user's locale.
+QString shortDate(QDate day);
+/// A time of day in two-digit numbers, such as 08:05.
+QString clockTime(qint64 hour, qint64 minute);
+
 /// In a diagnostic line, an instant is written in UTC, such as 2026-03-07 08:00:00 +0000.
 void appendItem(QByteArray &line, Instant instant);

@@ -1,5 +1,7 @@
 #pragma once
 
+class QColor;
+
 /// A colour in device RGB, each component a double in 0…1. QColor would round the components.
 struct Color
 {
@@ -13,3 +15,6 @@ struct Color
 
     bool operator==(const Color &) const = default;
 };
+
+/// The colour for painting only, since it is rounded.
+QColor painted(const Color &color);

@@ -1,5 +1,6 @@
 #include "platform/DesktopAppearance.h"
 
+#include "platform/AppearanceSetting.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
 
@@ -76,6 +77,7 @@ void DesktopAppearance::apply(const QVariant &colorScheme)
     if (isDark == dark)
         return;
     dark = isDark;
-    preferences.setGlobalText(u"AppleInterfaceStyle"_s, dark ? std::optional(u"Dark"_s) : std::nullopt);
+    preferences.setGlobalText(appearanceSetting::key,
+                              dark ? std::optional(appearanceSetting::dark) : std::nullopt);
     systemNotices.post(notice::appearanceChanged);
 }

@@ -1,8 +1,9 @@
 #include "platform/Diagnostics.h"
 
+#include "platform/FileDescriptor.h"
+
 #include <QStringEncoder>
 
-#include <cerrno>
 #include <chrono>
 #include <condition_variable>
 #include <cstdlib>
@@ -104,24 +105,11 @@ private:
     {
         const QByteArray chunk = chunks.takeFirst();
         lock.unlock();
-        writeAll(chunk);
+        writeFully(STDOUT_FILENO, chunk); // a reader that has gone away loses this chunk only
         lock.lock();
         written += chunk.size();
         backlog -= qMin(backlog, chunk.size());
         drained.notify_all();
-    }
-
-    /// A reader that has gone away ends the writing of this chunk, never the program.
-    static void writeAll(QByteArrayView bytes)
-    {
-        while (!bytes.isEmpty()) {
-            const ssize_t count = ::write(STDOUT_FILENO, bytes.data(), size_t(bytes.size()));
-            if (count < 0 && errno == EINTR)
-                continue;
-            if (count <= 0)
-                return;
-            bytes = bytes.sliced(count);
-        }
     }
 
     std::mutex mutex;

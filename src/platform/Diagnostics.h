@@ -23,7 +23,7 @@ void appendItem(QByteArray &line, const QByteArray &utf8);
 void appendItem(QByteArray &line, bool value);
 void appendItem(QByteArray &line, const QList<QStringView> &texts);
 /// A text that may be absent: Optional("text") or nil.
-template <std::same_as<QString> Text> // or every text could be meant
+template <std::same_as<QString> Text> // a template, so that plain texts are not converted to it
 void appendItem(QByteArray &line, const std::optional<Text> &text)
 {
     if (!text) {

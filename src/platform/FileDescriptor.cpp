@@ -6,6 +6,19 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+bool writeFully(int descriptor, QByteArrayView bytes)
+{
+    while (!bytes.isEmpty()) {
+        const ssize_t count = ::write(descriptor, bytes.data(), size_t(bytes.size()));
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            return false;
+        bytes = bytes.sliced(count);
+    }
+    return true;
+}
+
 FileDescriptor::FileDescriptor(const QString &path, int flags, mode_t mode)
     : descriptor(::open(QFile::encodeName(path).constData(), flags | O_CLOEXEC, mode))
 {
@@ -24,15 +37,7 @@ bool FileDescriptor::reserve(qsizetype size)
 
 bool FileDescriptor::write(QByteArrayView bytes)
 {
-    while (!bytes.isEmpty()) {
-        const ssize_t count = ::write(descriptor, bytes.data(), size_t(bytes.size()));
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            return false;
-        bytes = bytes.sliced(count);
-    }
-    return true;
+    return writeFully(descriptor, bytes);
 }
 
 bool FileDescriptor::truncate(qsizetype size)

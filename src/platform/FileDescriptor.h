@@ -5,6 +5,9 @@
 
 #include <sys/types.h>
 
+/// Writes all of the bytes to the descriptor; false when that failed, with the reason in errno.
+bool writeFully(int descriptor, QByteArrayView bytes);
+
 /// An open file of the operating system, for what QFile does not promise: every step tells whether it took
 /// effect.
 class FileDescriptor

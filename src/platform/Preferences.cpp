@@ -38,7 +38,7 @@ qint64 Preferences::integer(const QString &key) const
     return text(key).value_or(QString()).toLongLong();
 }
 
-bool Preferences::store(const QString &key, const QVariant &value)
+bool Preferences::store(std::initializer_list<std::pair<QString, QVariant>> values)
 {
     const QMutexLocker lock(&mutex);
     // The file keeps its mode when it is written, so it is made with the right one.
@@ -48,8 +48,8 @@ bool Preferences::store(const QString &key, const QVariant &value)
     if (!file.exists() && file.open(QIODevice::WriteOnly | QIODevice::NewOnly, ownerOnly))
         file.close();
     const bool isPrivate = file.setPermissions(ownerOnly);
-    // As text, which is also what is read back from the file.
-    settings.setValue(key, value.toString());
+    for (const auto &[key, value] : values)
+        settings.setValue(key, value.toString()); // as it is read back from the file
     if (isPrivate)
         settings.sync();
     return isPrivate && settings.status() == QSettings::NoError;

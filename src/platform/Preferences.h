@@ -4,8 +4,11 @@
 #include <QMutex>
 #include <QSettings>
 #include <QString>
+#include <QVariant>
 
+#include <initializer_list>
 #include <optional>
+#include <utility>
 
 /// The user's preferences by key: an ini file of the user's own, behind it the desktop's global settings.
 ///
@@ -28,17 +31,14 @@ public:
     /// 0 when there is none or it is no number.
     qint64 integer(const QString &key) const;
 
-    /// These write the file at once; false when that fails. The new value holds in any case.
-    bool setText(const QString &key, const QString &text) { return store(key, text); }
-    bool setBoolean(const QString &key, bool value) { return store(key, value); }
-    bool setInteger(const QString &key, qint64 value) { return store(key, value); }
+    /// Writes texts, booleans and integers, each under its key, to the file at once; false when that fails.
+    /// The new values hold in any case.
+    bool store(std::initializer_list<std::pair<QString, QVariant>> values);
 
-    /// Sets one of the desktop's global settings; nothing removes it.
+    /// Sets one of the desktop's global settings, or removes it where there is no text.
     void setGlobalText(const QString &key, const std::optional<QString> &text);
 
 private:
-    bool store(const QString &key, const QVariant &value);
-
     mutable QMutex mutex;
     QSettings settings;
     QHash<QString, QString> globalTexts;

@@ -64,7 +64,7 @@ bool syncFolder(const QString &path)
     return folder.isOpen() && folder.sync();
 }
 
-/// Distinguishes files of one name in different folders.
+/// Tells files of the same name in different folders apart.
 QString redoName(const QString &path)
 {
     const quint32 folderMark = crcOf(QFileInfo(path).absoluteFilePath().toUtf8());
@@ -181,6 +181,7 @@ bool ProtectedFile::copyAside()
         error = copyPath + u": "_s + file.errorString();
         return false;
     }
+    copiedTo = copyPath;
     const FileDescriptor copy(copyPath, O_RDONLY);
     return (copy.isOpen() && copy.sync() && syncFolder(QFileInfo(copyPath).path())) || fail();
 }

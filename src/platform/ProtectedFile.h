@@ -41,9 +41,11 @@ public:
     /// redo file. A file to which somebody else has given another content since it was last read or written
     /// here is copied in the same way.
     void keepCopy() { copyDue = true; }
+    /// Where the file was copied to since this was last asked; empty for no copy.
+    QString takeCopyPath() { return std::exchange(copiedTo, {}); }
 
 private:
-    /// By what a change of the file is noticed: which file it is, its size and the time of its last change.
+    /// What a change of the file shows in: which file it is, its size and the time of its last change.
     struct State
     {
         quint64 inode = 0;                       ///< 0 for no file
@@ -53,7 +55,7 @@ private:
         bool operator==(const State &) const = default;
     };
 
-    /// By what a content is recognised.
+    /// What tells one content from another.
     struct Digest
     {
         qsizetype size = 0; ///< bytes
@@ -75,7 +77,8 @@ private:
     QString stateFolder;
     QString redoPath;
     QString error;
+    QString copiedTo;
     State lastSeen;
-    std::optional<Digest> held; ///< what the file held then; nothing where that is not sure
+    std::optional<Digest> held; ///< what it held then; nothing when that is uncertain
     bool copyDue = false;
 };

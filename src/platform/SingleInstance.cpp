@@ -2,6 +2,10 @@
 
 #include <QDBusMessage>
 #include <QDir>
+#include <QSysInfo>
+
+#include <cerrno>
+#include <csignal>
 
 using namespace Qt::StringLiterals;
 
@@ -11,12 +15,14 @@ const QString path = u"/example/quorvane/Quorvane"_s;
 const QString interface = u"org.freedesktop.Application"_s;
 constexpr int answerMilliseconds = 2000;
 
-bool namesItsOwner(const QLockFile &lock)
+/// Whether the program that is named in the lock file may still be running.
+bool mayHaveOwner(const QLockFile &lock)
 {
     qint64 processId = 0;
     QString host;
     QString program;
-    return lock.getLockInfo(&processId, &host, &program);
+    return lock.getLockInfo(&processId, &host, &program) &&
+           (host != QSysInfo::machineHostName() || ::kill(pid_t(processId), 0) == 0 || errno != ESRCH);
 }
 
 } // namespace
@@ -33,10 +39,12 @@ SingleInstance::SingleInstance(const QString &stateFolder, const QDBusConnection
 bool SingleInstance::acquire()
 {
     QDir().mkpath(folder);
-    bool isFree = lock.tryLock() || lock.error() != QLockFile::LockFailedError;
-    if (!isFree && !namesItsOwner(lock))
-        isFree = lock.removeStaleLockFile() && lock.tryLock(); // its program died while it wrote the file
-    if (!isFree) {
+    const auto isFree = [this] {
+        return lock.tryLock() || lock.error() != QLockFile::LockFailedError;
+    };
+    // A lock that was half written when its program died names nobody, and on a full disk the lock file does
+    // not remove a stale one by itself.
+    if (!isFree() && (mayHaveOwner(lock) || !lock.removeStaleLockFile() || !isFree())) {
         activateOther();
         return false;
     }

@@ -9,8 +9,8 @@
 /// Plays one short sound, again and again.
 ///
 /// The multimedia library costs more to load than the whole rest of the program's start; it sits in a module
-/// of its own that is loaded in the background. Nothing here waits for the sound system, but for a moment at
-/// the end.
+/// of its own that is loaded in the background. Nothing here waits for the sound system, except for a moment
+/// when the program ends.
 class SoundPlayer : public QObject
 {
     Q_OBJECT

@@ -16,7 +16,7 @@ int received = -1; // counts the signals; the only thing that a handler touches
 
 void count(int)
 {
-    const int error = errno; // of what the signal has interrupted
+    const int error = errno; // belongs to what the signal has interrupted
     const quint64 one = 1;
     [[maybe_unused]] const ssize_t size = ::write(received, &one, sizeof one);
     errno = error;

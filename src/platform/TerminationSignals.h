@@ -4,7 +4,7 @@
 /// the screens close and keep what is in them. A second signal ends it at once.
 namespace terminationSignals {
 
-/// From now on, once the application object is there.
+/// From now on; the application object has to be there already.
 void quitOnThem();
 
 } // namespace terminationSignals

@@ -18,6 +18,9 @@ public:
 
     bool write(const QByteArray &utf8) { return file.write(utf8); }
     void keepCopy() { file.keepCopy(); }
+    const QString &path() const { return file.path(); }
+    const QString &errorString() const { return file.errorString(); }
+    QString takeCopyPath() { return file.takeCopyPath(); }
 
 private:
     ProtectedFile file;

@@ -29,7 +29,7 @@ bool takeSlash(QStringView &text)
 } // namespace
 
 RowDates::RowDates()
-    : firstShortYear(calendar.dayOf(Calendar::now()).year() - 80)
+    : firstShortYear(::firstShortYear(calendar.dayOf(Calendar::now())))
 {
 }
 

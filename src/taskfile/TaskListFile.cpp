@@ -16,26 +16,32 @@ TaskListFile::TaskListFile(TaskManager &taskManager, const QString &documentsFol
         file.emplace(documentsFolder + u"/zandulist.txt"_s, stateFolder);
 }
 
-bool TaskListFile::writeFile()
+QByteArray TaskListFile::text()
 {
     constexpr qsizetype usualRow = 240;
     const TaskList &tasks = manager.workingList();
     TaskRowWriter writer(separatorFieldsFile, separatorRowsFile);
-    QByteArray text;
-    text.reserve(tasks.size() * usualRow);
+    QByteArray rows;
+    rows.reserve(tasks.size() * usualRow);
     for (const SharedTask &entry : tasks) {
         color = storedOrHeld(entry->color, invertedColors);
         if (invertedColors)
             diagnostics::line("Inverted -> Switch to original");
-        writer.append(text, *entry, color);
+        writer.append(rows, *entry, color);
     }
+    return rows;
+}
+
+bool TaskListFile::writeFile()
+{
+    const QByteArray rows = text();
     if (file) {
-        lastWriteFailed = !file->write(text);
+        lastWriteFailed = !file->write(rows);
         if (lastWriteFailed) {
             diagnostics::line("Error");
             return false;
         }
-        diagnostics::line("Write File", text);
+        diagnostics::line("Write File", rows);
     }
     invertedColors = isDarkMode();
     return true;
@@ -60,12 +66,11 @@ std::optional<QString> TaskListFile::read()
 
 void TaskListFile::parseFile(const QString &text)
 {
-    constexpr qsizetype shortestRow = 30; // roughly; a text of nothing but row ends needs no room
     const QChar rowEnd(separatorRowsFile);
     const bool isDark = isDarkMode();
     const qsizetype rows = text.count(rowEnd);
     diagnostics::line("No of Rows:", rows + 1);
-    manager.tasks.reserve(manager.tasks.size() + qMin(rows, text.size() / shortestRow));
+    skipped = 0;
     TaskRowReader reader(separatorFieldsFile, separatorRowsFile);
     const QStringView whole(text);
     qsizetype start = 0;
@@ -76,30 +81,28 @@ void TaskListFile::parseFile(const QString &text)
     }
     if (file && !whole.sliced(start).trimmed().isEmpty())
         file->keepCopy(); // what follows the last row end is part of a row
-    manager.backupTasks = manager.tasks;
+    manager.setListAside();
     invertedColors = isDark;
 }
 
 void TaskListFile::parseRow(qsizetype number, QStringView row, TaskRowReader &reader, bool isDark)
 {
-    const task times{.startHour = manager.defaultStartHour,
-                     .startMin = manager.defaultStartMin,
-                     .endHour = manager.defaultEndHour,
-                     .endMin = manager.defaultEndMin};
-    const std::optional<task> entry = reader.read(row, times);
+    std::optional<task> entry = reader.read(row, {.startHour = manager.defaultStartHour,
+                                                  .startMin = manager.defaultStartMin,
+                                                  .endHour = manager.defaultEndHour,
+                                                  .endMin = manager.defaultEndMin});
     if (file && (!entry || reader.leavesFieldsOut()))
         file->keepCopy();
     if (!entry) {
+        ++skipped;
         diagnostics::line("Row skipped:", number, reader.problem(), row);
         return;
     }
     if (isDark)
         diagnostics::line("In dark mode -> Invert");
     diagnostics::line("No of Fields:", reader.fields().size());
-    manager.addTask(entry->key, entry->date, entry->name, entry->desc, storedOrHeld(entry->color, isDark),
-                    entry->due, entry->status, entry->priority, entry->statusName, entry->priorityName,
-                    entry->hidden, entry->startHour, entry->startMin, entry->endHour, entry->endMin,
-                    entry->client, entry->teamMember);
+    entry->color = storedOrHeld(entry->color, isDark);
+    manager.addTask(*entry);
     if (reader.fields().size() == TaskRowReader::fullRow)
         diagnostics::line("20 fields");
     diagnostics::line("Row:", row);
@@ -109,31 +112,10 @@ void TaskListFile::parseRow(qsizetype number, QStringView row, TaskRowReader &re
 void TaskListFile::followAppearance()
 {
     const std::optional<QString> text = lastWriteFailed ? std::nullopt : read();
-    if (text)
-        replaceList(*text);
-    else
-        invertInPlace();
-}
-
-void TaskListFile::replaceList(const QString &text)
-{
-    const QString selectedKey = manager.selectedTask().key;
-    const bool wasSearching = std::exchange(manager.isSearching, false);
-    manager.tasks.clear();
-    parseFile(text);
-    manager.isSearching = wasSearching;
-    manager.refreshSearch();
-    if (manager.selected >= 0)
-        manager.selectTaskByKey(selectedKey);
-}
-
-void TaskListFile::invertInPlace()
-{
-    const bool isDark = isDarkMode();
-    if (isDark == invertedColors)
-        return;
-    for (TaskList *list : {&manager.tasks, &manager.backupTasks})
-        for (SharedTask &entry : *list)
-            entry.edit().color = entry->color.inverted();
-    invertedColors = isDark;
+    if (text) {
+        manager.load([&] { parseFile(*text); });
+    } else if (const bool isDark = isDarkMode(); isDark != invertedColors) {
+        manager.invertColors();
+        invertedColors = isDark;
+    }
 }

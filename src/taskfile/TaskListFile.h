@@ -24,6 +24,17 @@ public:
 
     /// Writes the whole list; false when that failed, and then the list that was in the file is still there.
     bool writeFile();
+    /// Whether the file holds the list, as far as it was to be written.
+    bool isSaved() const { return !lastWriteFailed; }
+    /// Why the last write failed, in the words of the operating system.
+    QString problem() const { return file ? file->errorString() : QString(); }
+    /// What the file holds once the list is written: its whole text in UTF-8.
+    QByteArray text();
+    QString path() const { return file ? file->path() : QString(); }
+    /// How many rows of the file could not be read, since this was last asked.
+    qsizetype takeSkippedRows() { return std::exchange(skipped, 0); }
+    /// Where the file was copied to before it was overwritten, since this was last asked; empty for no copy.
+    QString takeCopyPath() { return file ? file->takeCopyPath() : QString(); }
     /// The file's whole text; empty when it cannot be read.
     QString readFile();
     /// Adds one task to the manager for each row of the text.
@@ -37,8 +48,6 @@ public:
 private:
     std::optional<QString> read();
     void parseRow(qsizetype number, QStringView row, TaskRowReader &reader, bool isDark);
-    void replaceList(const QString &text);
-    void invertInPlace();
 
     char16_t separatorFieldsFile = u'|';
     char16_t separatorRowsFile = u'^';
@@ -48,4 +57,5 @@ private:
     TaskManager &manager;
     std::optional<TextFile> file;
     bool lastWriteFailed = false;
+    qsizetype skipped = 0;
 };

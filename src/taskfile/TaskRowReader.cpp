@@ -59,11 +59,14 @@ TaskRowReader::TaskRowReader(char16_t separatorOfFields, char16_t separatorOfRow
 {
 }
 
-std::optional<task> TaskRowReader::read(QStringView row, const task &times)
+std::optional<task> TaskRowReader::read(QStringView row, const Times &times)
 {
     split(row);
     const qsizetype count = rowFields.size();
-    task entry = times;
+    task entry{.startHour = times.startHour,
+               .startMin = times.startMin,
+               .endHour = times.endHour,
+               .endMin = times.endMin};
     if (count <= PriorityName || (count > StartHour && count <= EndMin))
         reason = "no known number of fields";
     else if (!readDates(entry))
@@ -83,6 +86,9 @@ std::optional<task> TaskRowReader::read(QStringView row, const task &times)
 void TaskRowReader::split(QStringView row)
 {
     rowFields.clear();
+    // Somebody's editor may have put every row on a line of its own.
+    while (row.startsWith(u'\n') || row.startsWith(u'\r'))
+        row = row.sliced(1);
     qsizetype start = 0;
     for (qsizetype end; (end = row.indexOf(QChar(fieldSeparator), start)) >= 0; start = end + 1)
         rowFields.append(row.sliced(start, end - start));

@@ -18,11 +18,17 @@ public:
 
     static constexpr qsizetype fullRow = 20; ///< the number of fields of a row as it is written today
 
+    /// Start and end of a working day.
+    struct Times
+    {
+        qint64 startHour, startMin, endHour, endMin;
+    };
+
     /// The task of one row, its colour as stored.
-    /// \param times  start and end time of day of a row that has none
+    /// \param times  of a row that has none
     /// \return nothing when the row cannot be taken; `problem` then says why. A row without a key gives an
     /// empty one.
-    std::optional<task> read(QStringView row, const task &times);
+    std::optional<task> read(QStringView row, const Times &times);
 
     /// The fields of the row last read.
     const QList<QStringView> &fields() const { return rowFields; }

@@ -3,7 +3,6 @@
 #include "app/UIUtil.h"
 #include "model/TaskShareText.h"
 #include "platform/Diagnostics.h"
-#include "tools/WhiteboardLine.h"
 #include "ui_ViewControllerWhiteboard.h"
 #include "widgets/Palettes.h"
 #include "widgets/SharingServicePicker.h"
@@ -184,6 +183,8 @@ void ViewControllerWhiteboard::replaceDrawingLayer()
 void ViewControllerWhiteboard::addDrawingLayer()
 {
     line = new Line(pen, *this);
+    connect(line, &Line::extended, this, [this] { isChanged = true; });
+    connect(line, &Line::finished, this, &ViewControllerWhiteboard::savePicture);
     line->setGeometry(canvas());
     line->show();
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Color.h"
 #include "platform/ProtectedFile.h"
+#include "tools/WhiteboardLine.h"
 #include "widgets/Screen.h"
 
 #include <QImage>
@@ -15,14 +15,6 @@ namespace Ui {
 class ViewControllerWhiteboard;
 }
 
-/// The pen, which every whiteboard takes over from the one before.
-struct WhiteboardPen
-{
-    Color lineColor{0.0, 0.0, 0.0, 1.0};
-    double lineWidth = 5.0; ///< points
-    bool straightLineMode = false;
-};
-
 /// The whiteboard: a canvas above a band of buttons. Every stroke is merged into the picture file
 /// `zandulistwhiteboard.png` in the process's working directory as soon as it is drawn.
 class ViewControllerWhiteboard : public Screen
@@ -30,7 +22,7 @@ class ViewControllerWhiteboard : public Screen
     Q_OBJECT
 
 public:
-    class Line;
+    using Line = WhiteboardLine;
     struct Services
     {
         WhiteboardPen &pen;
@@ -45,8 +37,6 @@ public:
     /// as it is to the pixel, also when it is of another display's resolution.
     /// False when the file could not be written; the next save then does it with all strokes.
     bool savePicture();
-    /// A stroke is on the canvas that is not in the picture yet.
-    void strokeChanged() { isChanged = true; }
 
 public slots:
     void selectColor(QObject *sender);

@@ -20,7 +20,7 @@ QString windowPoint(const QMouseEvent &event, const QWidget &window)
 
 } // namespace
 
-ViewControllerWhiteboard::Line::Line(const WhiteboardPen &sharedPen, ViewControllerWhiteboard &owner)
+WhiteboardLine::WhiteboardLine(const WhiteboardPen &sharedPen, QWidget &owner)
     : QWidget(&owner)
     , pen(sharedPen)
     , parentVC(owner)
@@ -30,7 +30,7 @@ ViewControllerWhiteboard::Line::Line(const WhiteboardPen &sharedPen, ViewControl
     setCursor(pen.straightLineMode ? Qt::CrossCursor : Qt::ArrowCursor);
 }
 
-void ViewControllerWhiteboard::Line::mousePressEvent(QMouseEvent *event)
+void WhiteboardLine::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() != Qt::LeftButton)
         return;
@@ -44,7 +44,7 @@ void ViewControllerWhiteboard::Line::mousePressEvent(QMouseEvent *event)
     update(); // the stroke before may have been painted with another pen
 }
 
-void ViewControllerWhiteboard::Line::mouseMoveEvent(QMouseEvent *event)
+void WhiteboardLine::mouseMoveEvent(QMouseEvent *event)
 {
     if (!(event->buttons() & Qt::LeftButton))
         finish();
@@ -56,7 +56,7 @@ void ViewControllerWhiteboard::Line::mouseMoveEvent(QMouseEvent *event)
     extendTo(event->position());
 }
 
-void ViewControllerWhiteboard::Line::extendTo(QPointF point)
+void WhiteboardLine::extendTo(QPointF point)
 {
     const QPointF start = myPath.elementAt(0);
     QPointF last = myPath.currentPosition();
@@ -66,11 +66,11 @@ void ViewControllerWhiteboard::Line::extendTo(QPointF point)
         last = start;
     }
     myPath.lineTo(point);
-    parentVC.strokeChanged();
+    emit extended();
     update(covered(last, point).toAlignedRect());
 }
 
-void ViewControllerWhiteboard::Line::mouseReleaseEvent(QMouseEvent *event)
+void WhiteboardLine::mouseReleaseEvent(QMouseEvent *event)
 {
     if (event->button() != Qt::LeftButton || !isDrawing)
         return;
@@ -85,13 +85,13 @@ void ViewControllerWhiteboard::Line::mouseReleaseEvent(QMouseEvent *event)
 
 /// Merges the stroke into the picture. Also called when the release has gone elsewhere, as to a dialog that
 /// came up in the middle.
-void ViewControllerWhiteboard::Line::finish()
+void WhiteboardLine::finish()
 {
     if (std::exchange(isDrawing, false))
-        parentVC.savePicture();
+        emit finished();
 }
 
-void ViewControllerWhiteboard::Line::paintEvent(QPaintEvent *event)
+void WhiteboardLine::paintEvent(QPaintEvent *event)
 {
     diagnostics::line("Draw... Draw... Draw...");
     QWidget::paintEvent(event);
@@ -100,13 +100,13 @@ void ViewControllerWhiteboard::Line::paintEvent(QPaintEvent *event)
     draw(painter, event->rect());
 }
 
-QRectF ViewControllerWhiteboard::Line::covered(QPointF from, QPointF to) const
+QRectF WhiteboardLine::covered(QPointF from, QPointF to) const
 {
     const double margin = pen.lineWidth / 2 + 1;
     return QRectF(from, to).normalized().adjusted(-margin, -margin, margin, margin);
 }
 
-void ViewControllerWhiteboard::Line::draw(QPainter &painter, const QRectF &part) const
+void WhiteboardLine::draw(QPainter &painter, const QRectF &part) const
 {
     // A long stroke has thousands of segments, of which a repaint touches a few.
     QPainterPath seen;
@@ -121,9 +121,7 @@ void ViewControllerWhiteboard::Line::draw(QPainter &painter, const QRectF &part)
             seen.lineTo(to);
         isConnected = isSeen;
     }
-    const Color &color = pen.lineColor;
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.strokePath(seen, QPen(QColor::fromRgbF(float(color.red), float(color.green), float(color.blue),
-                                                   float(color.alpha)),
-                                  pen.lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.strokePath(
+        seen, QPen(painted(pen.lineColor), pen.lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
 }

@@ -1,18 +1,34 @@
 #pragma once
 
-#include "tools/ViewControllerWhiteboard.h"
+#include "platform/Color.h"
 
 #include <QPainterPath>
 #include <QWidget>
 
-/// The layer above the canvas that holds the stroke being drawn, until the next one is begun.
-class ViewControllerWhiteboard::Line : public QWidget
+/// The pen, which every whiteboard takes over from the one before.
+struct WhiteboardPen
 {
+    Color lineColor{0.0, 0.0, 0.0, 1.0};
+    double lineWidth = 5.0; ///< points
+    bool straightLineMode = false;
+};
+
+/// The layer above the canvas that holds the stroke being drawn, until the next one is begun.
+class WhiteboardLine : public QWidget
+{
+    Q_OBJECT
+
 public:
-    Line(const WhiteboardPen &pen, ViewControllerWhiteboard &parentVC);
+    WhiteboardLine(const WhiteboardPen &pen, QWidget &parentVC);
 
     /// Strokes what of the path is seen in this part of the layer.
     void draw(QPainter &painter, const QRectF &part) const;
+
+signals:
+    /// The stroke has grown.
+    void extended();
+    /// The stroke is to be merged into the picture.
+    void finished();
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
@@ -27,7 +43,7 @@ private:
     QRectF covered(QPointF from, QPointF to) const;
 
     const WhiteboardPen &pen;
-    ViewControllerWhiteboard &parentVC;
+    QWidget &parentVC;
     QPainterPath myPath;
     bool isDrawing = false;
     bool isStraight = false; ///< as the mode was when the stroke was begun

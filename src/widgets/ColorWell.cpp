@@ -6,12 +6,6 @@
 
 namespace {
 
-/// For painting and for the colour dialog only: QColor keeps 16 bits a component.
-QColor painted(const Color &color)
-{
-    return QColor::fromRgbF(float(color.red), float(color.green), float(color.blue), float(color.alpha));
-}
-
 Color chosenColor(const QColor &color)
 {
     constexpr double most = 65535.0;

@@ -1,110 +1,118 @@
 #include "widgets/DatePicker.h"
 
-#include <QApplication>
+#include "platform/TypedText.h"
+
+#include <QAction>
+#include <QCalendarWidget>
+#include <QIcon>
 #include <QKeyEvent>
-#include <QLineEdit>
-#include <QScopedValueRollback>
-#include <QSignalBlocker>
+#include <QScreen>
+#include <QVBoxLayout>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
-/// The locale's short form, with the whole year: two digits would be taken for the last century's when typed.
-static QString dayFormat(const QLocale &locale)
-{
-    QString format = locale.dateFormat(QLocale::ShortFormat);
-    if (!format.contains(u"yyyy"))
-        format.replace(u"yy"_s, u"yyyy"_s);
-    return format;
-}
-
 DatePicker::DatePicker(QWidget *parent)
-    : QDateTimeEdit(parent)
+    : PickerField(parent)
 {
-    constexpr int firstYear = 100;
-    setMinimumDate(QDate(firstYear, 1, 1));
-    setDisplayFormat(dayFormat(locale()));
-    setCalendarPopup(true);
-    setKeyboardTracking(false); // a half-typed date is none
-    connect(this, &QDateTimeEdit::dateTimeChanged, this, &DatePicker::changed);
-    connect(this, &QDateTimeEdit::editingFinished, this, [this] {
-        if (hasTyped)
-            choose();
-    });
-}
-
-Instant DatePicker::moment() const
-{
-    return Calendar::instantOf(dateTime());
+    auto *open = new QAction(QIcon(u":/icons/calendar.svg"_s), u"Open the calendar (F4)"_s, this);
+    addAction(open, TrailingPosition);
+    connect(open, &QAction::triggered, this, &DatePicker::openCalendar);
+    setMoment(Calendar::now());
 }
 
 void DatePicker::setMoment(Instant moment)
 {
-    const QSignalBlocker blocker(this);
-    setDateTime(Calendar::localTime(moment));
-    hasTyped = false;
-    chosen = dateTime();
+    held = moment;
+    timeOfDay = Calendar::localTime(moment).time();
+    showValue();
 }
 
-void DatePicker::commit()
+QDate DatePicker::day() const
 {
-    interpretText();
-    if (hasTyped)
-        choose();
+    return Calendar::localTime(held).date();
 }
 
-void DatePicker::choose()
+void DatePicker::choose(QDate chosen)
 {
-    hasTyped = false;
-    chosen = dateTime();
+    if (chosen == day())
+        return;
+    held = Calendar::instantOf(QDateTime(chosen, timeOfDay));
+    showValue();
     emit dayChosen();
 }
 
-void DatePicker::changed()
+bool DatePicker::take(const QString &text)
 {
-    QWidget *popup = QApplication::activePopupWidget();
-    if (!popup || popup->parentWidget() != this) {
-        // While the user is at it, a part that was left may be followed by the others.
-        hasTyped = hasFocus() && !isStepping;
-        if (!hasTyped)
-            choose();
-        return;
-    }
-    popup->installEventFilter(this);
-    choosing = true;
+    const std::optional<QDate> typed = typedText::day(text, QDate::currentDate(), locale());
+    if (typed)
+        choose(*typed);
+    return typed.has_value();
 }
 
-bool DatePicker::eventFilter(QObject *watched, QEvent *event)
+QString DatePicker::valueText() const
 {
-    const bool isEscape =
-        event->type() == QEvent::KeyPress && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape;
-    if (isEscape && std::exchange(choosing, false)) {
-        const QSignalBlocker blocker(this);
-        setDateTime(chosen);
-        hasTyped = false;
-    }
-    // Queued: whoever answers with a dialog would open it in the middle of the calendar's closing.
-    if (event->type() == QEvent::Hide && std::exchange(choosing, false))
-        QMetaObject::invokeMethod(this, &DatePicker::choose, Qt::QueuedConnection);
-    return QDateTimeEdit::eventFilter(watched, event);
+    return locale().toString(day(), typedText::dateFormat(locale()));
+}
+
+QString DatePicker::explanation() const
+{
+    const QDate example(QDate::currentDate().year(), 12, 31);
+    return u"“%1” is no date. Write it like %2, or press F4 for the calendar."_s.arg(
+        text().simplified(), locale().toString(example, typedText::dateFormat(locale())));
+}
+
+void DatePicker::step(int steps, Qt::KeyboardModifiers modifiers)
+{
+    choose(modifiers & Qt::ControlModifier ? day().addMonths(steps) : day().addDays(steps));
 }
 
 void DatePicker::keyPressEvent(QKeyEvent *event)
 {
-    const QString typed = event->text();
-    const bool isDigit = !typed.isEmpty() && typed[0].isDigit();
-    const bool isSeparator = typed == u"/" || typed == u"." || typed == u"-";
-    // A full part goes on to the next one by itself; the separator that is typed after it would skip that.
-    if (std::exchange(hasAdvanced, false) && isSeparator)
-        return;
-    if (isDigit && lineEdit()->selectedText() == lineEdit()->text())
-        setSelectedSection(sectionAt(0)); // a whole date is typed over the old one
-    const int before = currentSectionIndex();
-    QDateTimeEdit::keyPressEvent(event);
-    hasAdvanced = isDigit && currentSectionIndex() > before;
+    const bool isAltDown = event->key() == Qt::Key_Down && event->modifiers() == Qt::AltModifier;
+    if (event->key() == Qt::Key_F4 || isAltDown)
+        openCalendar();
+    else
+        PickerField::keyPressEvent(event);
 }
 
-void DatePicker::stepBy(int steps)
+void DatePicker::openCalendar()
 {
-    const QScopedValueRollback stepping(isStepping, true);
-    QDateTimeEdit::stepBy(steps);
+    const bool isReadable = commit();
+    auto *popup = new QFrame(this, Qt::Popup);
+    popup->setAttribute(Qt::WA_DeleteOnClose);
+    popup->setFrameShape(QFrame::StyledPanel);
+    auto *layout = new QVBoxLayout(popup);
+    layout->setContentsMargins({});
+    auto *calendar = new QCalendarWidget(popup);
+    layout->addWidget(calendar);
+    calendar->setLocale(locale());
+    calendar->setSelectedDate(day());
+    const auto take = [this, popup, isReadable](QDate chosen) {
+        popup->close();
+        if (!isReadable)
+            showValue();
+        // Queued: an answer may open a dialog, and the calendar is to be gone by then.
+        QMetaObject::invokeMethod(
+            this, [this, chosen] { choose(chosen); }, Qt::QueuedConnection);
+    };
+    connect(calendar, &QCalendarWidget::clicked, popup, take);
+    connect(calendar, &QCalendarWidget::activated, popup, take);
+    popup->adjustSize();
+    const QRect room = screen()->availableGeometry();
+    QPoint corner = mapToGlobal(rect().bottomLeft());
+    if (corner.y() + popup->height() > room.bottom())
+        corner.setY(mapToGlobal(rect().topLeft()).y() - popup->height());
+    corner.setX(std::clamp(corner.x(), room.left(), std::max(room.left(), room.right() - popup->width())));
+    popup->move(corner);
+    popup->show();
+    calendar->setFocus();
+}
+
+QSize DatePicker::sizeHint() const
+{
+    constexpr int buttonAndMargins = 48;
+    return {fontMetrics().horizontalAdvance(valueText()) + buttonAndMargins,
+            PickerField::sizeHint().height()};
 }

@@ -1,42 +1,39 @@
 #pragma once
 
 #include "platform/Calendar.h"
+#include "widgets/PickerField.h"
 
-#include <QDateTimeEdit>
-
-/// Shows a calendar day and lets the user choose another one, also from a calendar. Holds a full moment: its
-/// time of day, down to the millisecond, stays as it was set.
-class DatePicker : public QDateTimeEdit
+/// Shows a calendar day and lets the user type another one or choose it from a calendar. Holds a full moment:
+/// its time of day, down to the millisecond, stays as it was set.
+class DatePicker : public PickerField
 {
     Q_OBJECT
 
 public:
     explicit DatePicker(QWidget *parent = nullptr);
 
-    Instant moment() const;
-    /// Years 100 to 9999; a moment outside is moved to the nearest one.
+    Instant moment() const { return held; }
     void setMoment(Instant moment);
-    /// Takes what is being typed as it is.
-    void commit();
+    /// Opens the calendar below the field.
+    void openCalendar();
+
+    QSize sizeHint() const override;
 
 signals:
-    /// The user chose a day. While the calendar is open, or a date is being typed, it may still be another
-    /// one, so it is told when the calendar closes, and not when Escape closes it, or when the typing ends.
-    /// setMoment does not emit this.
+    /// The user chose another day. setMoment does not emit this.
     void dayChosen();
 
 protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
+    bool take(const QString &text) override;
+    QString valueText() const override;
+    QString explanation() const override;
+    void step(int steps, Qt::KeyboardModifiers modifiers) override;
     void keyPressEvent(QKeyEvent *event) override;
-    void stepBy(int steps) override;
 
 private:
-    void changed();
-    void choose();
+    QDate day() const;
+    void choose(QDate chosen);
 
-    QDateTime chosen;         ///< what Escape in the open calendar returns to
-    bool choosing = false;    ///< in the open calendar
-    bool isStepping = false;  ///< by an arrow or the wheel
-    bool hasTyped = false;    ///< another date, of which nothing was told
-    bool hasAdvanced = false; ///< to the next part of the date, by the last digit
+    Instant held;
+    QTime timeOfDay; ///< as it was set, also while the day that is shown has no such time
 };

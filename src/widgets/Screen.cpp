@@ -2,6 +2,20 @@
 
 #include <QShowEvent>
 
+void bringToFront(QWidget &window)
+{
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
+void Screen::done(int result)
+{
+    if (viewShouldClose())
+        QDialog::done(result);
+}
+
 void Screen::showEvent(QShowEvent *event)
 {
     if (event->spontaneous()) {

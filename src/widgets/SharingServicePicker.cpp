@@ -2,19 +2,18 @@
 
 #include "platform/Folders.h"
 #include "widgets/Alert.h"
+#include "widgets/SaveToFile.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
 #include <QDir>
-#include <QFileDialog>
 #include <QImage>
 #include <QMenu>
 #include <QMimeData>
 #include <QPointer>
 #include <QProcess>
 #include <QRegularExpression>
-#include <QSaveFile>
 #include <QTemporaryFile>
 #include <QUrl>
 
@@ -66,8 +65,8 @@ void SharingServicePicker::copy() const
 
 void SharingServicePicker::mail(QWidget *window) const
 {
-    // A process of ours, since QDesktopServices does not tell when no mail program is found. What it starts
-    // goes on after it, so that there are no pipes to it which would close.
+    // A process of our own, since QDesktopServices does not tell when it finds no mail program. Files, not
+    // pipes: the mail program outlives the process that starts it, and would write into a closed pipe.
     auto *process = new QProcess;
     auto *messages = new QTemporaryFile(process);
     const auto fail = [process, window = QPointer(window)](const QString &reason) {
@@ -99,13 +98,8 @@ void SharingServicePicker::save(QWidget *window) const
 {
     const QString kinds = items.picture.isEmpty() ? u"Text files (*.txt);;All files (*)"_s
                                                   : u"PNG pictures (*.png);;All files (*)"_s;
-    const QString path = QFileDialog::getSaveFileName(window, u"Save to File"_s, suggestedPath(), kinds);
-    if (path.isEmpty())
-        return;
-    QSaveFile file(path);
-    const QByteArray content = items.picture.isEmpty() ? items.text.toUtf8() : items.picture;
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
-        alertMessage(window, u"The file \"%1\" could not be written. %2"_s.arg(path, file.errorString()));
+    saveToFile(*window, suggestedPath(), kinds,
+               items.picture.isEmpty() ? items.text.toUtf8() : items.picture);
 }
 
 QString SharingServicePicker::suggestedPath() const

@@ -24,7 +24,7 @@ public:
 
     /// Opens the menu at the widget's left or bottom edge, as far as the screen has room there. Returns at
     /// once.
-    /// \param window  in which the services go on; the anchor's own may be closed meanwhile
+    /// \param window  what the services show belongs to it; the anchor's own window may be closed by then
     void show(QWidget &anchor, Qt::Edge edge, QWidget &window) const;
 
 private:

@@ -21,7 +21,7 @@ QString TextView::text() const
     const auto lineFeed = [](QChar unit) {
         return unit == QChar::ParagraphSeparator || unit == QChar::LineSeparator ? QChar(u'\n') : unit;
     };
-    std::ranges::transform(edited, edited.begin(), lineFeed); // writing every unit is the faster way
+    std::ranges::transform(edited, edited.begin(), lineFeed); // faster than to search and replace
     return hasCarriageReturns ? edited.replace(u"\n"_s, u"\r\n"_s) : edited;
 }
 
@@ -29,7 +29,6 @@ void TextView::setTextColor(const Color &textColor)
 {
     color = textColor;
     QPalette changed = palette();
-    changed.setColor(QPalette::Text, QColor::fromRgbF(float(color.red), float(color.green), float(color.blue),
-                                                      float(color.alpha)));
+    changed.setColor(QPalette::Text, painted(color));
     setPalette(changed);
 }

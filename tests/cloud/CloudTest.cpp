@@ -8,6 +8,7 @@
 #include "support/CapturedOutput.h"
 #include "support/FullDisk.h"
 #include "support/PostgresServer.h"
+#include "support/Tasks.h"
 #include "support/TestProgram.h"
 
 #include <latch>
@@ -60,7 +61,7 @@ public:
     }
 
     // What a user does, and all that follows from it.
-    void fill(const TaskList &tasks) { manager.tasks = tasks; }
+    void fill(const TaskList &tasks) { setTaskList(manager, tasks); }
     void update() { settle(sync.updateFromCloud()); }
     void copy() { settle(sync.syncAllToCloud()); }
     void save(const task &entry) { settle(sync.saveTaskToCloud(entry)); }
@@ -70,7 +71,7 @@ public:
     QStringList names() const
     {
         QStringList names;
-        for (const SharedTask &entry : manager.tasks)
+        for (const SharedTask &entry : manager.tasks())
             names.append(entry->name);
         return names;
     }
@@ -155,12 +156,12 @@ private slots:
             QCOMPARE(second.manager.lastMessage, u"----iCloud:Update Complete!----"_s);
             task expected = sample(u"b"_s, u"B"_s);
             expected.color = expected.color.inverted();
-            QVERIFY(*second.manager.tasks[1] == expected);
+            QVERIFY(haveEqualFields(*second.manager.tasks()[1], expected));
             second.copy(); // from the dark
             Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, std::nullopt);
             first.update();
             QCOMPARE(first.names(), QStringList({u"A"_s, u"B"_s, u"L"_s}));
-            const Color shown = first.manager.tasks[0]->color;
+            const Color shown = first.manager.tasks()[0]->color;
             QVERIFY(std::abs(shown.green - 1.0 / 3.0) < 1e-15 && shown.alpha == 0.25098039215686274);
 
             first.remove(u"a"_s);
@@ -206,7 +207,7 @@ private slots:
         expected.client = u"UnAssigned"_s;
         expected.status = 0;
         expected.startHour = 8;
-        QVERIFY(*program.manager.tasks.value(0, task()) == expected);
+        QVERIFY(haveEqualFields(*program.manager.tasks().value(0, task()), expected));
         QCOMPARE(output.takeLines().filter(u"without a usable field"_s).size(), 3);
     }
 
@@ -224,7 +225,7 @@ private slots:
             program.update();
             QCOMPARE(program.manager.lastMessage, u"----iCloud:%1----"_s.arg(state));
             QCOMPARE(program.events, u"u"_s);
-            program.save(*program.manager.tasks[0]);
+            program.save(*program.manager.tasks()[0]);
             QVERIFY(output.takeLines().contains(u"----CloudKit:Save Error----"_s));
             QCOMPARE(program.names(), QStringList(u"0"_s));
         }
@@ -238,7 +239,7 @@ private slots:
         bert.save(sample(u"a"_s, u"Bert's"_s));
         bert.update();
         QCOMPARE(bert.names().size(), 1);
-        QVERIFY(*bert.manager.tasks[0] == sample(u"a"_s, u"Bert's"_s));
+        QVERIFY(haveEqualFields(*bert.manager.tasks()[0], sample(u"a"_s, u"Bert's"_s)));
         bert.remove(u"a"_s);
         const QString count = u"SELECT count(*) FROM \"Task\""_s;
         for (const QString &role : {u"bert"_s, u"keeper"_s})
@@ -330,19 +331,19 @@ private slots:
         Program program(newFile(), samples(200));
         TaskManager &manager = program.manager;
         std::vector<CloudRecord> records;
-        for (const SharedTask &entry : std::as_const(manager.tasks))
+        for (const SharedTask &entry : manager.tasks())
             records.push_back(recordOf(task{.key = entry->key, .name = u'n' + entry->key}));
 
         // Between its parts the user moves a task up.
         CloudMerge merge(manager, records);
         qint64 chosen = manager.selectTaskByKey(u"199"_s);
         while (merge.mergeSome()) {
-            QCOMPARE(manager.selected, chosen);
+            QCOMPARE(manager.selected(), chosen);
             manager.moveSelectedTask(true);
             chosen = manager.selectTaskByKey(u"199"_s);
         }
         QVERIFY(chosen < 199);
-        for (const SharedTask &entry : std::as_const(manager.tasks))
+        for (const SharedTask &entry : manager.tasks())
             QVERIFY(entry->name == u'n' + entry->key && !entry->hidden);
 
         // The desktop turns dark, and the window reads its file, which is empty.
@@ -353,8 +354,8 @@ private slots:
         program.fill({});
         while (mergeIntoDark.mergeSome())
             continue;
-        QCOMPARE(manager.tasks.size(), 200);
-        for (const SharedTask &entry : std::as_const(manager.tasks))
+        QCOMPARE(manager.tasks().size(), 200);
+        for (const SharedTask &entry : manager.tasks())
             QCOMPARE(entry->color.red, 0.0);
     }
 

@@ -1,19 +1,22 @@
-#include "app/WebPage.h"
+#include "guide/ViewControllerEnhancement.h"
+#include "mainwindow/GuideProgram.h"
+#include "platform/NotificationCenter.h"
+#include "platform/Preferences.h"
 #include "support/CapturedOutput.h"
+#include "support/Dialogs.h"
 #include "support/TestProgram.h"
 #include "widgets/Palettes.h"
 
+#include <QApplication>
 #include <QDesktopServices>
-#include <QDialog>
 #include <QSignalSpy>
 #include <QTcpServer>
-#include <QWebEngineView>
 
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
-/// The guide in the real web engine.
+/// The guide in the real web engine, and the program that shows it.
 class GuideTest : public QObject
 {
     Q_OBJECT
@@ -23,15 +26,8 @@ private slots:
     {
         if (::geteuid() == 0)
             qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1"); // which the administrator cannot have
-        QVERIFY(!webPage::isInstalled());
-        QApplication::addLibraryPath(u"" BINARY_DIR "/bin/" MODULE_PATH ""_s);
-        QVERIFY(webPage::isInstalled());
         QDesktopServices::setUrlHandler(u"http"_s, this, "openExternal");
-        CapturedOutput output;
-        QString problem;
-        screen.reset(webPage::makeScreen(nullptr, problem));
-        QVERIFY2(screen, qPrintable(problem));
-        QVERIFY(output.takeLines().contains(u"loadURL"_s));
+        screen = std::make_unique<ViewControllerEnhancement>();
         view = screen->findChild<QWebEngineView *>(u"browserView"_s);
         screen->show();
         const QSignalSpy loaded(view, &QWebEngineView::loadFinished);
@@ -81,7 +77,51 @@ private slots:
         QVERIFY(connected.isEmpty());
     }
 
-    void cleanupTestCase() { QDesktopServices::unsetUrlHandler(u"http"_s); }
+    void realProgramComesAndGoes()
+    {
+        QVERIFY(!GuideProgram::isInstalled());
+        QApplication::addLibraryPath(u"" BINARY_DIR "/bin/" MODULE_PATH ""_s);
+        QVERIFY(GuideProgram::isInstalled());
+        CapturedOutput output;
+        GuideProgram program(notices, nullptr);
+        program.bringToFront();
+        QStringList lines;
+        QTRY_COMPARE_WITH_TIMEOUT(lines += output.takeLines(), QStringList(u"loadURL"_s), 60'000);
+        program.closeWriteChannel();
+        QTRY_COMPARE_WITH_TIMEOUT(program.state(), QProcess::NotRunning, 60'000);
+        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(program.exitCode(), EXIT_SUCCESS);
+    }
+
+    void oneProgramIsToldEverything()
+    {
+        placeProgram("#!/bin/cat -\n");
+        CapturedOutput output;
+        GuideProgram program(notices, nullptr);
+        program.bringToFront();
+        program.bringToFront();
+        Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, u"Dark"_s);
+        notices.post(notice::appearanceChanged);
+        QStringList lines;
+        QTRY_COMPARE((lines += output.takeLines()).join(u' '), u"light raise light raise dark"_s);
+    }
+
+    void userLearnsWhyItIsNotShown()
+    {
+        const std::map<QByteArray, QString> problems = {
+            {"#!/bin/sh\nprintf 'a\n[1:x.cc(9)] No sandbox.\n' >&2; exit 3",
+             u"status 3. F1 tries again.\n\nNo sandbox."_s},
+            {"#!/bin/sh\nkill -SEGV $$", u"has crashed."_s},
+            {"#!/nonexistent", u"could not be started."_s}};
+        for (const auto &[script, problem] : problems) {
+            placeProgram(script);
+            const AlertAnswer alert(u"OK"_s);
+            GuideProgram program(notices, nullptr);
+            program.bringToFront();
+            QTRY_VERIFY(alert.wasShown());
+            QVERIFY2(alert.informativeText.contains(problem), qPrintable(alert.informativeText));
+        }
+    }
 
 public slots:
     void openExternal(const QUrl &url) { external.append(url); }
@@ -95,7 +135,18 @@ private:
         return QTest::qWaitFor([&answer] { return answer.has_value(); }, 60'000) ? *answer : QVariant();
     }
 
-    std::unique_ptr<QDialog> screen;
+    /// Has this file found in place of the real program.
+    void placeProgram(const QByteArray &content)
+    {
+        const QString path = folder.filePath(u"quorvane-guide"_s);
+        writeTo(path, content);
+        QFile::setPermissions(path, QFile::ReadOwner | QFile::ExeOwner | QFile::WriteOwner);
+        QApplication::addLibraryPath(folder.path());
+    }
+
+    const QTemporaryDir folder;
+    NotificationCenter notices;
+    std::unique_ptr<ViewControllerEnhancement> screen;
     QWebEngineView *view = nullptr;
     QList<QUrl> external;
     const QUrl guide{u"qrc:/guide/index.html"_s};

@@ -1,5 +1,6 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
+#include <QDBusContext>
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QSocketNotifier>
@@ -9,9 +10,16 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+const QString path = u"/org/freedesktop/portal/desktop"_s;
+const QString group = u"org.freedesktop.appearance"_s;
+const QString key = u"color-scheme"_s;
+} // namespace
+
 /// The desktop's settings portal, as far as the appearance needs it. Each digit on standard input is the
-/// colour scheme from then on; "ready" on standard output says that the portal can be asked.
-class FakePortal : public QObject
+/// colour scheme from then on; before the first one, the portal does not answer. "ready" on standard output
+/// says that it can be asked.
+class FakePortal : public QObject, protected QDBusContext
 {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
@@ -19,25 +27,38 @@ class FakePortal : public QObject
 public:
     void change(uint scheme)
     {
-        colorScheme = scheme;
-        QDBusMessage signal =
-            QDBusMessage::createSignal(path, u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s);
-        signal << u"org.freedesktop.appearance"_s << u"color-scheme"_s
-               << QVariant::fromValue(QDBusVariant(scheme));
-        QDBusConnection::sessionBus().send(signal);
+        QDBusConnection bus = QDBusConnection::sessionBus();
+        const auto tell = [&bus](const QString &changedGroup, const QString &changedKey, uint value) {
+            bus.send(
+                QDBusMessage::createSignal(path, u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s)
+                << changedGroup << changedKey << QVariant::fromValue(QDBusVariant(value)));
+        };
+        if (std::exchange(colorScheme, scheme) != 0) {
+            tell(group, u"contrast"_s, 3 - scheme); // other settings change as well
+            tell(u"org.example.terminal"_s, key, 3 - scheme);
+            tell(group, key, scheme);
+        }
+        for (const QDBusMessage &call : std::exchange(unanswered, {}))
+            bus.send(call.createReply(QVariant::fromValue(answer())));
     }
 
-    const QString path = u"/org/freedesktop/portal/desktop"_s;
-
 public slots:
-    Q_SCRIPTABLE QDBusVariant Read(const QString &group, const QString &key)
+    Q_SCRIPTABLE QDBusVariant Read(const QString &wantedGroup, const QString &wantedKey)
     {
-        const bool known = group == u"org.freedesktop.appearance" && key == u"color-scheme";
-        return QDBusVariant(known ? QVariant::fromValue(QDBusVariant(colorScheme)) : QVariant());
+        if (wantedGroup != group || wantedKey != key)
+            return QDBusVariant(QVariant());
+        if (colorScheme == 0) {
+            setDelayedReply(true);
+            unanswered.append(message());
+        }
+        return answer();
     }
 
 private:
-    uint colorScheme = 1;
+    QDBusVariant answer() const { return QDBusVariant(QVariant::fromValue(QDBusVariant(colorScheme))); }
+
+    uint colorScheme = 0;
+    QList<QDBusMessage> unanswered;
 };
 
 int main(int argc, char **argv)
@@ -45,7 +66,7 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     FakePortal portal;
     QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.registerObject(portal.path, &portal, QDBusConnection::ExportScriptableSlots) ||
+    if (!bus.registerObject(path, &portal, QDBusConnection::ExportScriptableSlots) ||
         !bus.registerService(u"org.freedesktop.portal.Desktop"_s))
         return EXIT_FAILURE;
     const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);

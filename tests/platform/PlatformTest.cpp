@@ -1,4 +1,6 @@
+#include "platform/AppearanceSetting.h"
 #include "platform/Calendar.h"
+#include "platform/DesktopAppearance.h"
 #include "platform/Diagnostics.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
@@ -6,7 +8,8 @@
 #include "support/ScratchHome.h"
 #include "support/TestProgram.h"
 
-#include <QTemporaryDir>
+#include <QDBusConnectionInterface>
+#include <QProcess>
 
 #include <thread>
 
@@ -68,6 +71,35 @@ private slots:
         QCOMPARE(preferences.text(u"other"_s), std::nullopt);
     }
 
+    void appearanceFollowsThePortal()
+    {
+        constexpr int limit = 30'000; // milliseconds
+        Preferences preferences(u"/nonexistent/preferences.ini"_s);
+        NotificationCenter systemNotices;
+        QStringList seen;
+        systemNotices.observe(notice::appearanceChanged, this, [&] {
+            seen.append(preferences.text(appearanceSetting::key).value_or(u"Light"_s));
+        });
+        const QDBusConnection bus = QDBusConnection::sessionBus();
+        for (const QDBusConnection &withoutPortal : {bus, QDBusConnection(u"no such bus"_s)})
+            DesktopAppearance(preferences, systemNotices, withoutPortal).follow();
+        QCOMPARE(seen, QStringList());
+
+        QProcess portal;
+        portal.start(u"" BINARY_DIR "/bin/fake_portal"_s, QStringList());
+        QVERIFY(portal.waitForReadyRead(limit));
+        DesktopAppearance appearance(preferences, systemNotices, bus);
+        appearance.follow();
+        portal.write("1"); // it takes its time to answer
+        QTRY_COMPARE_WITH_TIMEOUT(seen, QStringList(u"Dark"_s), limit);
+        portal.write("121");
+        portal.closeWriteChannel();
+        QVERIFY(portal.waitForFinished(limit));
+        QVERIFY(!bus.interface()->isServiceRegistered(u"org.freedesktop.portal.Desktop"_s));
+        QCoreApplication::processEvents(); // what the portal sent came before the bus's answer
+        QCOMPARE(seen, QStringList({u"Dark"_s, u"Light"_s, u"Dark"_s}));
+    }
+
     void noticesReachLivingObserversAtOnce()
     {
         NotificationCenter centre;
@@ -85,7 +117,6 @@ private slots:
 
     void daysOfTheUsersTimeZone()
     {
-        const QByteArray zone = qgetenv("TZ");
         qputenv("TZ", "America/Havana"); // clocks go from 0:00 to 1:00 on 10 March 2024
         tzset();
         const Calendar calendar;
@@ -95,11 +126,6 @@ private slots:
         QVERIFY(!changeDay.contains(changeDay.end));
         QCOMPARE(calendar.dayOf(changeDay.begin), QDate(2024, 3, 10));
         QCOMPARE(calendar.dayOf(changeDay.begin - std::chrono::milliseconds(1)), QDate(2024, 3, 9));
-        if (zone.isNull())
-            qunsetenv("TZ");
-        else
-            qputenv("TZ", zone);
-        tzset();
     }
 };
 

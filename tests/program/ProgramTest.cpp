@@ -1,129 +1,156 @@
 #include "support/TestProgram.h"
+#include "widgets/Palettes.h"
 
 #include <QDir>
+#include <QImage>
 #include <QProcess>
+
+#include <csignal>
+#include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString program = u"" BINARY_DIR "/bin/quorvane"_s;
+constexpr int limit = 30'000; // milliseconds
 
-/// Collects the program's lines until one begins like this; empty when it ends or stays silent before.
-QString lineOf(QProcess &process, const QByteArray &beginning)
+/// The whole program in a home folder, as the desktop starts it; is killed at the end.
+class Running : public QProcess
 {
-    while (process.canReadLine() || process.waitForReadyRead())
-        while (process.canReadLine())
-            if (const QByteArray line = process.readLine(); line.startsWith(beginning))
-                return QString::fromUtf8(line).trimmed();
-    return {};
-}
+public:
+    explicit Running(const QString &home)
+    {
+        setProgram(u"" BINARY_DIR "/bin/quorvane"_s);
+        setProcessEnvironment(QProcessEnvironment::systemEnvironment());
+        setVariable(u"HOME"_s, home);
+        for (const QString &name : {u"XDG_CONFIG_HOME"_s, u"XDG_STATE_HOME"_s, u"XDG_DATA_HOME"_s})
+            setVariable(name, {});
+    }
+    ~Running() override
+    {
+        kill();
+        waitForFinished(limit);
+    }
+
+    void setVariable(const QString &name, const QString &value)
+    {
+        QProcessEnvironment variables = processEnvironment();
+        variables.insert(name, value);
+        setProcessEnvironment(variables);
+    }
+
+    /// Starts it and waits for its list; the number of rows shown, or -1 when it ends or stays silent before.
+    int rowsShown()
+    {
+        constexpr QByteArrayView beginning("Number of Rows: ");
+        start();
+        while (canReadLine() || waitForReadyRead(limit))
+            while (canReadLine())
+                if (const QByteArray line = readLine(); line.startsWith(beginning))
+                    return line.sliced(beginning.size()).trimmed().toInt();
+        return -1;
+    }
+};
 
 } // namespace
 
-/// The whole program, started as the desktop starts it.
 class ProgramTest : public QObject
 {
     Q_OBJECT
 
 private:
     QTemporaryDir home;
-
-    void start(QProcess &process, bool withBus = true, const QString &folder = {})
-    {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(u"HOME"_s, folder.isEmpty() ? home.path() : folder);
-        for (const QString &name : {u"XDG_CONFIG_HOME"_s, u"XDG_STATE_HOME"_s, u"XDG_DATA_HOME"_s})
-            environment.insert(name, home.filePath(name));
-        if (!withBus)
-            environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent"_s);
-        process.setProcessEnvironment(environment);
-        process.start(program, QStringList());
-    }
+    const QString state = home.filePath(u".local/state/quorvane/"_s);
 
 private slots:
-    void secondStartEnds()
+    void secondStartShowsTheFirst()
     {
-        for (const bool withBus : {true, false}) {
-            QProcess first;
-            QProcess second;
-            start(first, withBus);
-            QVERIFY(!lineOf(first, "Number of Rows:").isEmpty());
-            start(second, withBus);
-            QVERIFY(second.waitForFinished());
+        for (const QString &bus : {qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), u"unix:path=/none"_s}) {
+            Running first(home.path());
+            Running second(home.path());
+            for (Running *process : {&first, &second})
+                process->setVariable(u"DBUS_SESSION_BUS_ADDRESS"_s, bus);
+            QCOMPARE(first.rowsShown(), 0); // although a dead program has left its lock
+            QCOMPARE(second.rowsShown(), -1);
+            QVERIFY(second.state() == QProcess::NotRunning || second.waitForFinished(limit));
             QCOMPARE(second.exitCode(), 0);
-            QVERIFY(second.readAllStandardOutput().isEmpty()); // it opened no list
+            QByteArray complaints; // the platform without a screen says what it cannot do
+            if (!bus.endsWith(u"none"))
+                QTRY_VERIFY_WITH_TIMEOUT((complaints += first.readAllStandardError()).contains("raise()"),
+                                         limit);
             QCOMPARE(first.state(), QProcess::Running);
-            first.kill(); // the lock of a dead program is no hindrance
-            QVERIFY(first.waitForFinished());
-            QProcess third;
-            start(third, withBus);
-            QVERIFY(!lineOf(third, "Number of Rows:").isEmpty());
-            third.kill();
-            QVERIFY(third.waitForFinished());
         }
     }
 
-    void deadPredecessorIsNoHindrance()
+    void startsWhateverItFinds()
     {
-        const QString state = home.filePath(u"XDG_STATE_HOME"_s);
-        for (const QByteArray &lock : {QByteArray(), QByteArray("garbled\n")}) {
-            writeTo(state + u"/quorvane/quorvane.lock"_s, lock);
-            QProcess process;
-            start(process, false);
-            QVERIFY(!lineOf(process, "Number of Rows:").isEmpty());
-            process.kill();
-            process.waitForFinished();
-        }
-    }
-
-    void startsWhateverTheHome()
-    {
-        const auto rowsShown = [this](const QString &folder) {
-            QProcess process;
-            start(process, false, folder);
-            const QString rows = lineOf(process, "Number of Rows:");
-            process.kill();
-            process.waitForFinished();
-            return rows;
-        };
-        QCOMPARE(rowsShown(u"/nonexistent"_s), u"Number of Rows: 0"_s);
+        QCOMPARE(Running(u"/proc/nowhere"_s).rowsShown(), 0); // where nobody can make a folder
         const QByteArray row = "3/7/24|a||1.0|1.0|1.0|1.0|3/7/24|0|0|Open|None|KEY^";
-        const QTemporaryDir other;
-        writeTo(other.filePath(u"Documents/zandulist.txt"_s),
-                row + QByteArray(3'000'000, '\x01') + '^' + row);
-        QCOMPARE(rowsShown(other.path()), u"Number of Rows: 2"_s);
-        writeTo(other.filePath(u"Documents/zandulist.txt"_s), row.repeated(20'000));
-        QCOMPARE(rowsShown(other.path()), u"Number of Rows: 20000"_s);
+        const QString list = home.filePath(u"Documents/zandulist.txt"_s);
+        for (const auto &[path, content, rows] : std::initializer_list<std::tuple<QString, QByteArray, int>>{
+                 {state + u"quorvane.lock"_s, "", 0},
+                 {state + u"quorvane.lock"_s, "garbled\n", 0},
+                 {list, row + QByteArray(3'000'000, '\x01') + '^' + row, 2},
+                 {list, row.repeated(20'000), 20'000}}) {
+            writeTo(path, content);
+            QCOMPARE(Running(home.path()).rowsShown(), rows);
+        }
+        Running process(home.path());
+        process.setChildProcessModifier([] { // no room for a single byte
+            std::signal(SIGXFSZ, SIG_DFL);
+            const rlimit none{0, 0};
+            ::setrlimit(RLIMIT_FSIZE, &none);
+        });
+        QCOMPARE(process.rowsShown(), 20'000);
     }
 
     void endsOrderlyWhenTheSystemSaysSo()
     {
-        QProcess process;
-        process.setWorkingDirectory(u"/proc"_s); // where nobody can make a file
-        start(process);
-        QVERIFY(!lineOf(process, "Number of Rows:").isEmpty());
-        const QString folder = QFile::symLinkTarget(u"/proc/%1/cwd"_s.arg(process.processId()));
-        QCOMPARE(folder, QFileInfo(home.filePath(u"Documents"_s))
-                             .canonicalFilePath()); // a home for the whiteboard's picture
-        process.terminate();
-        QVERIFY(process.waitForFinished());
-        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(process.exitCode(), 0);
+        for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+            QProcess reader;
+            Running process(home.path());
+            process.setWorkingDirectory(u"/proc"_s); // where nobody can make a file
+            process.setStandardOutputProcess(&reader);
+            process.start();
+            reader.start(u"head"_s, {u"-n1"_s});
+            QVERIFY(reader.waitForFinished(limit)); // the program goes on, but nobody reads its lines
+            const QString folder = QFile::symLinkTarget(u"/proc/%1/cwd"_s.arg(process.processId()));
+            QCOMPARE(folder, QFileInfo(home.filePath(u"Documents"_s))
+                                 .canonicalFilePath()); // a home for the whiteboard's picture
+            ::kill(pid_t(process.processId()), signal);
+            QVERIFY(process.waitForFinished(limit));
+            QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+            QCOMPARE(process.exitCode(), 0);
+            QVERIFY(QFile::remove(state + u"window.ini"_s)); // the window was closed
+        }
     }
 
-    void outlivesTheReaderOfItsLines()
+    void looksAndSoundsAsTheDesktopDoes()
     {
-        QProcess process;
-        start(process);
-        QVERIFY(!lineOf(process, "Number of Rows:").isEmpty());
-        process.closeReadChannel(QProcess::StandardOutput);
-        QProcess second;
-        start(second); // has the first window raised and painted, which writes lines
-        QVERIFY(second.waitForFinished());
-        QCOMPARE(process.state(), QProcess::Running);
-        process.kill();
-        process.waitForFinished();
+        QProcess portal;
+        portal.start(u"" BINARY_DIR "/bin/fake_portal"_s, QStringList());
+        portal.write("1");
+        QVERIFY(portal.waitForReadyRead(limit));
+        const QTemporaryDir empty; // home, and the folder of the pictures
+        Running process(empty.path());
+        process.setWorkingDirectory(empty.path());
+        process.setVariable(u"QT_QPA_PLATFORM"_s, u"minimal"_s); // which keeps what it paints
+        process.setVariable(u"QT_DEBUG_BACKINGSTORE"_s, u"1"_s);
+        process.start();
+        auto base = [&empty, seen = QColor()]() mutable { // of the table, which has no rows
+            const QDir folder(empty.path(), u"*.png"_s, QDir::Name | QDir::Reversed);
+            const QByteArray picture = contentOf(folder.filePath(folder.entryList().value(0)));
+            if (picture.contains("IEND")) // is whole
+                seen = QImage::fromData(picture).pixelColor(300, 300);
+            return seen;
+        };
+        QTRY_COMPARE_WITH_TIMEOUT(base(), palettes::dark().color(QPalette::Base), limit);
+        portal.write("2");
+        QTRY_COMPARE_WITH_TIMEOUT(base(), palettes::light().color(QPalette::Base), limit);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            contentOf(u"/proc/%1/maps"_s.arg(process.processId())).contains("quorvanesound"), limit);
+        portal.closeWriteChannel();
+        QVERIFY(portal.waitForFinished(limit));
     }
 };
 

@@ -6,14 +6,16 @@
 #include <QMessageBox>
 #include <QTest>
 
-AlertAnswer::AlertAnswer(const QString &button)
+AlertAnswer::AlertAnswer(const QString &button, const std::function<void(QMessageBox &)> &look)
 {
-    timer.callOnTimeout([this, button] {
-        const auto *alert = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+    timer.callOnTimeout([this, button, look] {
+        auto *alert = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
         if (!alert)
             return;
         timer.stop();
         shown = true;
+        if (look)
+            look(*alert);
         text = alert->text();
         informativeText = alert->informativeText();
         for (const QLabel *label : alert->findChildren<QLabel *>())

@@ -3,11 +3,16 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <functional>
+
+class QMessageBox;
+
 /// Answers the next modal alert, while it lives, by pressing one of its buttons.
 class AlertAnswer
 {
 public:
-    explicit AlertAnswer(const QString &button);
+    /// \param look  is shown the alert before it is answered; may not throw
+    explicit AlertAnswer(const QString &button, const std::function<void(QMessageBox &)> &look = {});
 
     bool wasShown() const { return shown; }
     QString text;

@@ -3,10 +3,12 @@
 #include "support/ScratchHome.h"
 
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSslKey>
 #include <QSslServer>
 #include <QSslSocket>
 #include <QTimer>
+#include <QUrlQuery>
 
 #include <memory>
 
@@ -27,6 +29,8 @@ QSslConfiguration selfSigned(const QTemporaryDir &folder)
         qFatal("openssl: %s", openssl.readAllStandardError().constData());
     QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
     tls.setLocalCertificate(QSslCertificate(contentOf(certificate)));
+    tls.setAllowedNextProtocols(
+        {QSslConfiguration::ALPNProtocolHTTP2, QSslConfiguration::NextProtocolHttp1_1});
     tls.setPrivateKey(QSslKey(contentOf(key), QSsl::Ec));
     return tls;
 }
@@ -34,10 +38,9 @@ QSslConfiguration selfSigned(const QTemporaryDir &folder)
 /// The number in the head's Content-Length line.
 qsizetype bodySize(const QByteArray &head)
 {
-    for (const QByteArray &line : head.split('\n'))
-        if (line.toLower().startsWith("content-length:"))
-            return line.sliced(line.indexOf(':') + 1).trimmed().toInt();
-    return 0;
+    static const QRegularExpression line(u"\\ncontent-length: *(\\d+)"_s,
+                                         QRegularExpression::CaseInsensitiveOption);
+    return line.match(QString::fromLatin1(head)).captured(1).toInt();
 }
 
 } // namespace
@@ -66,40 +69,41 @@ void HttpsServer::listen()
     if (!server->listen(QHostAddress::LocalHost))
         qFatal("%s", qPrintable(server->errorString()));
     serverPort = server->serverPort();
-    QObject::connect(server, &QTcpServer::pendingConnectionAvailable, server, [this, server] {
-        auto *socket = static_cast<QSslSocket *>(server->nextPendingConnection());
-        QObject::connect(socket, &QSslSocket::disconnected, socket, &QObject::deleteLater);
-        QObject::connect(socket, &QIODevice::readyRead, socket,
-                         [this, socket, bytes = std::make_shared<QByteArray>()] {
-                             *bytes += socket->readAll();
-                             receive(*socket, *bytes);
-                         });
-    });
+    QObject::connect(server, &QTcpServer::pendingConnectionAvailable, server,
+                     [this, server, connection = 0]() mutable {
+                         ++connection;
+                         auto *socket = static_cast<QSslSocket *>(server->nextPendingConnection());
+                         QObject::connect(socket, &QSslSocket::disconnected, socket, &QObject::deleteLater);
+                         QObject::connect(socket, &QIODevice::readyRead, socket,
+                                          [this, socket, connection, bytes = std::make_shared<QByteArray>()] {
+                                              *bytes += socket->readAll();
+                                              receive(*socket, *bytes, connection);
+                                          });
+                     });
 }
 
-void HttpsServer::receive(QSslSocket &socket, QByteArray &bytes)
+void HttpsServer::receive(QSslSocket &socket, QByteArray &bytes, int connection)
 {
     const qsizetype headSize = bytes.indexOf("\r\n\r\n");
     if (headSize < 0 || bytes.size() < headSize + 4 + bodySize(bytes.first(headSize)))
         return;
-    const Request request{bytes.first(headSize), bytes.sliced(headSize + 4), socket.peerPort()};
+    const Request request{bytes.first(headSize), bytes.sliced(headSize + 4), connection};
     bytes.clear(); // clients wait for the answer before they send more
     {
         const QMutexLocker lock(&mutex);
         received.append(request);
     }
-    mostWaiting = qMax(mostWaiting.load(), ++waiting);
     const Answer given = answer(request);
-    const auto send = [this, &socket, given] {
-        --waiting;
+    QTimer::singleShot(given.delay, &socket, [&socket, given] {
         socket.write(given.bytes);
         if (given.closes)
             socket.disconnectFromHost();
-    };
-    if (given.delay.count() > 0)
-        QTimer::singleShot(given.delay, &socket, send);
-    else
-        send();
+    });
+}
+
+QString HttpsServer::Request::field(const QString &name) const
+{
+    return QUrlQuery(QString::fromLatin1(body)).queryItemValue(name, QUrl::FullyDecoded);
 }
 
 QList<HttpsServer::Request> HttpsServer::requests() const

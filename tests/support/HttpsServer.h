@@ -10,8 +10,8 @@
 
 class QSslSocket;
 
-/// An HTTPS server of the test's own on loopback, with a certificate of its own for 127.0.0.1. Serves on a
-/// thread of its own; is stopped when it is destroyed.
+/// An HTTPS server of the test's own on loopback, with a certificate of its own for 127.0.0.1. Offers HTTP/2,
+/// which it does not speak. Serves on a thread of its own; is stopped when it is destroyed.
 class HttpsServer
 {
 public:
@@ -19,7 +19,10 @@ public:
     {
         QByteArray head; ///< up to the empty line
         QByteArray body;
-        quint16 clientPort; ///< of the connection it came on
+        int connection = 0; ///< the number of the one it came on
+
+        /// A field of the form that the body is.
+        QString field(const QString &name) const;
     };
     struct Answer
     {
@@ -37,8 +40,6 @@ public:
     QSslCertificate certificate() const { return tls.localCertificate(); }
     /// What has been received so far.
     QList<Request> requests() const;
-    /// The most requests that were waiting for their answers at the same time.
-    int mostAtOnce() const { return mostWaiting; }
 
     /// An answer of this status line, such as "201 CREATED", with a body.
     static QByteArray response(const QByteArray &status, const QByteArray &body,
@@ -46,7 +47,7 @@ public:
 
 private:
     void listen();
-    void receive(QSslSocket &socket, QByteArray &received);
+    void receive(QSslSocket &socket, QByteArray &received, int connection);
 
     QTemporaryDir folder;
     QSslConfiguration tls;
@@ -55,7 +56,5 @@ private:
     QObject threadContext;
     mutable QMutex mutex;
     QList<Request> received;
-    std::atomic<int> waiting = 0;
-    std::atomic<int> mostWaiting = 0;
     quint16 serverPort = 0;
 };

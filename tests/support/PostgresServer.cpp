@@ -7,6 +7,7 @@
 
 #include <csignal>
 #include <pwd.h>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -25,14 +26,15 @@ QString toolPath(const QString &tool)
     qFatal("%s: not installed", qPrintable(tool));
 }
 
-/// The server refuses to run as root; then it runs as the user that its package made for it.
+/// The server refuses to run as root; then it runs as the user that its package made for it. However the
+/// test ends, it ends, too.
 void runUnprivileged(QProcess &process)
 {
     const passwd *user = ::geteuid() == 0 ? ::getpwnam("postgres") : nullptr;
-    if (!user)
-        return;
-    process.setChildProcessModifier([uid = user->pw_uid, gid = user->pw_gid] {
-        if (::setgid(gid) != 0 || ::setuid(uid) != 0)
+    const uid_t uid = user ? user->pw_uid : ::geteuid();
+    const gid_t gid = user ? user->pw_gid : ::getegid();
+    process.setChildProcessModifier([uid, gid] {
+        if (::setgid(gid) != 0 || ::setuid(uid) != 0 || ::prctl(PR_SET_PDEATHSIG, SIGQUIT) != 0)
             ::_exit(EXIT_FAILURE);
     });
 }
@@ -61,7 +63,6 @@ PostgresServer::PostgresServer()
             {u"--pgdata="_s + folder.filePath(u"data"_s), u"--username=admin"_s, u"--auth=scram-sha-256"_s,
              u"--pwfile="_s + password.fileName(), u"--encoding=UTF8"_s, u"--locale=C"_s, u"--no-sync"_s});
     start();
-    run(u"admin"_s, u"CREATE DATABASE planner"_s);
 }
 
 PostgresServer::~PostgresServer()
@@ -103,32 +104,24 @@ void PostgresServer::stop()
 QString PostgresServer::psql(const QString &role, const QStringList &arguments) const
 {
     QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"PGPASSWORD"_s, role);
-    process.setProcessEnvironment(environment);
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(toolPath(u"psql"_s),
-                  QStringList{u"--host=127.0.0.1"_s, u"--port="_s + QString::number(serverPort),
-                              u"--username="_s + role, u"--no-psqlrc"_s, u"--no-password"_s,
-                              u"--tuples-only"_s, u"--no-align"_s, u"--quiet"_s} +
-                      arguments);
+                  QStringList{u"-XqtAw"_s, u"--dbname="_s + url(role) + u"?password="_s + role} + arguments);
     process.waitForFinished();
     return QString::fromUtf8(process.readAll()).trimmed();
 }
 
 QString PostgresServer::run(const QString &role, const QString &sql) const
 {
-    const QString database =
-        sql.startsWith(u"CREATE DATABASE") || sql == u"SELECT 'ready'" ? u"postgres"_s : u"planner"_s;
-    return psql(role, {u"--dbname="_s + database, u"--command="_s + sql});
+    return psql(role, {u"--command="_s + sql});
 }
 
 QString PostgresServer::runFile(const QString &role, const QString &path) const
 {
-    return psql(role, {u"--dbname=planner"_s, u"--set=ON_ERROR_STOP=1"_s, u"--file="_s + path});
+    return psql(role, {u"--set=ON_ERROR_STOP=1"_s, u"--file="_s + path});
 }
 
 QString PostgresServer::url(const QString &role) const
 {
-    return u"postgresql://%1@127.0.0.1:%2/planner"_s.arg(role).arg(serverPort);
+    return u"postgresql://%1@127.0.0.1:%2/postgres"_s.arg(role).arg(serverPort);
 }

@@ -11,7 +11,6 @@ public:
     PostgresServer();
     ~PostgresServer();
 
-    int port() const { return serverPort; }
     void start();
     /// Ends the server at once, with all connections to it.
     void stop();

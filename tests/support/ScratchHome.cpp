@@ -15,6 +15,12 @@ ScratchHome::ScratchHome()
     }
 }
 
+QString ScratchHome::keep()
+{
+    folder.setAutoRemove(false);
+    return folder.path();
+}
+
 QByteArray contentOf(const QString &path)
 {
     QFile file(path);

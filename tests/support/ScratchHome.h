@@ -9,6 +9,8 @@ public:
     ScratchHome();
 
     QString path(const QString &name = {}) const { return folder.filePath(name); }
+    /// Leaves the folder behind; its path.
+    QString keep();
 
 private:
     QTemporaryDir folder;

@@ -9,7 +9,6 @@
 #include <sched.h>
 #include <sys/syscall.h>
 #include <unistd.h>
-#include <vector>
 
 #ifdef __SANITIZE_THREAD__
 /// What QProcess starts a child with, here without sharing the test's memory: the thread sanitizer, told of a
@@ -28,17 +27,6 @@ extern "C" int clone(int (*function)(void *), void *, int flags, void *argument,
 }
 #endif
 
-static std::vector<MakeTest> &tests()
-{
-    static std::vector<MakeTest> added;
-    return added;
-}
-
-void addTest(MakeTest make)
-{
-    tests().push_back(make);
-}
-
 /// Runs the test classes one after the other, in a scratch home and the locale en_US; the number of failures.
 int main(int argc, char **argv)
 {
@@ -50,10 +38,10 @@ int main(int argc, char **argv)
     const ScratchHome home;
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
     QApplication application(argc, argv);
-    if (tests().empty())
+    if (testClasses.empty())
         return EXIT_FAILURE;
     int failures = 0;
-    for (const MakeTest make : tests())
+    for (const auto make : testClasses)
         failures += QTest::qExec(make().get(), argc, argv);
     return failures;
 }

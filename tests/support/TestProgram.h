@@ -5,10 +5,10 @@
 #include <QTest>
 
 #include <memory>
+#include <vector>
 
-using MakeTest = std::unique_ptr<QObject> (*)();
-/// Has the test program run the tests of this object.
-void addTest(MakeTest make);
+/// Makes each of the test classes that the program runs.
+inline constinit std::vector<std::unique_ptr<QObject> (*)()> testClasses;
 
 /// Has the test program run the class: `static const TestClass<ModelTest> registered;`.
 template <typename Test>
@@ -16,6 +16,6 @@ struct TestClass
 {
     TestClass()
     {
-        addTest([]() -> std::unique_ptr<QObject> { return std::make_unique<Test>(); });
+        testClasses.push_back([]() -> std::unique_ptr<QObject> { return std::make_unique<Test>(); });
     }
 };

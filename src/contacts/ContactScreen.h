@@ -1,0 +1,35 @@
+#pragma once
+
+#include "contacts/ContactTable.h"
+#include "contacts/ContactTableView.h"
+#include "contacts/PersistentContainer.h"
+#include "widgets/Screen.h"
+
+#include <memory>
+
+namespace Ui {
+class ContactScreen;
+}
+
+/// What the screen of the clients and the screen of the team members share: the window over the contact
+/// store. Changes are saved when the screen goes away, in whatever way it is closed.
+class ContactScreen : public Screen
+{
+    Q_OBJECT
+
+public:
+    ~ContactScreen() override;
+
+protected:
+    /// \param dataFolder  where the contact store is
+    ContactScreen(const QString &dataFolder, QWidget *parent);
+
+    /// Puts these contacts, and the words for them, into the window.
+    void showContacts(ContactTable &contacts, const QString &title, const QString &addTip,
+                      const QString &removeTip);
+    void viewWillDisappear() override;
+
+    std::unique_ptr<Ui::ContactScreen> ui;
+    PersistentContainer persistentContainer;
+    ObjectContext *managedObjectContext = nullptr;
+};

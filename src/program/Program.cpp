@@ -1,0 +1,52 @@
+#include "program/Program.h"
+
+#include "cloud/TaskRecord.h"
+#include "model/TaskManager.h"
+#include "platform/Diagnostics.h"
+#include "platform/Folders.h"
+
+#include <QApplication>
+#include <QDeadlineTimer>
+
+#include <cstdlib>
+
+using namespace Qt::StringLiterals;
+
+Program::Folders Program::Folders::ofUser()
+{
+    return {folders::documents(), folders::config(), folders::data(), folders::state()};
+}
+
+Program::Program(TaskManager &manager, NotificationCenter &systemNotices, const Folders &folders,
+                 const GatewayAddress &gateway)
+    : scheduleRuns(manager.defaults, gateway)
+    , screens({manager, notices, systemNotices, colorPanel, folders.data}, scheduleRuns,
+              {folders.documents, folders.state})
+    , container(CloudHome::read(folders.config + u"/cloud.ini"_s, folders.data), taskRecordType())
+    , cloud(manager, notices, container)
+    , window(manager, notices, systemNotices, screens, cloud, folders.documents, folders.state)
+{
+}
+
+int Program::run()
+{
+    window.show();
+    delegate.applicationDidFinishLaunching();
+    const int result = QApplication::exec();
+    delegate.applicationWillTerminate();
+    if (!finish(std::chrono::seconds(5))) {
+        // A server keeps one of the threads waiting, and the destructors would wait for that thread.
+        diagnostics::drain();
+        std::_Exit(result);
+    }
+    return result;
+}
+
+bool Program::finish(std::chrono::nanoseconds limit)
+{
+    const QDeadlineTimer deadline(limit);
+    scheduleRuns.stop();
+    const bool isCloudDone = cloud.finish(deadline.remainingTimeAsDuration());
+    const bool areMessagesDone = scheduleRuns.finish(deadline.remainingTimeAsDuration());
+    return isCloudDone && areMessagesDone;
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "app/AppDelegate.h"
+#include "cloud/CloudSync.h"
+#include "cloud/SqlCloudContainer.h"
+#include "mainwindow/Screens.h"
+#include "mainwindow/ViewController.h"
+#include "messaging/ScheduleRuns.h"
+#include "platform/NotificationCenter.h"
+#include "widgets/ColorWell.h"
+
+/// One user's program: builds the objects, hands them to each other, and ends them. The only place that knows
+/// all of them.
+class Program
+{
+public:
+    /// Where the user's files are.
+    struct Folders
+    {
+        QString documents; ///< empty when the desktop names none
+        QString config;
+        QString data;
+        QString state;
+
+        static Folders ofUser();
+    };
+
+    /// \param systemNotices  the system-wide notification centre; has to outlive the program, as the manager
+    ///                       has to
+    Program(TaskManager &manager, NotificationCenter &systemNotices, const Folders &folders,
+            const GatewayAddress &gateway = {});
+
+    /// Shows the main window, runs the event loop and ends what is still under way; the exit code. Does not
+    /// return when something under way cannot be ended in time.
+    int run();
+
+    ViewController &mainWindow() { return window; }
+    NotificationCenter &applicationNotices() { return notices; }
+    CloudSync &cloudSync() { return cloud; }
+
+private:
+    bool finish(std::chrono::nanoseconds limit);
+
+    AppDelegate delegate;
+    NotificationCenter notices;
+    ColorPanel colorPanel;
+    ScheduleRuns scheduleRuns;
+    Screens screens;
+    SqlCloudContainer container;
+    CloudSync cloud;
+    ViewController window;
+};

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QTableView>
+
+/// A table of which rows are selected. As long as none has been, a step of the keyboard selects the current
+/// row, which is the first one, and does not go beyond it.
+class RowTableView : public QTableView
+{
+    Q_OBJECT
+
+public:
+    using QTableView::QTableView;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
+
+private:
+    bool wasSelected = false;
+};

@@ -1,0 +1,47 @@
+#include "widgets/Unsaved.h"
+
+#include "widgets/Alert.h"
+#include "widgets/Banner.h"
+#include "widgets/SaveToFile.h"
+
+#include <QPushButton>
+
+using namespace Qt::StringLiterals;
+
+static const QString tryAgainText = u"&Try Again"_s;
+static const QString saveCopyText = u"Save a &Copy As…"_s;
+static const QString allFiles = u"All files (*)"_s;
+
+static QString sentence(const Unsaved &unsaved)
+{
+    return u"%1 could not be saved to %2: %3."_s.arg(unsaved.what, unsaved.path, unsaved.reason);
+}
+
+void Unsaved::tell(Banner &banner) const
+{
+    const auto saveCopy = [&banner, unsaved = *this] {
+        saveToFile(*banner.window(), unsaved.path, allFiles, unsaved.content());
+    };
+    banner.tell(sentence(*this) + u" It is kept as long as the program runs."_s,
+                {{tryAgainText, tryAgain}, {saveCopyText, saveCopy}});
+}
+
+bool Unsaved::mayBeLeft(QWidget &window, const QString &goOn) const
+{
+    for (;;) {
+        Alert alert(&window, sentence(*this), u"What is not saved will be lost."_s);
+        const QPushButton *again = alert.addButton(tryAgainText, QMessageBox::AcceptRole);
+        const QPushButton *copy = alert.addButton(saveCopyText, QMessageBox::ActionRole);
+        const QPushButton *leave = alert.addButton(goOn, QMessageBox::DestructiveRole);
+        QPushButton *cancel = alert.addButton(QMessageBox::Cancel);
+        alert.setDefaultButton(cancel);
+        alert.setEscapeButton(cancel);
+        alert.exec();
+        const QAbstractButton *chosen = alert.clickedButton();
+        if (chosen == leave || (chosen == again && tryAgain()) ||
+            (chosen == copy && saveToFile(window, path, allFiles, content())))
+            return true;
+        if (chosen != again)
+            return false;
+    }
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+
+class Banner;
+class QWidget;
+
+/// Something of the user's that could not be written to its file.
+struct Unsaved
+{
+    QString what;                        ///< as the beginning of a sentence: The task list
+    QString path;                        ///< of the file
+    QString reason;                      ///< in the words of the operating system
+    std::function<bool()> tryAgain;      ///< true when it is written now
+    std::function<QByteArray()> content; ///< what a copy of the file is to hold
+
+    /// Says in the banner what could not be saved, why and where, and offers to try again and to save a copy.
+    void tell(Banner &banner) const;
+    /// Asks in front of the window whether to go on without saving; true when it is written now, a copy is
+    /// saved, or the user wants to let it go. \param goOn  text of the button for that
+    bool mayBeLeft(QWidget &window, const QString &goOn) const;
+};
