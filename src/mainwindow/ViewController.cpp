@@ -9,12 +9,9 @@
 #include "platform/Diagnostics.h"
 #include "platform/NotificationCenter.h"
 #include "ui_ViewController.h"
-#include "widgets/Banner.h"
 
 #include <QActionGroup>
 #include <QCloseEvent>
-#include <QDesktopServices>
-#include <QFileInfo>
 #include <QShortcut>
 
 using namespace Qt::StringLiterals;
@@ -38,18 +35,15 @@ ViewController::ViewController(TaskManager &taskManager, NotificationCenter &app
     , screens(furtherScreens)
     , cloud(cloudSync)
     , taskListFile(taskManager, documentsFolder, stateFolder)
-    , unsavedBanner(new Banner(this))
-    , newsBanner(new Banner(this))
+    , fileBanners(taskListFile, *ui->mainLayout)
     , table(taskManager)
     , keptState(stateFolder)
 {
     ui->viewSelection->addItems(taskViewTitles());
     ui->tblView->setTable(table);
-    ui->mainLayout->insertWidget(0, newsBanner);
-    ui->mainLayout->insertWidget(0, unsavedBanner);
     addViewActions();
     viewDidLoad();
-    tellOfFile();
+    fileBanners.tell();
     connectActions();
     keptState.restore(*this, *ui->tblView->horizontalHeader());
 }
@@ -157,7 +151,7 @@ void ViewController::showEvent(QShowEvent *event)
 
 void ViewController::closeEvent(QCloseEvent *event)
 {
-    if (!taskListFile.isSaved() && !unsavedList().mayBeLeft(*this, u"&Quit Without Saving"_s)) {
+    if (!fileBanners.mayQuit()) {
         event->ignore();
         return;
     }
@@ -262,50 +256,8 @@ void ViewController::reloadTableData()
 
 void ViewController::writeList()
 {
-    if (taskListFile.writeFile())
-        unsavedBanner->withdraw();
-    else
-        unsavedList().tell(*unsavedBanner);
-    tellOfFile();
-}
-
-Unsaved ViewController::unsavedList()
-{
-    return {.what = u"The task list"_s,
-            .path = taskListFile.path(),
-            .reason = taskListFile.problem(),
-            .tryAgain =
-                [this] {
-                    writeList();
-                    return taskListFile.isSaved();
-                },
-            .content =
-                [this] {
-                    return taskListFile.text();
-                }};
-}
-
-/// Says once which rows were left out and where the file was copied to.
-void ViewController::tellOfFile()
-{
-    QStringList news;
-    if (const qsizetype rows = taskListFile.takeSkippedRows(); rows > 0)
-        news.append(
-            u"%1 of the rows in %2 could not be read and are not shown. The file is copied before it is "
-            "overwritten."_s.arg(QString::number(rows), taskListFile.path()));
-    const QString copy = taskListFile.takeCopyPath();
-    if (!copy.isEmpty())
-        news.append(u"What the task list's file held before is kept in %1."_s.arg(copy));
-    if (news.isEmpty())
-        return;
-    const QUrl folder = QUrl::fromLocalFile(QFileInfo(taskListFile.path()).path());
-    newsBanner->tell(news.join(u'\n'), {{u"&Show"_s,
-                                         [folder] {
-                                             QDesktopServices::openUrl(folder);
-                                         }},
-                                        {u"&Dismiss"_s, [this] {
-                                             newsBanner->withdraw();
-                                         }}});
+    taskListFile.writeFile();
+    fileBanners.tell();
 }
 
 /// Brings the view that depends on the day up to date; what is selected in it stays selected.
@@ -329,7 +281,7 @@ void ViewController::interfaceModeChangedWithSender(QObject *)
     taskListFile.followAppearance();
     taskCommands.disable();
     reloadTable();
-    tellOfFile();
+    fileBanners.tell();
 }
 
 void ViewController::reloadTable()

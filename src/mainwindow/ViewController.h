@@ -1,11 +1,11 @@
 #pragma once
 
+#include "mainwindow/FileBanners.h"
 #include "mainwindow/TaskCommands.h"
 #include "mainwindow/TaskTable.h"
 #include "mainwindow/WindowState.h"
 #include "platform/DayWatch.h"
 #include "taskfile/TaskListFile.h"
-#include "widgets/Unsaved.h"
 
 #include <QMainWindow>
 
@@ -13,7 +13,6 @@
 
 class CloudSync;
 class NotificationCenter;
-class Banner;
 class QAction;
 class Screens;
 class TaskManager;
@@ -83,8 +82,6 @@ private:
     void moveTask(bool up, const QString &wrongViewMessage);
     void reloadTable();
     void writeList();
-    void tellOfFile();
-    Unsaved unsavedList();
 
     std::unique_ptr<Ui::ViewController> ui;
     TaskCommands taskCommands;
@@ -94,8 +91,7 @@ private:
     Screens &screens;
     CloudSync &cloud;
     TaskListFile taskListFile;
-    Banner *unsavedBanner; ///< while the list is not in its file
-    Banner *newsBanner;    ///< what has become of the file
+    FileBanners fileBanners;
     TaskTable table;
     WindowState keptState;
     DayWatch dayWatch;

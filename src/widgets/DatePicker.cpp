@@ -1,6 +1,6 @@
 #include "widgets/DatePicker.h"
 
-#include "platform/TypedText.h"
+#include "widgets/TypedText.h"
 
 #include <QAction>
 #include <QCalendarWidget>

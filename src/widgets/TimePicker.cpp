@@ -1,6 +1,6 @@
 #include "widgets/TimePicker.h"
 
-#include "platform/TypedText.h"
+#include "widgets/TypedText.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,4 +1,4 @@
-#include "platform/TypedText.h"
+#include "widgets/TypedText.h"
 
 #include "platform/Calendar.h"
 

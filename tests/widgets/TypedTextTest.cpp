@@ -1,4 +1,4 @@
-#include "platform/TypedText.h"
+#include "widgets/TypedText.h"
 #include "support/TestProgram.h"
 
 using namespace Qt::StringLiterals;
