@@ -45,8 +45,8 @@ void ContactTableView::setTable(ContactTable &table)
     setModel(contacts);
     setItemDelegate(new ContactDelegate(this));
     horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    connect(new QShortcut(QKeySequence::Delete, this, nullptr, nullptr, Qt::WidgetShortcut),
-            &QShortcut::activated, this, &ContactTableView::removeSelected);
+    connect(new QShortcut(Qt::Key_Delete, this, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated,
+            this, &ContactTableView::removeSelected);
 }
 
 void ContactTableView::addContact()
@@ -78,7 +78,7 @@ void ContactTableView::endEditing()
 
 void ContactTableView::commitData(QWidget *editor)
 {
-    QTableView::commitData(editor);
+    RowTableView::commitData(editor);
     if (editor->objectName() == u"nameField")
         emit nameEdited(editor);
 }

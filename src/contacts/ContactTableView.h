@@ -1,16 +1,16 @@
 #pragma once
 
-#include <QTableView>
+#include "widgets/RowTableView.h"
 
 class ContactTable;
 
 /// Shows a table of contacts, whose cells are edited in place.
-class ContactTableView : public QTableView
+class ContactTableView : public RowTableView
 {
     Q_OBJECT
 
 public:
-    using QTableView::QTableView;
+    using RowTableView::RowTableView;
 
     void setTable(ContactTable &table);
 

@@ -8,6 +8,8 @@
 #include <QFileInfo>
 #include <QUrl>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 FileBanners::FileBanners(TaskListFile &taskListFile, QBoxLayout &layout)
@@ -26,7 +28,8 @@ void FileBanners::tell()
     else
         unsaved().tell(*unsavedBanner);
     QStringList news;
-    if (const qsizetype rows = file.takeSkippedRows(); rows > 0)
+    const qsizetype rows = file.skippedRows();
+    if (std::exchange(toldRows, rows) != rows && rows > 0)
         news.append(
             u"%1 of the rows in %2 could not be read and are not shown. The file is copied before it is "
             "overwritten."_s.arg(QString::number(rows), file.path()));
@@ -58,9 +61,10 @@ Unsaved FileBanners::unsaved()
     };
     return {.what = u"The task list"_s,
             .path = file.path(),
-            .reason = file.problem(),
+            .reason = [this] { return file.problem(); },
             .tryAgain = tryAgain,
-            .content = [this] {
-                return file.text();
-            }};
+            .content =
+                [this] {
+                    return file.text();
+                }};
 }

@@ -25,4 +25,5 @@ private:
     TaskListFile &file;
     Banner *unsavedBanner;
     Banner *newsBanner;
+    qsizetype toldRows = 0; ///< that were left out
 };

@@ -242,7 +242,7 @@ void ViewController::search(QObject *)
         manager.startSearch(text);
     reloadTable();
     ui->tblView->selectRowOfKey(shownKey);
-    if (shownKey.isEmpty())
+    if (!text.isEmpty() && ui->tblView->selectedRow() < 0)
         ui->tblView->scrollToTop(); // where the first hit is
 }
 

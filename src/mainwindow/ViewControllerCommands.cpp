@@ -51,9 +51,12 @@ void ViewController::moveTask(bool up, const QString &wrongViewMessage)
         alertMessage(this, inGlobalView ? u"Select a Task."_s : wrongViewMessage);
         return;
     }
+    const qint64 before = manager.changeCount();
     manager.moveSelectedTask(up);
-    ui->tblView->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder); // the order is the user's own
-    keptState.saveOrder(*ui->tblView->horizontalHeader());
+    if (manager.changeCount() != before) { // the order is the user's own now, and no column's
+        ui->tblView->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+        keptState.saveOrder(*ui->tblView->horizontalHeader());
+    }
     reloadTable();
     taskCommands.disable();
     manager.selectTaskByKey(key);

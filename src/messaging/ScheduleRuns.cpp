@@ -49,22 +49,30 @@ std::optional<QTime> ScheduleRuns::timeOfSame(const RunSnapshot &snapshot) const
 {
     constexpr qint64 recent = 10 * 60; // seconds
     const QByteArray digest = digestOf(snapshot);
+    const QDateTime now = QDateTime::currentDateTimeUtc();
     for (auto earlier = sent.crbegin(); !digest.isEmpty() && earlier != sent.crend(); ++earlier)
-        if (earlier->digest == digest && qAbs(earlier->time.secsTo(QDateTime::currentDateTimeUtc())) < recent)
-            return earlier->time.toLocalTime().time();
+        if (earlier->digest == digest &&
+            (earlier->ended.isNull() || qAbs(earlier->ended.secsTo(now)) < recent))
+            return earlier->began.toLocalTime().time();
     return std::nullopt;
 }
 
 ScheduleRun &ScheduleRuns::add(RunSnapshot snapshot)
 {
     constexpr qsizetype mostKept = 100;
-    sent.append({QDateTime::currentDateTimeUtc(), digestOf(snapshot)});
+    const QDateTime began = QDateTime::currentDateTimeUtc();
+    sent.append({began, {}, digestOf(snapshot)});
     if (sent.size() > mostKept)
         sent.removeFirst();
     counters.stepsPerformed = 1;
     counters.schedulesSent = 0;
     runs.push_back(std::make_unique<ScheduleRun>(std::move(snapshot), counters, preferences, gateway));
     ScheduleRun *run = runs.back().get();
+    QObject::connect(run, &ScheduleRun::finished, &mainThread, [this, began] {
+        for (Sent &entry : sent)
+            if (entry.began == began)
+                entry.ended = QDateTime::currentDateTimeUtc();
+    });
     // Queued: a run cannot go while it tells that it has finished.
     QObject::connect(
         run, &ScheduleRun::finished, &mainThread,

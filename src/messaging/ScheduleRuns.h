@@ -36,7 +36,8 @@ private:
     GatewayClient gateway;
     struct Sent
     {
-        QDateTime time;
+        QDateTime began;
+        QDateTime ended;   ///< null while messages are being handed over
         QByteArray digest; ///< of people and messages
     };
 

@@ -66,9 +66,13 @@ QString ScheduleText::taskMessage(const task &entry) const
 
 QString ScheduleText::rangeAndFrame() const
 {
-    return QStringList{QString::number(int(kind)), dateText(start), dateText(end),
-                       preferences.text(messagingKey::messageTitle).value_or(QString()), footer()}
-        .join(u'\n');
+    QStringList parts{QString::number(int(kind)), dateText(start), dateText(end)};
+    for (const QString &key :
+         {messagingKey::accountId, messagingKey::sendingPhoneNo, messagingKey::notifications,
+          messagingKey::messageTitle, messagingKey::messageFooter, messagingKey::overwrite,
+          messagingKey::testPhoneNo})
+        parts.append(preferences.text(key).value_or(QString()));
+    return parts.join(u'\n');
 }
 
 QString ScheduleText::footer() const

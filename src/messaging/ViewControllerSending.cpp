@@ -158,11 +158,14 @@ bool ViewControllerSending::isWanted(const RunSnapshot &snapshot)
     const std::optional<QTime> before = runs.timeOfSame(snapshot);
     if (!before)
         return true;
+    const Preferences &preferences = manager.defaults;
+    const bool isTest = preferences.boolean(messagingKey::overwrite);
+    const QString testNumber = preferences.text(messagingKey::testPhoneNo).value_or(QString());
     QStringList people;
     for (const Recipient &recipient : snapshot.recipients)
         if (people.size() < qsizetype(mostNamed))
-            people.append(
-                u"%1 (%2)"_s.arg(recipient.name.value_or(QString()), recipient.phoneNo.value_or(u"–"_s)));
+            people.append(u"%1 (%2)"_s.arg(recipient.name.value_or(QString()),
+                                           isTest ? testNumber : recipient.phoneNo.value_or(u"–"_s)));
     if (snapshot.recipients.size() > mostNamed)
         people.append(u"%1 more"_s.arg(snapshot.recipients.size() - mostNamed));
     const bool isAgain = util().askYesNo(u"The same messages were sent at %1. Send them again?"_s.arg(

@@ -62,7 +62,7 @@ void ViewControllerSettings::viewWillAppear()
 
 void ViewControllerSettings::setSettings(QObject *)
 {
-    for (QLineEdit *field : {ui->secureID, ui->passPhrase, ui->sendingPhoneNo, ui->testPhoneNo})
+    for (QLineEdit *field : {ui->secureID, ui->passPhrase})
         field->setText(field->text().trimmed()); // blanks that came with a copy
     if (!areUsable(*ui->secureID, *ui->passPhrase))
         return;

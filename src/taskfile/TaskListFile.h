@@ -31,8 +31,8 @@ public:
     /// What the file holds once the list is written: its whole text in UTF-8.
     QByteArray text();
     QString path() const { return file ? file->path() : QString(); }
-    /// How many rows of the file could not be read, since this was last asked.
-    qsizetype takeSkippedRows() { return std::exchange(skipped, 0); }
+    /// How many rows of the file could not be read when it was last read.
+    qsizetype skippedRows() const { return skipped; }
     /// Where the file was copied to before it was overwritten, since this was last asked; empty for no copy.
     QString takeCopyPath() { return file ? file->takeCopyPath() : QString(); }
     /// The file's whole text; empty when it cannot be read.

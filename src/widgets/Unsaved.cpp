@@ -4,6 +4,7 @@
 #include "widgets/Banner.h"
 #include "widgets/SaveToFile.h"
 
+#include <QFileInfo>
 #include <QPushButton>
 
 using namespace Qt::StringLiterals;
@@ -14,13 +15,20 @@ static const QString allFiles = u"All files (*)"_s;
 
 static QString sentence(const Unsaved &unsaved)
 {
-    return u"%1 could not be saved to %2: %3."_s.arg(unsaved.what, unsaved.path, unsaved.reason);
+    return u"%1 could not be saved to %2: %3."_s.arg(unsaved.what, unsaved.path, unsaved.reason());
+}
+
+/// Beside the file, which a copy must not replace.
+static QString copyPath(const QString &path)
+{
+    const QFileInfo file(path);
+    return file.path() + u'/' + file.completeBaseName() + u"-copy."_s + file.suffix();
 }
 
 void Unsaved::tell(Banner &banner) const
 {
     const auto saveCopy = [&banner, unsaved = *this] {
-        saveToFile(*banner.window(), unsaved.path, allFiles, unsaved.content());
+        saveToFile(*banner.window(), copyPath(unsaved.path), allFiles, unsaved.content());
     };
     banner.tell(sentence(*this) + u" It is kept as long as the program runs."_s,
                 {{tryAgainText, tryAgain}, {saveCopyText, saveCopy}});
@@ -29,7 +37,8 @@ void Unsaved::tell(Banner &banner) const
 bool Unsaved::mayBeLeft(QWidget &window, const QString &goOn) const
 {
     for (;;) {
-        Alert alert(&window, sentence(*this), u"What is not saved will be lost."_s);
+        Alert alert(&window, sentence(*this),
+                    u"What has been changed since it was last saved may be lost."_s);
         const QPushButton *again = alert.addButton(tryAgainText, QMessageBox::AcceptRole);
         const QPushButton *copy = alert.addButton(saveCopyText, QMessageBox::ActionRole);
         const QPushButton *leave = alert.addButton(goOn, QMessageBox::DestructiveRole);
@@ -39,7 +48,7 @@ bool Unsaved::mayBeLeft(QWidget &window, const QString &goOn) const
         alert.exec();
         const QAbstractButton *chosen = alert.clickedButton();
         if (chosen == leave || (chosen == again && tryAgain()) ||
-            (chosen == copy && saveToFile(window, path, allFiles, content())))
+            (chosen == copy && saveToFile(window, copyPath(path), allFiles, content())))
             return true;
         if (chosen != again)
             return false;

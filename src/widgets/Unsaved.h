@@ -13,7 +13,7 @@ struct Unsaved
 {
     QString what;                        ///< as the beginning of a sentence: The task list
     QString path;                        ///< of the file
-    QString reason;                      ///< in the words of the operating system
+    std::function<QString()> reason;     ///< of the last failure, in the words of the operating system
     std::function<bool()> tryAgain;      ///< true when it is written now
     std::function<QByteArray()> content; ///< what a copy of the file is to hold
 

@@ -123,6 +123,16 @@ private slots:
         QCOMPARE(rows(), order);
     }
 
+    void aMoveThatMovesNothingKeepsTheSortedOrder()
+    {
+        chooseView(6);
+        selectRow(0);
+        press("upper");
+        QCOMPARE(table->horizontalHeader()->sortIndicatorSection(), int(TaskColumn::Date));
+        press("downer");
+        QCOMPARE(table->horizontalHeader()->sortIndicatorSection(), -1);
+    }
+
     void closesTheTaskThatWasFound()
     {
         show({{.key = u"x"_s, .name = u"pear"_s},
@@ -171,7 +181,7 @@ private slots:
                     screen = dialog;
             QStringList keys;
             for (const QAction *action : screen->findChildren<QAction *>())
-                if (action->parent() == screen)
+                if (screen == window || action->parent() == screen)
                     for (const QKeySequence &sequence : action->shortcuts())
                         keys += sequence.toString();
             for (const QShortcut *shortcut : screen->findChildren<QShortcut *>())

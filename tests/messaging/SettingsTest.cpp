@@ -36,7 +36,7 @@ private slots:
                                                      {u"testPhoneNo"_s, u"twillioTestPhoneNo"_s},
                                                      {u"messageFooter"_s, u"twillioMessageFooter"_s}};
         const auto isText = [](const QString &name) {
-            return name.startsWith(u"message");
+            return name != u"secureID" && name != u"passPhrase";
         };
         {
             Preferences preferences(path);

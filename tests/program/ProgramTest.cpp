@@ -8,6 +8,7 @@
 
 #include <csignal>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -103,6 +104,26 @@ private slots:
             ::setrlimit(RLIMIT_FSIZE, &none);
         });
         QCOMPARE(process.rowsShown(), 20'000);
+    }
+
+    void theJournalGetsNothingOfTheUsers()
+    {
+        const QTemporaryDir own;
+        const QString output = own.filePath(u"output"_s);
+        writeTo(own.filePath(u"Documents/zandulist.txt"_s),
+                "3/7/24|secret||1.0|1.0|1.0|1.0|3/7/24|0|0|Open|None|KEY^");
+        for (const bool isJournal : {false, true}) {
+            writeTo(output, {});
+            struct stat file = {};
+            QCOMPARE(::stat(QFile::encodeName(output).constData(), &file), 0);
+            Running process(own.path());
+            process.setStandardOutputFile(output);
+            if (isJournal)
+                process.setVariable(u"JOURNAL_STREAM"_s, u"%1:%2"_s.arg(file.st_dev).arg(file.st_ino));
+            process.start();
+            QTRY_VERIFY_WITH_TIMEOUT(contentOf(output).contains("Number of Rows: 1"), limit);
+            QCOMPARE(contentOf(output).contains("secret"), !isJournal);
+        }
     }
 
     void endsOrderlyWhenTheSystemSaysSo()
