@@ -3,6 +3,7 @@
 #include "model/Appearance.h"
 #include "platform/Diagnostics.h"
 #include "ui_ViewControllerNotes.h"
+#include "widgets/Banner.h"
 
 #include <QKeyEvent>
 #include <QShortcut>
@@ -16,10 +17,12 @@ using namespace Qt::StringLiterals;
 ViewControllerNotes::ViewControllerNotes(const Folders &folders, QWidget *parent)
     : Screen(parent, Qt::Window)
     , ui(std::make_unique<Ui::ViewControllerNotes>())
+    , banner(new Banner(this))
 {
     if (!folders.documents.isEmpty())
         file.emplace(folders.documents + u"/zandunotes.txt"_s, folders.state);
     ui->setupUi(this);
+    ui->mainLayout->insertWidget(0, banner);
     ui->findBar->hide();
     connectActions();
     viewDidLoad();
@@ -108,14 +111,49 @@ void ViewControllerNotes::loadNotes()
     diagnostics::line("Read File", *text);
 }
 
+/// The text as it is to be in the file.
+QByteArray ViewControllerNotes::content()
+{
+    const int revision = ui->textEdit->document()->revision();
+    if (std::exchange(savedRevision, revision) != revision)
+        saved = ui->textEdit->text().toUtf8();
+    return saved;
+}
+
+/// Writes the notes, and tells in the banner when that fails.
+bool ViewControllerNotes::writeNotes()
+{
+    const bool isWritten = !file || file->write(content());
+    if (isWritten)
+        banner->withdraw();
+    else
+        unsaved().tell(*banner);
+    return isWritten;
+}
+
+Unsaved ViewControllerNotes::unsaved()
+{
+    return {.what = u"The notes"_s,
+            .path = file->path(),
+            .reason = [this] { return file->errorString(); },
+            .tryAgain = [this] { return writeNotes(); },
+            .content =
+                [this] {
+                    return content();
+                }};
+}
+
+/// Notes that cannot be saved stay open, unless the user lets them go.
+bool ViewControllerNotes::viewShouldClose()
+{
+    return writeNotes() || unsaved().mayBeLeft(*this, u"&Close Without Saving"_s);
+}
+
 bool ViewControllerNotes::saveNotes()
 {
     if (!file)
         return true;
-    const int revision = ui->textEdit->document()->revision();
-    if (std::exchange(savedRevision, revision) != revision)
-        saved = ui->textEdit->text().toUtf8();
-    if (!file->write(saved)) {
+    if (!writeNotes()) {
         diagnostics::line("Error");
         return false;
     }

@@ -2,6 +2,7 @@
 
 #include "platform/TextFile.h"
 #include "widgets/Screen.h"
+#include "widgets/Unsaved.h"
 
 #include <QPointer>
 #include <QTextDocument>
@@ -9,6 +10,7 @@
 #include <memory>
 #include <optional>
 
+class Banner;
 class QTimer;
 
 namespace Ui {
@@ -34,6 +36,7 @@ public slots:
     void tick(QObject *sender);
 
 protected:
+    bool viewShouldClose() override;
     void viewDidAppear() override;
     void viewWillDisappear() override;
     void viewDidDisappear() override;
@@ -44,7 +47,10 @@ private:
     void viewDidLoad();
 
     void loadNotes();
+    bool writeNotes();
     bool saveNotes();
+    QByteArray content();
+    Unsaved unsaved();
 
     void showFindBar();
     void hideFindBar();
@@ -52,6 +58,7 @@ private:
 
     std::unique_ptr<Ui::ViewControllerNotes> ui;
     std::optional<TextFile> file;
+    Banner *banner; ///< while the notes are not in their file
     QPointer<QTimer> timer;
     QByteArray saved;       ///< what the last save wrote
     int savedRevision = -1; ///< of the document then

@@ -73,15 +73,23 @@ private slots:
     void notesSurviveAFullDisk()
     {
         QPlainTextEdit &text = openNotes();
+        const auto isTold = [this] {
+            return notes->findChild<QFrame *>(u"banner"_s)->isVisible();
+        };
         text.insertPlainText(u"before"_s);
         notes->tick(nullptr);
         text.insertPlainText(u"x"_s.repeated(5000));
         {
             const FullDisk full(1000);
             notes->tick(nullptr);
+            QVERIFY(isTold());
+            const AlertAnswer answer(u"Cancel"_s);
+            notes->close();
+            QVERIFY(answer.wasShown() && notes->isVisible());
         }
         QCOMPARE(contentOf(notesPath()), "before");
         notes->tick(nullptr);
+        QVERIFY(!isTold());
         QCOMPARE(contentOf(notesPath()).size(), 5006);
     }
 
