@@ -27,6 +27,7 @@ protected:
     /// Puts these contacts, and the words for them, into the window.
     void showContacts(ContactTable &contacts, const QString &title, const QString &addTip,
                       const QString &removeTip);
+    bool viewShouldClose() override;
     void viewWillDisappear() override;
 
     std::unique_ptr<Ui::ContactScreen> ui;

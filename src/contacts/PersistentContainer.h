@@ -34,6 +34,7 @@ public:
     void close();
 
     ObjectContext &viewContext() { return context; }
+    const QString &path() const { return storePath; }
 
 private:
     QSqlError open() const;

@@ -47,7 +47,7 @@ static QByteArray digestOf(const RunSnapshot &snapshot)
 
 std::optional<QTime> ScheduleRuns::timeOfSame(const RunSnapshot &snapshot) const
 {
-    constexpr qint64 recent = 10 * 60; // seconds
+    constexpr qint64 recent = 600; // seconds
     const QByteArray digest = digestOf(snapshot);
     const QDateTime now = QDateTime::currentDateTimeUtc();
     for (auto earlier = sent.crbegin(); !digest.isEmpty() && earlier != sent.crend(); ++earlier)
