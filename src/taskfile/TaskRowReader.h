@@ -50,6 +50,6 @@ private:
     QList<QStringView> rowFields;
     const char *reason = nullptr;
     RowDates dates;
-    QHash<QStringView, QString>
-        commonTexts; ///< texts that many tasks share; the views show the values' own data
+    /// Texts that many tasks share; each key is a view of its own value.
+    QHash<QStringView, QString> commonTexts;
 };
