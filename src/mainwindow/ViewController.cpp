@@ -9,6 +9,7 @@
 #include "platform/Diagnostics.h"
 #include "platform/NotificationCenter.h"
 #include "ui_ViewController.h"
+#include "widgets/Screen.h"
 
 #include <QActionGroup>
 #include <QCloseEvent>
@@ -151,7 +152,7 @@ void ViewController::showEvent(QShowEvent *event)
 
 void ViewController::closeEvent(QCloseEvent *event)
 {
-    if (!fileBanners.mayQuit()) {
+    if (!closeScreens() || !fileBanners.mayQuit()) {
         event->ignore();
         return;
     }
@@ -169,11 +170,20 @@ bool ViewController::eventFilter(QObject *receiver, QEvent *event)
     return isForGuide || QMainWindow::eventFilter(receiver, event);
 }
 
+/// Closes the other windows; false when one of them stays open, since what is in it is not saved.
+bool ViewController::closeScreens()
+{
+    for (Screen *screen : findChildren<Screen *>(Qt::FindDirectChildrenOnly))
+        if (screen->isVisible() && !screen->close())
+            return false;
+    return true;
+}
+
 void ViewController::windowShouldClose()
 {
     diagnostics::line("Close");
     keptState.save(*this, *ui->tblView->horizontalHeader());
-    // Queued: the other windows are to be closed after this one, not in the middle of it.
+    // Queued: whatever else is open is closed after this window, not in the middle of it.
     QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
 }
 

@@ -70,6 +70,7 @@ private:
     void addViewActions();
     void viewDidLoad();
     void viewWillAppear();
+    bool closeScreens();
     void windowShouldClose();
 
     void tableViewSelectionDidChange();

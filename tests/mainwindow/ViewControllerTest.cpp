@@ -15,6 +15,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QShortcut>
@@ -191,6 +192,17 @@ private slots:
             if (screen != window)
                 delete screen;
         }
+    }
+
+    void notesThatStayOpenKeepTheProgram()
+    {
+        window->findChild<QAction *>(u"actionNotes"_s)->trigger();
+        auto *notes = window->findChild<QDialog *>(u"ViewControllerNotes"_s);
+        notes->findChild<QPlainTextEdit *>()->insertPlainText(QString(5000, u'x'));
+        const FullDisk full(1000);
+        const AlertAnswer answer(u"Cancel"_s);
+        window->close();
+        QVERIFY(answer.wasShown() && notes->isVisible() && window->isVisible());
     }
 
     void whatIsNotSavedIsTold()
