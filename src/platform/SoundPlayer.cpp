@@ -64,7 +64,9 @@ void SoundPlayer::prepareToPlay()
 {
     // Loading keeps the disk and a core busy; the first window is painted before that.
     constexpr std::chrono::seconds startFirst(1);
-    QTimer::singleShot(startFirst, backend, &Backend::load);
+    // On the sound's own thread, with which the timer ends.
+    QMetaObject::invokeMethod(backend,
+                              [target = backend] { QTimer::singleShot(startFirst, target, &Backend::load); });
 }
 
 void SoundPlayer::play()
