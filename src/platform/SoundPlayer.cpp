@@ -46,7 +46,11 @@ SoundPlayer::SoundPlayer(const QString &filePath)
     , backend(new Backend(filePath))
 {
     backend->moveToThread(thread.get());
-    connect(thread.get(), &QThread::finished, backend, &QObject::deleteLater);
+    // At once, on the sound's own thread: a deletion for later is not made any more when the application
+    // ends.
+    connect(
+        thread.get(), &QThread::finished, backend, [target = backend] { delete target; },
+        Qt::DirectConnection);
     connect(backend, &Backend::prepared, this, &SoundPlayer::prepared);
     connect(backend, &Backend::failed, this, &SoundPlayer::failed);
     thread->start(QThread::LowPriority);
