@@ -67,7 +67,7 @@ SoundPlayer::~SoundPlayer()
 void SoundPlayer::prepareToPlay()
 {
     // Loading keeps the disk and a core busy; the first window is painted before that.
-    constexpr std::chrono::seconds startFirst(1);
+    static constexpr std::chrono::seconds startFirst(1);
     // On the sound's own thread, with which the timer ends.
     QMetaObject::invokeMethod(backend,
                               [target = backend] { QTimer::singleShot(startFirst, target, &Backend::load); });
