@@ -2,7 +2,6 @@
 #include "mainwindow/TaskTable.h"
 #include "model/TaskManager.h"
 #include "platform/Preferences.h"
-#include "platform/SoundPlayer.h"
 #include "program/Program.h"
 #include "support/Dialogs.h"
 #include "support/FullDisk.h"
@@ -75,11 +74,7 @@ private slots:
         searchField = window->findChild<QLineEdit *>(u"searchField"_s);
     }
 
-    void cleanupTestCase()
-    {
-        program.reset();
-        qDeleteAll(qApp->findChildren<SoundPlayer *>()); // whose threads need the application to end
-    }
+    void cleanupTestCase() { program.reset(); }
 
     void startsSortedByDate()
     {
