@@ -21,7 +21,7 @@ END
 $$;
 
 CREATE TABLE IF NOT EXISTS "Task" (
-    seq bigint GENERATED ALWAYS AS IDENTITY PRIMARY KEY,
+    seq bigint GENERATED ALWAYS AS IDENTITY,
     owner name NOT NULL DEFAULT current_user,
     record_name text NOT NULL,
     "key" text,
@@ -44,10 +44,14 @@ CREATE TABLE IF NOT EXISTS "Task" (
     "colorGreen" double precision,
     "colorBlue" double precision,
     "colorAlpha" double precision,
+    PRIMARY KEY (owner, seq), -- with the owner: nobody can take the numbers of somebody else's records
     UNIQUE (owner, record_name)
 );
 CREATE INDEX IF NOT EXISTS "Task_key" ON "Task" (owner, "key");
-CREATE INDEX IF NOT EXISTS "Task_order" ON "Task" (owner, seq);
+
+-- Tables that an earlier version of this file made:
+ALTER TABLE "Task" DROP CONSTRAINT "Task_pkey", ADD PRIMARY KEY (owner, seq);
+DROP INDEX IF EXISTS "Task_order";
 
 ALTER TABLE "Task" ENABLE ROW LEVEL SECURITY;
 ALTER TABLE "Task" FORCE ROW LEVEL SECURITY; -- on the role that runs this, too, unless it is a superuser

@@ -1,8 +1,7 @@
 #include "cloud/CloudConnection.h"
 
-#include <QDir>
-#include <QFileInfo>
-#include <QRegularExpression>
+#include "cloud/SqlCloudError.h"
+
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -15,6 +14,7 @@ namespace {
 constexpr int recordsAtOnce = 1000;
 
 using Value = CloudRecordType::Value;
+using Reason = CloudError::Reason;
 
 /// The value of a column as the field's type, or as what the database holds instead.
 CloudValue valueOf(const QVariant &column, Value expected)
@@ -42,11 +42,6 @@ QVariant columnOf(const std::optional<CloudValue> &value)
     if (const auto *real = std::get_if<double>(&*value))
         return *real;
     return std::get<qint64>(*value);
-}
-
-CloudError errorOf(const QSqlQuery &query)
-{
-    return {query.lastError().text()};
 }
 
 } // namespace
@@ -81,84 +76,36 @@ bool CloudConnection::open()
 {
     if (statements)
         return true;
-    openProblem.clear();
     const bool isOpen = home.kind == CloudHome::Kind::Embedded     ? openEmbedded()
                         : home.kind == CloudHome::Kind::PostgreSql ? openOnServer()
                         : home.kind == CloudHome::Kind::SignedOut
-                            ? fail(CloudAccount::NoAccount, u"signed out"_s)
-                            : fail(CloudAccount::CouldNotDetermine, home.problem);
+                            ? fail(CloudAccount::NoAccount, {Reason::SignedOut})
+                            : fail(CloudAccount::CouldNotDetermine, {Reason::Other, home.problem});
     if (!isOpen)
-        close();
+        release();
     return isOpen;
 }
 
-bool CloudConnection::fail(CloudAccount account, const QString &problem)
+bool CloudConnection::fail(CloudAccount account, const CloudError &problem)
 {
     state = account;
-    openProblem = problem;
+    lastProblem = problem;
     return false;
 }
 
 void CloudConnection::close()
+{
+    release();
+    state = CloudAccount::CouldNotDetermine;
+}
+
+void CloudConnection::release()
 {
     statements.reset();
     if (QSqlDatabase::contains(name)) {
         database().close();
         QSqlDatabase::removeDatabase(name);
     }
-}
-
-bool CloudConnection::openEmbedded()
-{
-    QSqlDatabase connection = QSqlDatabase::addDatabase(u"QSQLITE"_s, name);
-    connection.setDatabaseName(home.file);
-    connection.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=5000"_s); // milliseconds
-    QDir().mkpath(QFileInfo(home.file).path());
-    if (!connection.open() || !createTable() || !prepare())
-        return fail(CloudAccount::CouldNotDetermine, connection.lastError().text());
-    state = CloudAccount::Available;
-    return true;
-}
-
-bool CloudConnection::createTable()
-{
-    QStringList columns;
-    for (const CloudRecordType::Field &field : type.fields)
-        columns.append(u", \"%1\" %2"_s.arg(field.name, field.value == Value::Text   ? u"TEXT"_s
-                                                        : field.value == Value::Real ? u"REAL"_s
-                                                                                     : u"INTEGER"_s));
-    return run(u"CREATE TABLE IF NOT EXISTS \"%1\" (seq INTEGER PRIMARY KEY AUTOINCREMENT, "
-               "record_name TEXT NOT NULL UNIQUE%2)"_s.arg(type.name, columns.join(QString()))) &&
-           run(u"CREATE INDEX IF NOT EXISTS \"%1_key\" ON \"%1\" (\"key\")"_s.arg(type.name));
-}
-
-bool CloudConnection::openOnServer()
-{
-    QSqlDatabase connection = QSqlDatabase::addDatabase(u"QPSQL"_s, name);
-    connection.setHostName(home.host);
-    connection.setUserName(home.user);
-    connection.setDatabaseName(home.database);
-    if (home.port > 0)
-        connection.setPort(home.port);
-    // Seconds, and milliseconds for the last one: a server that has gone away is noticed.
-    connection.setConnectOptions(
-        u"sslmode=%1;connect_timeout=5;keepalives_idle=10;keepalives_interval=5;keepalives_count=3;"
-        "tcp_user_timeout=20000;application_name=quorvane"_s.arg(home.sslMode));
-    if (!connection.open()) {
-        // libpq tells refused credentials by their text only.
-        static const QRegularExpression refusal(
-            u"authentication failed|no password supplied|role \".*\" does not exist|no pg_hba.conf entry|"
-            "is not permitted to log in"_s);
-        const QString problem = connection.lastError().text();
-        return fail(problem.contains(refusal) ? CloudAccount::NoAccount : CloudAccount::CouldNotDetermine,
-                    problem);
-    }
-    // The planner knows nothing yet of a table that has just been filled, and would walk it for every key.
-    run(u"SET enable_seqscan = off"_s);
-    if (!prepare())
-        return fail(CloudAccount::Restricted, connection.lastError().text());
-    state = CloudAccount::Available;
-    return true;
 }
 
 bool CloudConnection::hasRights() const
@@ -202,9 +149,13 @@ bool CloudConnection::prepare()
     return isPrepared;
 }
 
-bool CloudConnection::run(const QString &sql) const
+bool CloudConnection::run(const QString &sql)
 {
-    return QSqlQuery(database()).exec(sql);
+    QSqlQuery query(database());
+    const bool isDone = query.exec(sql);
+    if (!isDone)
+        lastProblem = sqlCloudError(query.lastError());
+    return isDone;
 }
 
 bool CloudConnection::isAlive()
@@ -243,13 +194,13 @@ CloudAnswer<std::vector<CloudRecord>> CloudConnection::find(const CloudQuery &qu
         before = records.size();
         statement.bindValue(0, query.key ? columnOf(*query.key) : QVariant(last));
         if (!statement.exec())
-            return errorOf(statement);
+            return sqlCloudError(statement.lastError());
         while (statement.next()) {
             last = statement.value(0).toLongLong();
             records.push_back(recordOf(statement));
         }
         if (statement.lastError().isValid())
-            return errorOf(statement);
+            return sqlCloudError(statement.lastError());
         statement.finish();
     } while (!query.key && records.size() - before == size_t(recordsAtOnce));
     return records;
@@ -278,9 +229,9 @@ CloudAnswer<CloudRecord> CloudConnection::save(const CloudRecord &record)
     if (record.isFetched)
         statement.bindValue(place, record.recordID().recordName);
     if (!statement.exec())
-        return errorOf(statement);
+        return sqlCloudError(statement.lastError());
     if (statement.numRowsAffected() != 1)
-        return CloudError{u"the record is no longer there"_s};
+        return CloudError{Reason::Gone};
     return record;
 }
 
@@ -288,6 +239,6 @@ CloudAnswer<CloudRecordID> CloudConnection::remove(const CloudRecordID &id)
 {
     statements->remove.bindValue(0, id.recordName);
     if (!statements->remove.exec())
-        return errorOf(statements->remove);
+        return sqlCloudError(statements->remove.lastError());
     return id;
 }

@@ -21,13 +21,14 @@ public:
 
     /// Opens the connection unless it is open.
     bool open();
+    /// The account's state is not known then.
     void close();
     /// False when the connection has been lost. Not to be asked in a transaction that has failed.
     bool isAlive();
     /// The account's state when the connection or the last transaction was begun.
     CloudAccount account() const { return state; }
-    /// Why the connection could not be opened.
-    const QString &problem() const { return openProblem; }
+    /// Why the connection could not be opened, or a transaction not be begun or committed.
+    const CloudError &problem() const { return lastProblem; }
 
     bool begin();
     bool commit();
@@ -41,13 +42,14 @@ private:
     struct Statements;
 
     QSqlDatabase database() const;
+    void release();
     bool openEmbedded();
     bool openOnServer();
     bool createTable();
     bool prepare();
     bool hasRights() const;
-    bool fail(CloudAccount state, const QString &problem);
-    bool run(const QString &sql) const;
+    bool fail(CloudAccount state, const CloudError &problem);
+    bool run(const QString &sql);
     CloudRecord recordOf(const QSqlQuery &query) const;
 
     CloudHome home;
@@ -55,5 +57,5 @@ private:
     QString name;                           ///< of the QSqlDatabase connection
     std::unique_ptr<Statements> statements; ///< while the connection is open
     CloudAccount state = CloudAccount::CouldNotDetermine;
-    QString openProblem;
+    CloudError lastProblem;
 };

@@ -6,6 +6,35 @@
 
 using namespace Qt::StringLiterals;
 
+QString CloudError::plainWords() const
+{
+    switch (reason) {
+    case Reason::Unreachable:
+        return u"the cloud cannot be reached"_s;
+    case Reason::Lost:
+        return u"the connection to the cloud was lost"_s;
+    case Reason::SignedOut:
+        return u"nobody is signed in to the cloud"_s;
+    case Reason::Refused:
+        return u"the cloud does not allow it"_s;
+    case Reason::Busy:
+        return u"another program keeps the cloud's database busy"_s;
+    case Reason::NoSpace:
+        return u"there is no room left for the cloud's database"_s;
+    case Reason::Unsuitable:
+        return u"the cloud's database cannot hold it"_s;
+    case Reason::Gone:
+        return u"it was deleted in the cloud meanwhile"_s;
+    case Reason::Damaged:
+        return u"the cloud's database is damaged"_s;
+    case Reason::Stopped:
+        return u"it was stopped"_s;
+    case Reason::Other:
+        return u"the cloud's database answered: "_s + text;
+    }
+    return {};
+}
+
 std::optional<CloudValue> CloudRecord::value(const QString &field) const
 {
     const auto found = std::ranges::find(values, field, &std::pair<QString, CloudValue>::first);

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <functional>
 #include <optional>
+#include <stop_token>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -74,10 +75,28 @@ struct CloudQuery
 /// The state of the user's account with the cloud.
 enum class CloudAccount { CouldNotDetermine, Available, Restricted, NoAccount };
 
-/// Why a request failed; for diagnostics, never shown.
+/// Why a request failed.
 struct CloudError
 {
-    QString text;
+    enum class Reason {
+        Unreachable, ///< there was no connection to be had
+        Lost,        ///< the connection broke; what was asked may have been done
+        SignedOut,
+        Refused,    ///< the account may not do that
+        Busy,       ///< somebody else keeps the database or a record to himself
+        NoSpace,    ///< on the cloud's disk
+        Unsuitable, ///< the database cannot hold a value
+        Gone,       ///< the record is no longer there
+        Damaged,    ///< the database is
+        Stopped,    ///< before it was begun
+        Other,
+    };
+
+    Reason reason = Reason::Other;
+    QString text = {}; ///< what the database said
+
+    /// For the user, as the end of a sentence: "…, since the cloud cannot be reached".
+    QString plainWords() const;
 };
 
 /// What a request yields, or why it failed.
@@ -89,17 +108,18 @@ using CloudAnswer = std::variant<Result, CloudError>;
 /// Every request is answered exactly once, by a call of its handler on a thread that is never the main one
 /// and holds no lock, so that handlers may send requests. Requests do not wait for one another's answers, and
 /// the order of answers is not promised. A handler may be called after whoever sent the request is gone: it
-/// owns what it uses.
+/// owns what it uses. A request that has not been begun when its token asks to stop is answered with an
+/// error.
 class CloudDatabase
 {
 public:
     virtual ~CloudDatabase() = default;
 
     /// Fetches all matching records, however many.
-    virtual void performQuery(const CloudQuery &query,
+    virtual void performQuery(const CloudQuery &query, const std::stop_token &stop,
                               std::function<void(CloudAnswer<std::vector<CloudRecord>>)> handler) = 0;
     /// Stores all fields of a new record, or changes a fetched one; an error when that is no longer there.
-    virtual void saveRecord(const CloudRecord &record,
+    virtual void saveRecord(const CloudRecord &record, const std::stop_token &stop,
                             std::function<void(CloudAnswer<CloudRecord>)> handler) = 0;
     virtual void deleteRecord(const CloudRecordID &id,
                               std::function<void(CloudAnswer<CloudRecordID>)> handler) = 0;

@@ -12,7 +12,7 @@ CloudMerge::CloudMerge(TaskManager &taskManager, std::vector<CloudRecord> fetche
 {
 }
 
-bool CloudMerge::mergeSome()
+bool CloudMerge::mergeSome(const QSet<QString> &deletedKeys)
 {
     constexpr size_t some = 50;
     // The window reads the list anew from its file when the appearance changes, without what was merged so
@@ -24,7 +24,9 @@ bool CloudMerge::mergeSome()
         findKeys();
     const qint64 chosen = manager.selected();
     for (const size_t end = std::min(next + some, records.size()); next < end; ++next)
-        merge(records[next]);
+        if (const task fetched = taskOfRecord(records[next], manager.blankTask());
+            !deletedKeys.contains(fetched.key))
+            merge(fetched);
     seenChanges = manager.changeCount();
     if (next == records.size())
         return false;
@@ -41,9 +43,8 @@ void CloudMerge::findKeys()
         lastOfKey.insert(list[index]->key, index);
 }
 
-void CloudMerge::merge(const CloudRecord &record)
+void CloudMerge::merge(const task &fetched)
 {
-    const task fetched = taskOfRecord(record, manager.blankTask());
     // As TaskManager::selectTaskByKey, without a walk through the list for every record.
     manager.select(lastOfKey.value(fetched.key, -1));
     diagnostics::line("Selected:", manager.selected());

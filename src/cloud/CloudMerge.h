@@ -4,6 +4,7 @@
 #include "model/task.h"
 
 #include <QHash>
+#include <QSet>
 
 class TaskManager;
 
@@ -13,11 +14,12 @@ class CloudMerge
 public:
     CloudMerge(TaskManager &manager, std::vector<CloudRecord> records);
 
-    /// Merges the next few records; false when there are none left.
-    bool mergeSome();
+    /// Merges the next few records, but for tasks that the user has deleted; false when there are none left.
+    bool mergeSome(const QSet<QString> &deletedKeys);
+    qint64 merged() const { return qint64(next); }
 
 private:
-    void merge(const CloudRecord &record);
+    void merge(const task &fetched);
     void findKeys();
 
     TaskManager &manager;

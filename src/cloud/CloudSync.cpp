@@ -1,5 +1,6 @@
 #include "cloud/CloudSync.h"
 
+#include "cloud/CloudErrand.h"
 #include "cloud/CloudMerge.h"
 #include "cloud/MainThreadQueue.h"
 #include "cloud/TaskRecord.h"
@@ -10,11 +11,6 @@
 #include <QDeadlineTimer>
 
 using namespace Qt::StringLiterals;
-
-static bool isError(const auto &answer)
-{
-    return std::holds_alternative<CloudError>(answer);
-}
 
 CloudSync::CloudSync(TaskManager &taskManager, NotificationCenter &applicationNotices,
                      CloudContainer &cloudContainer)
@@ -38,24 +34,29 @@ bool CloudSync::finish(std::chrono::nanoseconds limit)
 }
 
 template <typename Result, typename Handler>
-std::function<void(CloudAnswer<Result>)> CloudSync::onMainThread(Handler handler) const
+std::function<void(CloudAnswer<Result>)> CloudSync::onMainThread(const SharedErrand &errand,
+                                                                 Handler handler) const
 {
-    return [post = mainThread->poster(), handler](CloudAnswer<Result> answer) {
-        post([handler, answer = std::move(answer)]() mutable { handler(answer); });
+    ++errand->unanswered;
+    return [post = mainThread->poster(), errand, handler](CloudAnswer<Result> answer) {
+        post([errand, handler, answer = std::move(answer)]() mutable {
+            handler(answer);
+            errand->settle();
+        });
     };
 }
 
-void CloudSync::checkCloudAccount(const Saved &saved)
+void CloudSync::checkCloudAccount(const SharedErrand &errand)
 {
     diagnostics::line("Container:", container.description());
     container.accountStatus(
-        onMainThread<CloudAccount>([this, saved](const CloudAnswer<CloudAccount> &answer) {
+        onMainThread<CloudAccount>(errand, [this, errand](const CloudAnswer<CloudAccount> &answer) {
             if (const auto *account = std::get_if<CloudAccount>(&answer))
-                reportAccount(*account, saved);
+                reportAccount(*account, errand);
         }));
 }
 
-void CloudSync::reportAccount(CloudAccount account, const Saved &saved)
+void CloudSync::reportAccount(CloudAccount account, const SharedErrand &errand)
 {
     switch (account) {
     case CloudAccount::CouldNotDetermine:
@@ -74,115 +75,227 @@ void CloudSync::reportAccount(CloudAccount account, const Saved &saved)
         manager.lastMessage = u"----iCloud:User is NOT Logged In----"_s;
         break;
     }
-    if (account != CloudAccount::Available)
-        *saved = false;
+    if (account != CloudAccount::Available) {
+        errand->saved = errand->hasAccount = false;
+        isProblemTold = true;
+    }
     notices.post(notice::update);
 }
 
-void CloudSync::saveRecord(const CloudRecord &record, const Saved &saved)
+void CloudSync::saveRecord(const CloudRecord &record, const SharedErrand &errand)
 {
     container.privateCloudDatabase().saveRecord(
-        record, onMainThread<CloudRecord>([saved](const CloudAnswer<CloudRecord> &answer) {
-            diagnostics::line(isError(answer) ? "----CloudKit:Save Error----"
-                                              : "----CloudKit:Save Success----");
-            *saved = *saved && !isError(answer);
+        record, errand->stop,
+        onMainThread<CloudRecord>(errand, [errand](const CloudAnswer<CloudRecord> &answer) {
+            diagnostics::line(errand->take(answer) ? "----CloudKit:Save Success----"
+                                                   : "----CloudKit:Save Error----");
         }));
 }
 
 bool CloudSync::saveTaskToCloud(const SharedTask &entry)
 {
-    const Saved saved = std::make_shared<bool>(true);
-    checkCloudAccount(saved);
+    return saveTask(entry, std::make_shared<CloudErrand>());
+}
+
+bool CloudSync::saveTask(const SharedTask &entry, const SharedErrand &errand)
+{
+    checkCloudAccount(errand);
     CloudRecord record = newTaskRecord();
     fillRecord(record, *entry, true);
-    saveRecord(record, saved);
+    saveRecord(record, errand);
     diagnostics::line("Add Task to Cloud, hidden:", entry->hidden);
-    return *saved;
+    return errand->saved;
 }
 
 bool CloudSync::editTaskInCloud(const SharedTask &entry)
 {
+    return editTask(entry, std::make_shared<CloudErrand>());
+}
+
+bool CloudSync::editTask(const SharedTask &entry, const SharedErrand &errand)
+{
     using Records = std::vector<CloudRecord>;
-    const Saved saved = std::make_shared<bool>(true);
-    checkCloudAccount(saved);
-    container.privateCloudDatabase().performQuery(
-        {taskRecordType().name, entry->key},
-        onMainThread<Records>([this, entry, saved](const CloudAnswer<Records> &answer) {
-            const auto *records = std::get_if<Records>(&answer);
-            if (!records) {
-                *saved = false;
-                return;
-            }
-            if (records->empty()) {
-                diagnostics::line("CloudKit Edit - Record Not Found - Add");
-                *saved = saveTaskToCloud(entry);
-                return;
-            }
-            for (CloudRecord record : *records) {
-                fillRecord(record, *entry, false);
-                saveRecord(record, saved);
-            }
-        }));
-    diagnostics::line("CloudKit Edit - Return Saved:", *saved);
-    return *saved;
+    checkCloudAccount(errand);
+    const auto store = [this, entry, errand](const CloudAnswer<Records> &answer) {
+        if (!errand->take(answer))
+            return;
+        if (errand->stop.stop_requested()) {
+            errand->fail({CloudError::Reason::Stopped});
+            return;
+        }
+        if (currentTransfer && currentTransfer->deletedKeys.contains(entry->key))
+            return; // or it would be back in the cloud
+        const auto &records = std::get<Records>(answer);
+        if (records.empty()) {
+            diagnostics::line("CloudKit Edit - Record Not Found - Add");
+            saveTask(entry, errand);
+        }
+        for (CloudRecord record : records) {
+            fillRecord(record, *entry, false);
+            saveRecord(record, errand);
+        }
+    };
+    container.privateCloudDatabase().performQuery({taskRecordType().name, entry->key}, errand->stop,
+                                                  onMainThread<Records>(errand, store));
+    diagnostics::line("CloudKit Edit - Return Saved:", errand->saved);
+    return errand->saved;
 }
 
 bool CloudSync::syncAllToCloud()
 {
+    if (currentTransfer)
+        return false;
     diagnostics::line("Sync To CloudKit, #Tasks:", manager.tasks().size());
+    beginTransfer(CloudTransfer::Direction::ToCloud, manager.tasks().size());
     bool result = true;
     for (const SharedTask &entry : manager.tasks())
-        result = editTaskInCloud(entry);
+        result = editTask(entry, errandOfTransfer([this, key = entry->key](const CloudErrand &errand) {
+                              noteCopied(key, errand);
+                          }));
+    if (manager.tasks().isEmpty())
+        endTransfer();
     return result;
 }
 
 bool CloudSync::deleteTaskFromCloud(const QString &key)
 {
     using Records = std::vector<CloudRecord>;
-    const Saved saved = std::make_shared<bool>(true);
-    checkCloudAccount(saved);
-    container.privateCloudDatabase().performQuery(
-        {taskRecordType().name, key},
-        onMainThread<Records>([this, saved](const CloudAnswer<Records> &answer) {
-            const auto *records = std::get_if<Records>(&answer);
-            if (!records || records->empty()) {
-                *saved = false;
-                return;
-            }
-            for (const CloudRecord &record : *records)
-                container.privateCloudDatabase().deleteRecord(
-                    record.recordID(),
-                    onMainThread<CloudRecordID>([saved](const CloudAnswer<CloudRecordID> &deleted) {
-                        *saved = *saved && !isError(deleted);
-                    }));
-        }));
-    return *saved;
+    if (currentTransfer)
+        currentTransfer->deletedKeys.insert(key);
+    const auto errand = std::make_shared<CloudErrand>();
+    errand->whenOver = [this](const CloudErrand &over) {
+        tellOfDelete(over);
+    };
+    checkCloudAccount(errand);
+    const auto remove = [this, errand](const CloudAnswer<Records> &answer) {
+        if (!errand->take(answer))
+            return;
+        const auto &records = std::get<Records>(answer);
+        errand->saved = errand->saved && !records.empty();
+        for (const CloudRecord &record : records)
+            container.privateCloudDatabase().deleteRecord(
+                record.recordID(),
+                onMainThread<CloudRecordID>(
+                    errand, [errand](const CloudAnswer<CloudRecordID> &deleted) { errand->take(deleted); }));
+    };
+    container.privateCloudDatabase().performQuery({taskRecordType().name, key}, errand->stop,
+                                                  onMainThread<Records>(errand, remove));
+    return errand->saved;
 }
 
 bool CloudSync::updateFromCloud()
 {
     using Records = std::vector<CloudRecord>;
-    const Saved saved = std::make_shared<bool>(true);
-    checkCloudAccount(saved);
-    container.privateCloudDatabase().performQuery(
-        {taskRecordType().name}, onMainThread<Records>([this, saved](CloudAnswer<Records> &answer) {
-            auto *records = std::get_if<Records>(&answer);
-            if (records && !records->empty())
-                goOnMerging(std::make_shared<CloudMerge>(manager, std::move(*records)), saved);
-            else
-                *saved = false;
-        }));
-    return *saved;
+    if (currentTransfer)
+        return false;
+    beginTransfer(CloudTransfer::Direction::FromCloud, 0);
+    const SharedErrand errand = errandOfTransfer([this](const CloudErrand &over) {
+        noteOutcome(over);
+        endTransfer();
+    });
+    checkCloudAccount(errand);
+    const auto merge = [this, errand](CloudAnswer<Records> &answer) {
+        if (!errand->take(answer))
+            return;
+        auto &records = std::get<Records>(answer);
+        if (errand->stop.stop_requested())
+            errand->fail({CloudError::Reason::Stopped});
+        else if (records.empty())
+            errand->saved = false;
+        else {
+            currentTransfer->tasks = qint64(records.size());
+            ++errand->unanswered;
+            goOnMerging(std::make_shared<CloudMerge>(manager, std::move(records)), errand);
+        }
+    };
+    container.privateCloudDatabase().performQuery({taskRecordType().name}, errand->stop,
+                                                  onMainThread<Records>(errand, merge));
+    return errand->saved;
 }
 
-void CloudSync::goOnMerging(const std::shared_ptr<CloudMerge> &merge, const Saved &saved)
+void CloudSync::goOnMerging(const std::shared_ptr<CloudMerge> &merge, const SharedErrand &errand)
 {
-    if (merge->mergeSome()) {
-        mainThread->post([this, merge, saved] { goOnMerging(merge, saved); });
+    const bool isMore = merge->mergeSome(currentTransfer->deletedKeys);
+    currentTransfer->done = merge->merged();
+    if (isMore) {
+        emit transferProgressed();
+        mainThread->post([this, merge, errand] { goOnMerging(merge, errand); });
         return;
     }
     notices.post(notice::reload);
-    if (*saved)
+    if (errand->saved) {
         manager.lastMessage = u"----iCloud:Update Complete!----"_s;
+        isProblemTold = false;
+    }
+    notices.post(notice::update);
+    errand->settle();
+}
+
+void CloudSync::beginTransfer(CloudTransfer::Direction direction, qint64 tasks)
+{
+    currentTransfer = CloudTransfer{.direction = direction, .tasks = tasks};
+    emit transferProgressed();
+}
+
+CloudSync::SharedErrand CloudSync::errandOfTransfer(std::function<void(const CloudErrand &)> whenOver) const
+{
+    return std::make_shared<CloudErrand>(
+        CloudErrand{.stop = currentTransfer->stop.get_token(), .whenOver = std::move(whenOver)});
+}
+
+void CloudSync::stopTransfer()
+{
+    if (currentTransfer)
+        currentTransfer->stop.request_stop();
+}
+
+void CloudSync::noteCopied(const QString &key, const CloudErrand &errand)
+{
+    if (!errand.saved)
+        ++currentTransfer->failed;
+    else if (currentTransfer->deletedKeys.contains(key))
+        --currentTransfer->tasks;
+    else
+        ++currentTransfer->done;
+    noteOutcome(errand);
+    if (currentTransfer->done + currentTransfer->failed == currentTransfer->tasks)
+        endTransfer();
+}
+
+void CloudSync::noteOutcome(const CloudErrand &errand)
+{
+    currentTransfer->hasAccount &= errand.hasAccount;
+    if (!currentTransfer->error)
+        currentTransfer->error = errand.error;
+    currentTransfer->hasSucceeded = errand.saved;
+    emit transferProgressed();
+}
+
+void CloudSync::endTransfer()
+{
+    CloudTransfer ended = *std::exchange(currentTransfer, std::nullopt);
+    if (ended.direction == CloudTransfer::Direction::ToCloud)
+        ended.hasSucceeded = ended.failed == 0;
+    const bool isEmptyFetch = ended.direction == CloudTransfer::Direction::FromCloud && !ended.error;
+    if (const QString outcome = ended.outcome(); !outcome.isEmpty() && !isEmptyFetch)
+        tell(outcome);
+    emit transferEnded(ended);
+}
+
+void CloudSync::tellOfDelete(const CloudErrand &errand)
+{
+    if (errand.error && errand.hasAccount) {
+        tell(u"A task that was deleted here is still in the cloud, since %1."_s.arg(
+            errand.error->plainWords()));
+        isProblemTold = true;
+    } else if (errand.saved && isProblemTold) {
+        tell({});
+    }
+}
+
+void CloudSync::tell(const QString &message)
+{
+    manager.lastMessage = message;
+    isProblemTold = false;
     notices.post(notice::update);
 }

@@ -12,8 +12,9 @@
 
 class CloudConnection;
 
-/// The cloud over an SQL database. Requests go into a queue, which a thread of its own drains: what stands in
-/// the queue together is done in one transaction and answered when that is committed.
+/// The cloud over an SQL database. A thread of its own does what is asked for: several requests in one
+/// transaction, and answers them when that is committed. What changes the database comes first, so that what
+/// has been fetched does not pile up; otherwise requests are done in the order they came.
 class SqlCloudContainer : public CloudContainer, private CloudDatabase
 {
 public:
@@ -32,29 +33,36 @@ private:
     template <typename Result>
     class RequestFor;
     using Requests = std::vector<std::unique_ptr<Request>>;
+    using SomeRequests = std::span<const std::unique_ptr<Request>>;
 
-    void performQuery(const CloudQuery &query,
+    void performQuery(const CloudQuery &query, const std::stop_token &stop,
                       std::function<void(CloudAnswer<std::vector<CloudRecord>>)> handler) override;
-    void saveRecord(const CloudRecord &record,
+    void saveRecord(const CloudRecord &record, const std::stop_token &stop,
                     std::function<void(CloudAnswer<CloudRecord>)> handler) override;
     void deleteRecord(const CloudRecordID &id,
                       std::function<void(CloudAnswer<CloudRecordID>)> handler) override;
 
     void send(std::unique_ptr<Request> request);
     void drainQueue(const std::stop_token &stop);
-    Requests takeRequests(const std::stop_token &stop);
-    static void failAll(std::span<const std::unique_ptr<Request>> requests, const QString &reason);
-    static void perform(CloudConnection &connection, std::span<const std::unique_ptr<Request>> requests);
+    bool waitForRequests(const std::stop_token &stop);
+    std::unique_ptr<Request> takeRequest();
+    Requests takeAll();
+    Requests performSome(CloudConnection &connection);
+
+    static void failAll(CloudConnection &connection, SomeRequests requests, const CloudError &reason);
+    static void perform(CloudConnection &connection, SomeRequests requests);
     /// Begins a transaction, on a connection that is opened, or opened again, when need be.
     static bool begin(CloudConnection &connection);
-    static bool performTogether(CloudConnection &connection,
-                                std::span<const std::unique_ptr<Request>> requests);
+    static bool performTogether(CloudConnection &connection, SomeRequests requests);
+    static bool commit(CloudConnection &connection, SomeRequests requests);
+    static void recover(CloudConnection &connection, SomeRequests requests);
 
     CloudHome home;
     const CloudRecordType &type;
     std::mutex mutex;
     std::condition_variable_any changed;
-    std::deque<std::unique_ptr<Request>> queue;
+    std::deque<std::unique_ptr<Request>> changes; ///< of the database
+    std::deque<std::unique_ptr<Request>> questions;
     bool isBusy = false;
     std::jthread thread; ///< last: starts after everything that it uses, and ends before
 };

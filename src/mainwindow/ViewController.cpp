@@ -37,6 +37,7 @@ ViewController::ViewController(TaskManager &taskManager, NotificationCenter &app
     , cloud(cloudSync)
     , taskListFile(taskManager, documentsFolder, stateFolder)
     , fileBanners(taskListFile, *ui->mainLayout)
+    , cloudStatus(cloudSync, *ui, *this)
     , table(taskManager)
     , keptState(stateFolder)
 {
@@ -93,7 +94,8 @@ void ViewController::connectActions()
     connect(ui->actionQuit, &QAction::triggered, this, &ViewController::close);
     connect(ui->actionFind, &QAction::triggered, ui->searchField, qOverload<>(&QLineEdit::setFocus));
     connect(new QShortcut(Qt::Key_Escape, ui->searchField, nullptr, nullptr, Qt::WidgetShortcut),
-            &QShortcut::activated, ui->searchField, &QLineEdit::clear);
+            &QShortcut::activated, this,
+            [this] { ui->searchField->text().isEmpty() ? cloudStatus.stop() : ui->searchField->clear(); });
     connect(ui->viewSelection, &QComboBox::activated, this, [this] { ChangeView(ui->viewSelection); });
     connect(ui->searchField, &QLineEdit::textChanged, this, [this] { search(ui->searchField); });
     connect(ui->tblView->selectionModel(), &QItemSelectionModel::selectionChanged, this,
@@ -152,12 +154,21 @@ void ViewController::showEvent(QShowEvent *event)
 
 void ViewController::closeEvent(QCloseEvent *event)
 {
-    if (!closeScreens() || !fileBanners.mayQuit()) {
+    if (!closeScreens() || !fileBanners.mayQuit() || !cloudStatus.mayQuit()) {
         event->ignore();
         return;
     }
     windowShouldClose();
     event->accept();
+}
+
+/// Escape that nothing in the window has taken.
+void ViewController::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape)
+        cloudStatus.stop();
+    else
+        QMainWindow::keyPressEvent(event);
 }
 
 /// Opens the guide from the other windows, modal ones too, which no shortcut of this window would reach.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mainwindow/CloudStatus.h"
 #include "mainwindow/FileBanners.h"
 #include "mainwindow/TaskCommands.h"
 #include "mainwindow/TaskTable.h"
@@ -62,6 +63,7 @@ public slots:
 protected:
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *receiver, QEvent *event) override;
 
 private:
@@ -93,6 +95,7 @@ private:
     CloudSync &cloud;
     TaskListFile taskListFile;
     FileBanners fileBanners;
+    CloudStatus cloudStatus;
     TaskTable table;
     WindowState keptState;
     DayWatch dayWatch;

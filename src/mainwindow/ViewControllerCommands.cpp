@@ -8,10 +8,6 @@
 #include "ui_ViewController.h"
 #include "widgets/Alert.h"
 
-#include <QTimer>
-
-#include <chrono>
-
 using namespace Qt::StringLiterals;
 
 // What the buttons and menu entries of the main window do with the selected task and with the list.
@@ -107,8 +103,7 @@ void ViewController::btnDeleteTask_ClickWithSender(QObject *)
 
 void ViewController::UpdateToCloud(QObject *)
 {
-    alertMessage(this,
-                 cloud.syncAllToCloud() ? u"Sync to iCloud succesfully!"_s : u"Error sync to iCloud!"_s);
+    cloud.syncAllToCloud();
 }
 
 void ViewController::UpdateFromCoud(QObject *)
@@ -121,11 +116,7 @@ void ViewController::UpdateFromCoud(QObject *)
             "Please delete these manually as needed."_s))
         return;
     diagnostics::line("Ok Pressed!");
-    const bool isStarted = cloud.updateFromCloud();
-    // The pause lets the window go on working.
-    QTimer::singleShot(std::chrono::seconds(1), this, [this, isStarted] {
-        alertMessage(this, isStarted ? u"Sync from iCloud succesfully!"_s : u"Error sync from iCloud!"_s);
-    });
+    cloud.updateFromCloud();
 }
 
 void ViewController::sharingTask(QObject *)

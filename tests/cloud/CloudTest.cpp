@@ -1,3 +1,4 @@
+#include "cloud/CloudConnection.h"
 #include "cloud/CloudMerge.h"
 #include "cloud/CloudSync.h"
 #include "cloud/SqlCloudContainer.h"
@@ -10,6 +11,8 @@
 #include "support/PostgresServer.h"
 #include "support/Tasks.h"
 #include "support/TestProgram.h"
+
+#include <QRegularExpression>
 
 #include <latch>
 
@@ -70,6 +73,16 @@ public:
     SqlCloudContainer container;
     CloudSync sync{manager, notices, container};
     QString events;
+
+    /// Lets the user do something after a request has been sent and before the cloud gets to it.
+    void meanwhile(const std::function<void()> &doIt)
+    {
+        std::latch isHeld(1);
+        container.accountStatus([&](const auto &) { isHeld.wait(); });
+        doIt();
+        isHeld.count_down();
+        settle();
+    }
 };
 
 /// What somebody else gets from there.
@@ -134,7 +147,8 @@ private slots:
             QVERIFY(first.sync.syncAllToCloud()); // nothing to copy
             first.fill({sampleTask(u"a"_s, u"A"_s), sampleTask(u"b"_s, u"B"_s)});
             first.copy();
-            QCOMPARE(first.events, u"uuuu"_s); // for each the edit and the addition that it becomes
+            QCOMPARE(first.events,
+                     u"uuuuuu"_s); // for each the edit and the addition that it becomes; two ends
 
             Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, u"Dark"_s);
             Program second(home, {sampleTask(u"local"_s, u"L"_s), task{.key = u"b"_s, .name = u"old"_s}});
@@ -188,7 +202,7 @@ private slots:
         for (const auto &[field, value] : whole.fields())
             if (field != u"client" && field != u"startHour")
                 record.setValue(field, field == u"status" ? u"x"_s : value);
-        program.container.privateCloudDatabase().saveRecord(record, [](const auto &) {});
+        program.container.privateCloudDatabase().saveRecord(record, {}, [](const auto &) {});
         CapturedOutput output;
         program.update();
         task expected = sampleTask(u"a"_s, u"A"_s);
@@ -202,11 +216,16 @@ private slots:
     void accountStates()
     {
         const QString isOut = u"User is NOT Logged In"_s;
+        qputenv("PGHOST", "127.0.0.1");
+        qputenv("PGHOSTADDR", "127.0.0.1");
+        CloudHome hostless = homeOnServer(u"anna"_s);
+        hostless.host.clear();
         for (const auto &[home, state] :
              {std::pair(CloudHome{.kind = CloudHome::Kind::SignedOut}, isOut),
               {homeOnServer(u"admin"_s), isOut}, // has another password
               {homeOnServer(u"nobody"_s), isOut},
               {homeOnServer(u"guest"_s), u"Cannot Login (Restricted)"_s},
+              {hostless, u"Cannot Login (Unknown)"_s}, // for nobody listens at the local socket
               {readHome("postgresql://127.0.0.1:1/planner"), u"Cannot Login (Unknown)"_s}}) {
             Program program(home, samples(1));
             CapturedOutput output;
@@ -240,13 +259,78 @@ private slots:
             QVERIFY2(server->run(u"bert"_s, attempt).contains(u"ERROR"), qPrintable(attempt));
         QVERIFY(server->run(u"guest"_s, count).contains(u"permission denied"));
 
+        // Nor can anybody take the numbers that the server gives to new records.
+        QCOMPARE(server->run(u"bert"_s, u"INSERT INTO \"Task\" (seq, record_name) OVERRIDING SYSTEM VALUE "
+                                        "SELECT n, n FROM generate_series(1, 10000) n"_s),
+                 QString());
+        anna.save(sampleTask(u"a"_s, u"Anna's"_s));
+
         // Who may still read is told that not all is well.
         server->run(u"keeper"_s, u"REVOKE DELETE ON \"Task\" FROM quorvane"_s);
         anna.update();
         server->run(u"keeper"_s, u"GRANT DELETE ON \"Task\" TO quorvane"_s);
         QCOMPARE(anna.names(), QStringList(u"Anna's"_s));
-        QCOMPARE(anna.events, u"uuru"_s);
+        QCOMPARE(anna.events, u"uuuru"_s);
         QCOMPARE(anna.manager.lastMessage, u"----iCloud:Cannot Login (Restricted)----"_s);
+    }
+
+    void theUserGoesOnDuringATransfer()
+    {
+        for (const CloudHome &home : homes()) {
+            Program program(home, samples(3));
+            program.save(sampleTask(u"2"_s, u"before"_s));
+            program.meanwhile([&] {
+                QVERIFY(program.sync.syncAllToCloud());
+                QVERIFY(!program.sync.updateFromCloud()); // one at a time
+                program.sync.deleteTaskFromCloud(u"1"_s);
+                program.sync.deleteTaskFromCloud(u"2"_s);
+            });
+            QCOMPARE(namesIn(home), QStringList(u"0"_s));
+            QCOMPARE(program.manager.lastMessage, u"1 task was copied to the cloud."_s);
+            program.meanwhile([&] {
+                program.sync.syncAllToCloud();
+                program.sync.stopTransfer();
+                program.sync.deleteTaskFromCloud(u"0"_s); // not a part of what is stopped
+            });
+            QCOMPARE(namesIn(home), QStringList());
+            QCOMPARE(program.manager.lastMessage, u"Stopped: 0 of 3 tasks were copied to the cloud."_s);
+            program.copy();
+            program.fill({});
+            program.meanwhile([&] {
+                program.sync.updateFromCloud();
+                program.sync.deleteTaskFromCloud(u"1"_s);
+            });
+            QCOMPARE(program.names(), QStringList({u"0"_s, u"2"_s}));
+        }
+    }
+
+    void aLockedRecordIsTold()
+    {
+        Program program(homeOnServer(u"anna"_s), samples(1));
+        program.copy();
+        CloudConnection other(homeOnServer(u"anna"_s), taskRecordType());
+        QVERIFY(other.open() && other.begin());
+        other.save(std::get<0>(other.find({taskRecordType().name})).at(0));
+        program.copy();
+        QCOMPARE(
+            program.manager.lastMessage,
+            u"Nothing was copied to the cloud, since another program keeps the cloud's database busy."_s);
+    }
+
+    void commitsAreSmall()
+    {
+        const CloudHome home = newFile();
+        Program program(home, samples(250));
+        size_t stored = 0;
+        program.meanwhile([&] {
+            for (const SharedTask &entry : program.manager.tasks())
+                program.container.privateCloudDatabase().saveRecord(recordOf(*entry), {}, [&](const auto &) {
+                    CloudConnection other(home, taskRecordType());
+                    if (stored == 0 && other.open())
+                        stored = std::get<0>(other.find({taskRecordType().name})).size();
+                });
+        });
+        QVERIFY(stored > 0 && stored <= 100);
     }
 
     void aLostServerIsFoundAgain()
@@ -266,9 +350,15 @@ private slots:
             [&] { return output.takeLines().contains(u"----CloudKit:Save Success----"_s); }, 30'000));
         server->stop();
         program.settle();
+        static const QRegularExpression told(
+            u"^(\\d+) of 3000 tasks were copied to the cloud; the others were not, since (the connection to "
+            "the cloud was lost|the cloud cannot be reached)\\.$"_s);
+        const int copied = told.match(program.manager.lastMessage).captured(1).toInt();
         program.copy();
         QCOMPARE(program.manager.lastMessage, u"----iCloud:Cannot Login (Unknown)----"_s);
         server->start();
+        const int stored = server->run(u"anna"_s, u"SELECT count(*) FROM \"Task\""_s).toInt();
+        QVERIFY(copied > 0 && copied <= stored && stored <= copied + 100);
         program.copy();
         QCOMPARE(server->run(u"anna"_s, u"SELECT count(DISTINCT key), count(*) >= 3000 FROM \"Task\""_s),
                  u"3000|t"_s);
@@ -295,7 +385,8 @@ private slots:
             Program program(home);
             for (const task &entry : samples(100, QString(2000, u'x')))
                 program.container.privateCloudDatabase().saveRecord(
-                    recordOf(entry), [&](const auto &answer) { ++(answer.index() == 0 ? saved : failed); });
+                    recordOf(entry), {},
+                    [&](const auto &answer) { ++(answer.index() == 0 ? saved : failed); });
             program.settle();
         }
         QVERIFY(saved > 0 && failed > 0);
@@ -325,7 +416,7 @@ private slots:
         // Between its parts the user moves a task up.
         CloudMerge merge(manager, records);
         qint64 chosen = manager.selectTaskByKey(u"199"_s);
-        while (merge.mergeSome()) {
+        while (merge.mergeSome({})) {
             QCOMPARE(manager.selected(), chosen);
             manager.moveSelectedTask(true);
             chosen = manager.selectTaskByKey(u"199"_s);
@@ -337,10 +428,10 @@ private slots:
         // The desktop turns dark, and the window reads its file, which is empty.
         program.fill({});
         CloudMerge mergeIntoDark(manager, records);
-        QVERIFY(mergeIntoDark.mergeSome());
+        QVERIFY(mergeIntoDark.mergeSome({}));
         Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, u"Dark"_s);
         program.fill({});
-        while (mergeIntoDark.mergeSome())
+        while (mergeIntoDark.mergeSome({}))
             continue;
         QCOMPARE(manager.tasks().size(), 200);
         for (const SharedTask &entry : manager.tasks())
@@ -367,9 +458,9 @@ private slots:
                 answers += QThread::currentThread() != thread();
             };
             for (int number = 0; number < 3000; ++number)
-                database.performQuery({taskRecordType().name}, [&](const auto &answer) {
+                database.performQuery({taskRecordType().name}, {}, [&](const auto &answer) {
                     count(answer);
-                    database.performQuery({taskRecordType().name}, count);
+                    database.performQuery({taskRecordType().name}, {}, count);
                 });
         }
         QCOMPARE(answers.load(), 6000);

@@ -235,6 +235,27 @@ private slots:
         QVERIFY(banner().startsWith(u"1 of the rows in "_s + home->path()));
     }
 
+    void aCopyIsShownToItsEnd()
+    {
+        auto *copy = window->findChild<QAction *>(u"actionCopyToCloud"_s);
+        const auto *progress = window->findChild<QWidget *>(u"cloudProgress"_s);
+        const auto *status = window->findChild<QLabel *>(u"statusMessageLabel"_s);
+        {
+            const AlertAnswer answer(u"OK"_s);
+            copy->trigger();
+            QVERIFY(!copy->isEnabled() && progress->isVisible() && !answer.wasShown());
+            QTRY_COMPARE(answer.informativeText, u"Sync to iCloud succesfully!"_s);
+        }
+        QTRY_VERIFY(copy->isEnabled() && !progress->isVisible());
+        QCOMPARE(status->text(), u"4 tasks were copied to the cloud."_s);
+        copy->trigger();
+        QTest::keyClick(table, Qt::Key_Escape);
+        QTRY_COMPARE(status->text(), u"Stopped: 0 of 4 tasks were copied to the cloud."_s);
+        copy->trigger();
+        QVERIFY(!window->close()); // before the copy has ended
+        QTRY_VERIFY(!window->isVisible());
+    }
+
     void closesATaskOnceWithASound()
     {
         QTRY_VERIFY_WITH_TIMEOUT(player, 20'000);

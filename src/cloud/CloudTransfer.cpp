@@ -1,0 +1,39 @@
+#include "cloud/CloudTransfer.h"
+
+using namespace Qt::StringLiterals;
+
+static bool isStopped(const CloudTransfer &transfer)
+{
+    return transfer.error && transfer.error->reason == CloudError::Reason::Stopped;
+}
+
+static QString fetchOutcome(const CloudTransfer &transfer)
+{
+    if (isStopped(transfer))
+        return u"Stopped: nothing was fetched from the cloud."_s;
+    if (transfer.error)
+        return u"Nothing was fetched from the cloud, since %1."_s.arg(transfer.error->plainWords());
+    return transfer.hasSucceeded ? QString() : u"There are no tasks in the cloud."_s;
+}
+
+static QString copyOutcome(const CloudTransfer &transfer)
+{
+    if (transfer.hasSucceeded)
+        return transfer.done == 1 ? u"1 task was copied to the cloud."_s
+                                  : u"%1 tasks were copied to the cloud."_s.arg(transfer.done);
+    const QString part = u"%1 of %2 tasks were copied to the cloud"_s.arg(transfer.done).arg(transfer.tasks);
+    if (isStopped(transfer))
+        return u"Stopped: %1."_s.arg(part);
+    if (!transfer.error)
+        return {};
+    const QString reason = transfer.error->plainWords();
+    return transfer.done == 0 ? u"Nothing was copied to the cloud, since %1."_s.arg(reason)
+                              : u"%1; the others were not, since %2."_s.arg(part, reason);
+}
+
+QString CloudTransfer::outcome() const
+{
+    if (!hasAccount && done == 0)
+        return {};
+    return direction == Direction::ToCloud ? copyOutcome(*this) : fetchOutcome(*this);
+}

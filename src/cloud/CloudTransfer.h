@@ -1,0 +1,25 @@
+#pragma once
+
+#include "cloud/CloudDatabase.h"
+
+#include <QSet>
+
+/// A copy of the whole list to the cloud, or its update from there, and how far that is.
+struct CloudTransfer
+{
+    enum class Direction { ToCloud, FromCloud };
+
+    Direction direction;
+    qint64 tasks = 0; ///< that are to be transferred; 0 as long as that is not known
+    qint64 done = 0;  ///< of them
+    qint64 failed = 0;
+    std::optional<CloudError> error = {}; ///< the first
+    bool hasAccount = true;               ///< as far as the account's state has been answered
+    bool hasSucceeded = false;            ///< when it has ended
+    std::stop_source stop = {};           ///< the user stops it
+    QSet<QString> deletedKeys = {};       ///< of tasks that the user has deleted meanwhile
+
+    /// What has come of it in plain words, when it has ended; empty where the account's state or the list
+    /// says all.
+    QString outcome() const;
+};

@@ -1,0 +1,86 @@
+#include "mainwindow/CloudStatus.h"
+
+#include "cloud/CloudSync.h"
+#include "ui_ViewController.h"
+#include "widgets/Alert.h"
+
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+CloudStatus::CloudStatus(CloudSync &cloudSync, Ui::ViewController &windowUi, QMainWindow &mainWindow)
+    : cloud(cloudSync)
+    , ui(windowUi)
+    , window(mainWindow)
+{
+    connect(&cloud, &CloudSync::transferProgressed, this, &CloudStatus::showProgress);
+    // Queued: the answers behind the last one must not wait until the alert is dismissed.
+    connect(&cloud, &CloudSync::transferEnded, this, &CloudStatus::tellEnd, Qt::QueuedConnection);
+    connect(ui.cloudStopButton, &QToolButton::clicked, this, &CloudStatus::stop);
+}
+
+static QString progressText(const CloudTransfer &transfer, bool isQuitting)
+{
+    const bool isToCloud = transfer.direction == CloudTransfer::Direction::ToCloud;
+    const QString what = transfer.stop.stop_requested() ? u"Stopping"_s
+                         : isQuitting                   ? u"Quorvane quits when the cloud is done"_s
+                         : isToCloud                    ? u"Copying to the cloud"_s
+                                                        : u"Updating from the cloud"_s;
+    if (transfer.tasks == 0)
+        return what + u'…';
+    return u"%1: %2 of %3 tasks"_s.arg(what).arg(transfer.done + transfer.failed).arg(transfer.tasks);
+}
+
+void CloudStatus::showProgress()
+{
+    const std::optional<CloudTransfer> &transfer = cloud.transfer();
+    for (QAction *action : {ui.actionCopyToCloud, ui.actionUpdateFromCloud})
+        action->setEnabled(!transfer);
+    ui.cloudProgress->setVisible(transfer.has_value());
+    if (!transfer)
+        return;
+    constexpr qint64 most = std::numeric_limits<int>::max();
+    ui.cloudProgressLabel->setText(progressText(*transfer, isQuitting));
+    ui.cloudProgressBar->setRange(0, int(std::min(transfer->tasks, most))); // busy while that is 0
+    ui.cloudProgressBar->setValue(int(std::min(transfer->done + transfer->failed, most)));
+    ui.cloudStopButton->setEnabled(!transfer->stop.stop_requested());
+}
+
+void CloudStatus::stop()
+{
+    cloud.stopTransfer();
+    showProgress();
+}
+
+bool CloudStatus::mayQuit()
+{
+    if (!cloud.transfer())
+        return true;
+    if (isQuitting)
+        cloud.stopTransfer();
+    else
+        isQuitting = true;
+    showProgress();
+    return cloud.transfer()->stop.stop_requested();
+}
+
+void CloudStatus::tellEnd(const CloudTransfer &transfer)
+{
+    showProgress();
+    if (const QString outcome = transfer.outcome(); !outcome.isEmpty())
+        ui.statusMessageLabel->setText(outcome);
+    const bool isStopped = transfer.stop.stop_requested() && !transfer.hasSucceeded;
+    const bool isToCloud = transfer.direction == CloudTransfer::Direction::ToCloud;
+    if (isQuitting && (isStopped || transfer.hasSucceeded)) {
+        window.close();
+        return;
+    }
+    isQuitting = false; // for whom a failure is told has to see it
+    if (isStopped)
+        return;
+    if (transfer.hasSucceeded)
+        alertMessage(&window,
+                     isToCloud ? u"Sync to iCloud succesfully!"_s : u"Sync from iCloud succesfully!"_s);
+    else
+        alertMessage(&window, isToCloud ? u"Error sync to iCloud!"_s : u"Error sync from iCloud!"_s);
+}
