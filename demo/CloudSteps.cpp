@@ -33,9 +33,12 @@ void copyToCloud(Tour &tour)
 {
     tour.stage.step(u"The list is copied to the cloud"_s);
     tour.showView(TaskView::GlobalAll);
-    tour.throughAlert([&tour] { hand::clickTool(tour.window, u"actionCopyToCloud"_s); },
-                      u"Sync to iCloud succesfully!"_s, u"OK"_s, u"copied-to-cloud"_s);
-    waitForAnswers(tour);
+    tour.throughAlert(
+        [&tour] {
+            hand::clickTool(tour.window, u"actionCopyToCloud"_s);
+            tour.takePicture(u"copying-to-cloud"_s);
+        },
+        u"Sync to iCloud succesfully!"_s, u"OK"_s, u"copied-to-cloud"_s);
     tour.checkView(TaskView::GlobalAll);
 }
 

@@ -4,16 +4,21 @@
 #include "ui_ViewController.h"
 #include "widgets/Alert.h"
 
+#include <chrono>
 #include <limits>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 CloudStatus::CloudStatus(CloudSync &cloudSync, Ui::ViewController &windowUi, QMainWindow &mainWindow)
     : cloud(cloudSync)
     , ui(windowUi)
     , window(mainWindow)
 {
-    connect(&cloud, &CloudSync::transferProgressed, this, &CloudStatus::showProgress);
+    pause.setSingleShot(true);
+    pause.setInterval(50ms);
+    connect(&cloud, &CloudSync::transferProgressed, this, &CloudStatus::progress);
+    connect(&pause, &QTimer::timeout, this, &CloudStatus::showProgress);
     // Queued: the answers behind the last one must not wait until the alert is dismissed.
     connect(&cloud, &CloudSync::transferEnded, this, &CloudStatus::tellEnd, Qt::QueuedConnection);
     connect(ui.cloudStopButton, &QToolButton::clicked, this, &CloudStatus::stop);
@@ -29,6 +34,15 @@ static QString progressText(const CloudTransfer &transfer, bool isQuitting)
     if (transfer.tasks == 0)
         return what + u'…';
     return u"%1: %2 of %3 tasks"_s.arg(what).arg(transfer.done + transfer.failed).arg(transfer.tasks);
+}
+
+/// Shows it as often as can be seen: there may be thousands of answers a second.
+void CloudStatus::progress()
+{
+    if (pause.isActive())
+        return;
+    showProgress();
+    pause.start();
 }
 
 void CloudStatus::showProgress()

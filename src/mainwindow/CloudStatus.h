@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QTimer>
 
 class CloudSync;
 class QMainWindow;
@@ -25,11 +26,13 @@ public:
     void stop();
 
 private:
+    void progress();
     void showProgress();
     void tellEnd(const CloudTransfer &transfer);
 
     CloudSync &cloud;
     Ui::ViewController &ui;
     QMainWindow &window;
+    QTimer pause; ///< while it runs, progress is not shown
     bool isQuitting = false;
 };
