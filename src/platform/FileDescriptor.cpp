@@ -4,14 +4,23 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
+
+/// Calls until no signal comes in between.
+static auto uninterrupted(const auto &call)
+{
+    auto result = call();
+    while (result < 0 && errno == EINTR)
+        result = call();
+    return result;
+}
 
 bool writeFully(int descriptor, QByteArrayView bytes)
 {
     while (!bytes.isEmpty()) {
-        const ssize_t count = ::write(descriptor, bytes.data(), size_t(bytes.size()));
-        if (count < 0 && errno == EINTR)
-            continue;
+        const ssize_t count =
+            uninterrupted([&] { return ::write(descriptor, bytes.data(), size_t(bytes.size())); });
         if (count <= 0)
             return false;
         bytes = bytes.sliced(count);
@@ -20,8 +29,15 @@ bool writeFully(int descriptor, QByteArrayView bytes)
 }
 
 FileDescriptor::FileDescriptor(const QString &path, int flags, mode_t mode)
-    : descriptor(::open(QFile::encodeName(path).constData(), flags | O_CLOEXEC, mode))
+    : descriptor(uninterrupted([name = QFile::encodeName(path), flags, mode] {
+        return ::open(name.constData(), flags | O_CLOEXEC | O_NONBLOCK, mode);
+    }))
 {
+    struct stat entry = {};
+    if (!isOpen() || (::fstat(descriptor, &entry) == 0 && (S_ISREG(entry.st_mode) || S_ISDIR(entry.st_mode))))
+        return;
+    close();
+    errno = EINVAL;
 }
 
 FileDescriptor::~FileDescriptor()
@@ -31,8 +47,8 @@ FileDescriptor::~FileDescriptor()
 
 bool FileDescriptor::reserve(qsizetype size)
 {
-    return size == 0 || ::fallocate(descriptor, FALLOC_FL_KEEP_SIZE, 0, size) == 0 || errno == EOPNOTSUPP ||
-           errno == ENOSYS;
+    return size == 0 ||
+           uninterrupted([&] { return ::fallocate(descriptor, FALLOC_FL_KEEP_SIZE, 0, size); }) == 0;
 }
 
 bool FileDescriptor::write(QByteArrayView bytes)
@@ -42,17 +58,24 @@ bool FileDescriptor::write(QByteArrayView bytes)
 
 bool FileDescriptor::truncate(qsizetype size)
 {
-    return ::ftruncate(descriptor, size) == 0;
+    return uninterrupted([&] { return ::ftruncate(descriptor, size); }) == 0;
 }
 
 bool FileDescriptor::sync() const
 {
-    return ::fsync(descriptor) == 0;
+    return uninterrupted([this] { return ::fsync(descriptor); }) == 0;
 }
 
 bool FileDescriptor::close()
 {
-    const bool closed = descriptor < 0 || ::close(descriptor) == 0;
+    // Not repeated: after a signal the descriptor is closed all the same.
+    const bool closed = descriptor < 0 || ::close(descriptor) == 0 || errno == EINTR;
     descriptor = -1;
     return closed;
+}
+
+bool syncFolder(const QString &path)
+{
+    const FileDescriptor folder(path, O_RDONLY | O_DIRECTORY);
+    return folder.isOpen() && folder.sync();
 }

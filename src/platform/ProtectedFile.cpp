@@ -1,17 +1,15 @@
 #include "platform/ProtectedFile.h"
 
 #include "platform/FileDescriptor.h"
+#include "platform/RedoFile.h"
+#include "platform/WholeFile.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QList>
-
-#include <zlib.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <system_error>
@@ -19,96 +17,90 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-constexpr mode_t userOnly = 0600;
-constexpr mode_t byUmask = 0666;
-
-quint32 crcOf(QByteArrayView bytes)
-{
-    return quint32(crc32_z(0, reinterpret_cast<const Bytef *>(bytes.data()), size_t(bytes.size())));
-}
-
-/// The redo file's first line: its kind and version, the content's length in bytes and its CRC-32.
-QByteArray redoHeader(qsizetype size, quint32 crc)
-{
-    return "quorvane-redo 1 " + QByteArray::number(size) + ' ' + QByteArray::number(crc, 16) + '\n';
-}
-
-std::optional<QByteArray> readAll(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    const QByteArray content = file.readAll();
-    return file.error() == QFileDevice::NoError ? std::optional(content) : std::nullopt;
-}
-
-/// The content of a redo file; nothing when there is none or it is incomplete.
-std::optional<QByteArray> redoContent(const QString &path)
-{
-    const std::optional<QByteArray> redo = readAll(path);
-    if (!redo)
-        return std::nullopt;
-    const qsizetype headerEnd = redo->indexOf('\n') + 1;
-    const QByteArray content = redo->sliced(headerEnd);
-    if (redo->first(headerEnd) != redoHeader(content.size(), crcOf(content)))
-        return std::nullopt;
-    return content;
-}
-
-/// Makes a change of the folder's entries last.
-bool syncFolder(const QString &path)
-{
-    const FileDescriptor folder(path, O_RDONLY | O_DIRECTORY);
-    return folder.isOpen() && folder.sync();
-}
-
-/// Tells files of the same name in different folders apart.
-QString redoName(const QString &path)
-{
-    const quint32 folderMark = crcOf(QFileInfo(path).absoluteFilePath().toUtf8());
-    return QFileInfo(path).fileName() + u'.' + QString::number(folderMark, 16) + QLatin1StringView(".redo");
-}
-
-} // namespace
+static constexpr mode_t byUmask = 0666;
 
 ProtectedFile::ProtectedFile(const QString &path, const QString &redoFolder)
     : filePath(path)
     , stateFolder(redoFolder)
-    , redoPath(redoFolder + u'/' + redoName(path))
+    , redoPath(redoFile::pathFor(path, redoFolder))
 {
     replay();
 }
 
+QStringList ProtectedFile::replayAll(const QString &stateFolder)
+{
+    QStringList copies;
+    QDir folder(stateFolder);
+    for (const QString &name : folder.entryList({u"*.redo.new"_s}, QDir::Files))
+        folder.remove(name); // never became whole
+    for (const QString &name : folder.entryList({u"*.redo"_s}, QDir::Files))
+        if (const auto redo = redoFile::read(folder.filePath(name)); redo && !redo->path.isEmpty())
+            if (const QString copy = ProtectedFile(redo->path, stateFolder).takeCopyPath(); !copy.isEmpty())
+                copies.append(copy);
+    return copies;
+}
+
 void ProtectedFile::replay()
 {
-    if (const std::optional<QByteArray> content = redoContent(redoPath)) {
-        const QFileInfo info(filePath);
-        if (info.exists() && !info.isWritable())
-            return;
-        const std::optional<QByteArray> present = readAll(filePath);
-        if (present != content) {
-            const bool isWorthACopy = info.exists() && !(present && present->isEmpty());
-            if ((isWorthACopy && !copyAside()) || !writeInPlace(*content))
-                return;
-        }
-    } else if (!QFileInfo(redoPath).isReadable()) {
+    const std::optional<redoFile::Redo> redo = redoFile::read(redoPath);
+    if (!redo) {
+        if (QFileInfo(redoPath).isReadable())
+            QFile::remove(redoPath); // not whole: the file itself was not touched
         return;
     }
+    const QFileInfo info(filePath);
+    if (info.exists() && !info.isWritable())
+        return;
+    const std::optional<QByteArray> present = readWholeFile(filePath);
+    if (present != redo->content) {
+        const bool isWorthACopy = info.exists() && !(present && present->isEmpty());
+        const bool isDone = present && isWorthACopy && isOvertaken(redoPath)
+                                ? keepAside(redo->content)
+                                : (!isWorthACopy || copyAside()) && writeInPlace(redo->content, true);
+        if (!isDone)
+            return;
+    }
     QFile::remove(redoPath);
+}
+
+static QString systemText(int error)
+{
+    return QString::fromStdString(std::generic_category().message(error));
+}
+
+/// Whether a link on the way to the file leads nowhere, as when a disk is not mounted.
+static bool isBehindBrokenLink(const QString &path)
+{
+    QFileInfo part(path);
+    while (!part.exists() && !part.isSymLink() && !part.isRoot())
+        part.setFile(part.absolutePath());
+    return part.isSymLink() && !part.exists();
+}
+
+/// Whether somebody else has written the file since the redo file was made. What the program itself has
+/// written half may be that much newer as writing takes at most.
+bool ProtectedFile::isOvertaken(const QString &byWhich) const
+{
+    constexpr qint64 longestWrite = 60; // seconds
+    return QFileInfo(byWhich).lastModified().secsTo(QFileInfo(filePath).lastModified()) > longestWrite;
 }
 
 std::optional<QByteArray> ProtectedFile::read()
 {
     held.reset();
-    if (std::optional<QByteArray> unfinished = redoContent(redoPath))
-        return unfinished;
+    if (const std::optional<redoFile::Redo> unfinished = redoFile::read(redoPath))
+        return unfinished->content;
     lastSeen = presentState(); // before it is read: a change in between is somebody else's
-    std::optional<QByteArray> content = readAll(filePath);
-    if (content)
+    std::optional<QByteArray> content = readWholeFile(filePath);
+    const int reason = errno;
+    unreadable.clear();
+    if (content) {
         held = digestOf(*content);
-    else if (QFileInfo::exists(filePath))
+        copyDue = false; // unless whoever reads it finds something wrong again
+    } else if (reason != ENOENT || isBehindBrokenLink(filePath)) {
+        unreadable = systemText(reason);
+    }
+    if (!content && QFileInfo::exists(filePath))
         keepCopy();
     return content;
 }
@@ -118,17 +110,20 @@ bool ProtectedFile::write(QByteArrayView content)
     const std::optional<Digest> known = std::exchange(held, std::nullopt);
     const Digest wanted = digestOf(content);
     const bool isSame = !copyDue && known == wanted && presentState() == lastSeen;
+    bool isProtected = isSame;
     if (!isSame) {
-        if (!writeRedo(content, wanted))
-            return false;
+        isProtected = redoFile::write(redoPath, filePath, content, wanted.crc) || fail();
         if ((copyDue || isChangedByOthers(known)) && QFileInfo::exists(filePath) && !copyAside())
             return false;
         copyDue = false;
     }
-    const bool written = writeInPlace(content);
+    const QString whyNoRedo = error;
+    const bool isWritten = writeInPlace(content, isProtected);
     lastSeen = presentState();
-    if (!written)
+    if (!isWritten) {
+        error = isProtected ? error : whyNoRedo;
         return false;
+    }
     held = wanted;
     if (!isSame)
         QFile::remove(redoPath);
@@ -137,7 +132,7 @@ bool ProtectedFile::write(QByteArrayView content)
 
 ProtectedFile::Digest ProtectedFile::digestOf(QByteArrayView content)
 {
-    return {.size = content.size(), .crc = crcOf(content)};
+    return {.size = content.size(), .crc = redoFile::crcOf(content)};
 }
 
 ProtectedFile::State ProtectedFile::presentState() const
@@ -155,27 +150,33 @@ bool ProtectedFile::isChangedByOthers(const std::optional<Digest> &known) const
 {
     if (presentState() == lastSeen)
         return false;
-    const std::optional<QByteArray> present = readAll(filePath);
+    const std::optional<QByteArray> present = readWholeFile(filePath);
     return !present || !known || digestOf(*present) != *known;
 }
 
 /// Keeps the reason for which the system just refused something; always false.
 bool ProtectedFile::fail()
 {
-    error = QString::fromStdString(std::generic_category().message(errno));
+    error = systemText(errno);
     return false;
 }
 
-bool ProtectedFile::copyAside()
+/// Free, and no other than this beside the file.
+QString ProtectedFile::nameOfCopy() const
 {
     // A second copy within one second takes the next free second.
     QDateTime time = QDateTime::currentDateTime();
     QString copyPath;
     do {
-        copyPath =
-            filePath + QLatin1StringView(".damaged-") + time.toString(QStringLiteral("yyyyMMdd-HHmmss"));
+        copyPath = filePath + u".damaged-"_s + time.toString(u"yyyyMMdd-HHmmss"_s);
         time = time.addSecs(1);
     } while (QFileInfo::exists(copyPath));
+    return copyPath;
+}
+
+bool ProtectedFile::copyAside()
+{
+    const QString copyPath = nameOfCopy();
     QFile file(filePath);
     if (!file.copy(copyPath)) {
         error = copyPath + u": "_s + file.errorString();
@@ -186,25 +187,22 @@ bool ProtectedFile::copyAside()
     return (copy.isOpen() && copy.sync() && syncFolder(QFileInfo(copyPath).path())) || fail();
 }
 
-bool ProtectedFile::writeRedo(QByteArrayView content, const Digest &digest)
+/// Keeps the content where a copy of the file would be.
+bool ProtectedFile::keepAside(QByteArrayView content)
 {
-    // An earlier redo file may be the only good copy: it stays until the new one is whole.
-    if (!QDir().mkpath(stateFolder))
-        return fail();
-    const QString newPath = redoPath + QLatin1StringView(".new");
-    FileDescriptor file(newPath, O_WRONLY | O_CREAT | O_TRUNC, userOnly);
-    const bool whole = file.isOpen() && file.write(redoHeader(digest.size, digest.crc)) &&
-                       file.write(content) && file.sync() && file.close() &&
-                       ::rename(QFile::encodeName(newPath), QFile::encodeName(redoPath)) == 0 &&
-                       syncFolder(stateFolder);
-    if (whole)
-        return true;
-    fail();
-    QFile::remove(newPath);
-    return false;
+    const QString copyPath = nameOfCopy();
+    FileDescriptor copy(copyPath, O_WRONLY | O_CREAT | O_EXCL, byUmask);
+    if (!copy.isOpen() || !copy.write(content) || !copy.sync() || !syncFolder(QFileInfo(copyPath).path())) {
+        fail();
+        QFile::remove(copyPath);
+        return false;
+    }
+    copiedTo = copyPath;
+    return true;
 }
 
-bool ProtectedFile::writeInPlace(QByteArrayView content)
+/// \param isProtected  the content is on the disk already, or what is there is the same
+bool ProtectedFile::writeInPlace(QByteArrayView content, bool isProtected)
 {
     const QFileInfo info(filePath);
     const bool isNew = !info.exists();
@@ -212,8 +210,10 @@ bool ProtectedFile::writeInPlace(QByteArrayView content)
         return fail();
     FileDescriptor file(filePath, O_WRONLY | O_CREAT, byUmask);
     // Room is taken before the first byte is overwritten, so that a full disk leaves the old content whole.
-    return (file.isOpen() && file.reserve(content.size()) && file.write(content) &&
-            file.truncate(content.size()) && file.sync() && file.close() &&
-            (!isNew || syncFolder(info.path()))) ||
+    const auto hasRoom = [&] {
+        return file.reserve(content.size()) || (isProtected && (errno == EOPNOTSUPP || errno == ENOSYS));
+    };
+    return (file.isOpen() && hasRoom() && file.write(content) && file.truncate(content.size()) &&
+            file.sync() && file.close() && (!isNew || syncFolder(info.path()))) ||
            fail();
 }

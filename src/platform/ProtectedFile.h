@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 #include <utility>
@@ -16,8 +17,13 @@
 class ProtectedFile
 {
 public:
-    /// Replays what an earlier run left unfinished for this path. If the file then differs from what is
-    /// replayed, it is copied aside first: somebody else may have written it since.
+    /// Replays what an earlier run left unfinished, for all files. To be called before any of them is read.
+    /// \return the copies that were made beside files of which there were two versions
+    static QStringList replayAll(const QString &stateFolder);
+
+    /// Replays what an earlier run left unfinished for this path. Where the file differs from that, it is
+    /// copied aside first, as by `keepCopy`; and where somebody else has clearly written it since, it stays
+    /// as it is, and what was left unfinished becomes the copy.
     ///
     /// \param path         the file; its folder is made when the file is first written
     /// \param stateFolder  where redo files are kept; made when needed
@@ -28,10 +34,16 @@ public:
     /// The whole content, also where it could only be kept in the redo file; nothing when the file is missing
     /// or cannot be read. An existing file that cannot be read is kept as by `keepCopy`.
     std::optional<QByteArray> read();
+    /// Why the file could not be read the last time although it is there, or may be where a link leads that
+    /// leads nowhere now, in the words of the operating system; otherwise empty.
+    const QString &readProblem() const { return unreadable; }
+    /// Whether somebody else has given the file another content since it was last read or written here.
+    bool isChangedByOthers() const { return isChangedByOthers(held); }
 
     /// Replaces the whole content. On false the content on disk is still the old one, or the new one is
     /// complete in the redo file. What the file holds already is written without a redo file, since an
-    /// interruption leaves the same bytes.
+    /// interruption leaves the same bytes; so is what there is room for in the file itself, where no redo
+    /// file can be made.
     bool write(QByteArrayView content);
     /// Why the last write failed, in the words of the operating system.
     const QString &errorString() const { return error; }
@@ -66,17 +78,20 @@ private:
     static Digest digestOf(QByteArrayView content);
 
     void replay();
+    bool isOvertaken(const QString &redo) const;
     State presentState() const;
     bool isChangedByOthers(const std::optional<Digest> &known) const;
+    QString nameOfCopy() const;
     bool copyAside();
-    bool writeRedo(QByteArrayView content, const Digest &digest);
-    bool writeInPlace(QByteArrayView content);
+    bool keepAside(QByteArrayView content);
+    bool writeInPlace(QByteArrayView content, bool isProtected);
     bool fail();
 
     QString filePath;
     QString stateFolder;
     QString redoPath;
     QString error;
+    QString unreadable;
     QString copiedTo;
     State lastSeen;
     std::optional<Digest> held; ///< what it held then; nothing when that is uncertain

@@ -6,6 +6,8 @@
 #include "taskfile/TaskRowReader.h"
 #include "taskfile/TaskRowWriter.h"
 
+#include <QTimeZone>
+
 using namespace Qt::StringLiterals;
 
 TaskListFile::TaskListFile(TaskManager &taskManager, const QString &documentsFolder,
@@ -23,12 +25,20 @@ QByteArray TaskListFile::text()
     TaskRowWriter writer(separatorFieldsFile, separatorRowsFile);
     QByteArray rows;
     rows.reserve(tasks.size() * usualRow);
+    QList<qsizetype> ends;
+    ends.reserve(tasks.size());
+    rowTexts.useOnlyFor(QTimeZone::systemTimeZoneId() + (invertedColors ? " inverted" : ""));
     for (const SharedTask &entry : tasks) {
         color = storedOrHeld(entry->color, invertedColors);
         if (invertedColors)
             diagnostics::line("Inverted -> Switch to original");
-        writer.append(rows, *entry, color);
+        if (const QByteArrayView known = rowTexts.find(entry); !known.isEmpty())
+            rows += known;
+        else
+            writer.append(rows, *entry, color);
+        ends.append(rows.size());
     }
+    rowTexts.keep(tasks, rows, std::move(ends));
     return rows;
 }
 
@@ -36,7 +46,7 @@ bool TaskListFile::writeFile()
 {
     const QByteArray rows = text();
     if (file) {
-        lastWriteFailed = !file->write(rows);
+        lastWriteFailed = !readProblem().isEmpty() || !file->write(rows);
         if (lastWriteFailed) {
             diagnostics::line("Error");
             return false;
@@ -118,4 +128,56 @@ void TaskListFile::followAppearance()
         manager.invertColors();
         invertedColors = isDark;
     }
+}
+
+bool TaskListFile::followFile()
+{
+    if (!file)
+        return false;
+    if (!readProblem().isEmpty())
+        return putTogether();
+    if (lastWriteFailed || !file->isChangedByOthers())
+        return false; // when the list is written, the other content is copied aside
+    const std::optional<QString> text = read();
+    if (!text || text->isEmpty()) // whoever writes it may have only begun
+        return false;
+    manager.load([&] { parseFile(*text); });
+    return true;
+}
+
+bool TaskListFile::putTogether()
+{
+    const std::optional<QString> text = read();
+    if (!readProblem().isEmpty())
+        return false;
+    const TaskList added = manager.workingList();
+    if (text)
+        manager.load([&] {
+            parseFile(*text);
+            addAgain(added);
+        });
+    writeFile();
+    return true;
+}
+
+/// What has been done to the list while its file could not be read is newer than the file.
+void TaskListFile::addAgain(const TaskList &tasks)
+{
+    QHash<QString, qint64> places;
+    for (const SharedTask &entry : manager.tasks())
+        places.insert(entry->key, places.size());
+    for (const SharedTask &entry : tasks) {
+        const auto place = places.constFind(entry->key);
+        if (place == places.cend()) {
+            manager.addTask(*entry);
+            continue;
+        }
+        manager.select(*place);
+        manager.editSelectedTask(*entry);
+        if (entry->hidden)
+            manager.hideSelectedTask();
+        else
+            manager.unhideSelectedTask();
+    }
+    manager.setListAside();
 }

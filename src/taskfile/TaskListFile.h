@@ -1,7 +1,9 @@
 #pragma once
 
+#include "model/task.h"
 #include "platform/Color.h"
 #include "platform/TextFile.h"
+#include "taskfile/RowTexts.h"
 
 #include <QString>
 #include <QStringView>
@@ -14,7 +16,8 @@ class TaskRowReader;
 /// The file "zandulist.txt" in the documents folder, which holds the whole task list.
 ///
 /// The file always holds the colours of the light appearance, whatever appearance the list in memory is held
-/// for. A file with rows that cannot be taken is copied aside before it is overwritten.
+/// for. A file with rows that cannot be taken is copied aside before it is overwritten; one that is there but
+/// cannot be read is not overwritten at all: what the list holds is added to it once it can be read.
 class TaskListFile
 {
 public:
@@ -27,7 +30,9 @@ public:
     /// Whether the file holds the list, as far as it was to be written.
     bool isSaved() const { return !lastWriteFailed; }
     /// Why the last write failed, in the words of the operating system.
-    QString problem() const { return file ? file->errorString() : QString(); }
+    QString problem() const { return readProblem().isEmpty() && file ? file->errorString() : readProblem(); }
+    /// Why the file could not be read although it is there; empty when it could.
+    QString readProblem() const { return file ? file->readProblem() : QString(); }
     /// What the file holds once the list is written: its whole text in UTF-8.
     QByteArray text();
     QString path() const { return file ? file->path() : QString(); }
@@ -44,8 +49,14 @@ public:
     /// cannot be or the last write failed, in place. An active search is applied again and the same task
     /// stays selected.
     void followAppearance();
+    /// Takes over what another program has written, as `followAppearance` does, unless the list itself is not
+    /// in the file yet; and puts list and file together, by their keys, when the file can be read at last.
+    /// False when the list stays as it is.
+    bool followFile();
 
 private:
+    bool putTogether();
+    void addAgain(const TaskList &tasks);
     std::optional<QString> read();
     void parseRow(qsizetype number, QStringView row, TaskRowReader &reader, bool isDark);
 
@@ -56,6 +67,7 @@ private:
 
     TaskManager &manager;
     std::optional<TextFile> file;
+    RowTexts rowTexts;
     bool lastWriteFailed = false;
     qsizetype skipped = 0;
 };
