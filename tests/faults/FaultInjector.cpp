@@ -1,0 +1,128 @@
+#include "FaultInjector.h"
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+bool isArmed = false;
+int step = 0;
+int wrongStep = 0;
+faultInjector::Fault fault;
+int wrongError = 0;
+
+template <typename Function>
+Function *original(const char *name)
+{
+    return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
+}
+
+/// True when the call is to fail.
+bool goesWrong(const char *name, const auto &half)
+{
+    if (!isArmed)
+        return false;
+    if (wrongStep < 0)
+        std::fprintf(stderr, "%s ", name);
+    const int present = step++;
+    const bool isFull = fault == faultInjector::Fault::Full && present > wrongStep && wrongStep >= 0;
+    if (present != wrongStep && !isFull)
+        return false;
+    if (present == wrongStep && fault != faultInjector::Fault::Once)
+        half();
+    if (fault == faultInjector::Fault::Kill)
+        _exit(faultInjector::killed);
+    errno = wrongError;
+    return true;
+}
+
+constexpr auto nothing = [] {
+};
+
+} // namespace
+
+void faultInjector::arm(int atStep, Fault which, int error)
+{
+    step = 0;
+    wrongStep = atStep;
+    fault = which;
+    wrongError = error;
+    isArmed = true;
+}
+
+void faultInjector::disarm()
+{
+    isArmed = false;
+}
+
+// Standard output is written by another thread, at any time.
+#define REPLACE_WRITE(name, Offset)                                                                          \
+    ssize_t name(int file, const void *bytes, size_t size, Offset offset)                                    \
+    {                                                                                                        \
+        static auto *real = original<ssize_t(int, const void *, size_t, Offset)>(#name);                     \
+        const auto half = [&] {                                                                              \
+            real(file, bytes, size / 2, offset);                                                             \
+        };                                                                                                   \
+        return goesWrong(#name, half) ? -1 : real(file, bytes, size, offset);                                \
+    }
+#define REPLACE_OPEN(name)                                                                                   \
+    int name(const char *path, int flags, ...)                                                               \
+    {                                                                                                        \
+        static auto *real = original<int(const char *, int, ...)>(#name);                                    \
+        va_list rest;                                                                                        \
+        va_start(rest, flags);                                                                               \
+        const mode_t mode = flags & O_CREAT ? va_arg(rest, mode_t) : 0;                                      \
+        va_end(rest);                                                                                        \
+        const bool changes = (flags & O_ACCMODE) != O_RDONLY;                                                \
+        return changes && goesWrong(#name, nothing) ? -1 : real(path, flags, mode);                          \
+    }
+#define REPLACE(name, Parameters, Arguments)                                                                 \
+    int name Parameters noexcept                                                                             \
+    {                                                                                                        \
+        static auto *real = original<int Parameters>(#name);                                                 \
+        return goesWrong(#name, nothing) ? -1 : real Arguments;                                              \
+    }
+
+extern "C" {
+
+ssize_t write(int file, const void *bytes, size_t size)
+{
+    static auto *real = original<ssize_t(int, const void *, size_t)>("write");
+    const auto half = [&] {
+        real(file, bytes, size / 2);
+    };
+    return file > STDERR_FILENO && goesWrong("write", half) ? -1 : real(file, bytes, size);
+}
+
+int fsync(int file)
+{
+    static auto *real = original<int(int)>("fsync");
+    return goesWrong("fsync", nothing) ? -1 : real(file);
+}
+
+int fdatasync(int file)
+{
+    static auto *real = original<int(int)>("fdatasync");
+    return goesWrong("fdatasync", nothing) ? -1 : real(file);
+}
+
+REPLACE_WRITE(pwrite, off_t)
+REPLACE_WRITE(pwrite64, off64_t)
+REPLACE_OPEN(open)
+REPLACE_OPEN(open64)
+REPLACE(ftruncate, (int file, off_t size), (file, size))
+REPLACE(ftruncate64, (int file, off64_t size), (file, size))
+REPLACE(rename, (const char *from, const char *to), (from, to))
+REPLACE(unlink, (const char *path), (path))
+
+int fallocate(int file, int mode, off_t start, off_t size)
+{
+    static auto *real = original<int(int, int, off_t, off_t)>("fallocate");
+    return goesWrong("fallocate", nothing) ? -1 : real(file, mode, start, size);
+}
+
+} // extern "C"

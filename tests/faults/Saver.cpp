@@ -1,0 +1,88 @@
+#include "FaultInjector.h"
+#include "contacts/Contact.h"
+#include "contacts/PersistentContainer.h"
+#include "model/TaskManager.h"
+#include "platform/Preferences.h"
+#include "platform/ProtectedFile.h"
+#include "taskfile/TaskListFile.h"
+
+#include <QCoreApplication>
+
+#include <cerrno>
+#include <map>
+
+using namespace Qt::StringLiterals;
+
+// Saves one of the program's files while something goes wrong: `saver list|text|preferences|contacts FOLDER
+// STEP kill|full|EIO|EINTR|ENOSPC [TEXT]`. With the name of an error one call fails once, and what was not
+// saved then is saved again. Ends with 0 when all was saved, 1 when that has failed, 9 when it was killed.
+
+namespace {
+
+int step = 0;
+faultInjector::Fault fault;
+int error = 0;
+
+/// Whether it saves; with a passing fault, at the second attempt.
+int attempt(const auto &save)
+{
+    faultInjector::arm(step, fault, error);
+    const bool isSaved = save() || (fault == faultInjector::Fault::Once && save());
+    faultInjector::disarm();
+    return isSaved ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+int saveList(const QString &folder)
+{
+    Preferences preferences(folder + u"/none.ini"_s);
+    TaskManager manager(preferences);
+    TaskListFile file(manager, folder, folder + u"/state"_s);
+    file.parseFile(file.readFile());
+    manager.addTask({.key = u"new"_s, .name = u"new"_s});
+    return attempt([&] { return file.writeFile(); });
+}
+
+int saveText(const QString &folder, const QByteArray &text)
+{
+    ProtectedFile file(folder + u"/documents/list.txt"_s, folder + u"/state"_s);
+    file.read();
+    return attempt([&] { return file.write(text); });
+}
+
+int savePreferences(const QString &folder)
+{
+    Preferences preferences(folder + u"/preferences.ini"_s);
+    return attempt([&] { return preferences.store({{u"account"_s, u"new"_s}, {u"secret"_s, u"new"_s}}); });
+}
+
+int saveContacts(const QString &folder)
+{
+    PersistentContainer container(contactModel(), folder);
+    container.loadPersistentStores();
+    for (const ManagedObject &object : container.viewContext().fetch(Clients::fetchRequest()))
+        for (const auto attribute : {Contact::Name, Contact::PhoneNo})
+            Contact(object).setValue(attribute, u"new"_s);
+    return attempt([&] { return container.viewContext().save(); });
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() < 5)
+        return EXIT_FAILURE;
+    const std::map<QString, int> errors{{u"EIO"_s, EIO}, {u"EINTR"_s, EINTR}, {u"ENOSPC"_s, ENOSPC}};
+    const QString &what = arguments[1];
+    const QString &how = arguments[4];
+    step = arguments[3].toInt();
+    fault = how == u"kill"   ? faultInjector::Fault::Kill
+            : how == u"full" ? faultInjector::Fault::Full
+                             : faultInjector::Fault::Once;
+    error = errors.contains(how) ? errors.at(how) : ENOSPC;
+    return what == u"list"          ? saveList(arguments[2])
+           : what == u"text"        ? saveText(arguments[2], arguments.value(5).toUtf8())
+           : what == u"preferences" ? savePreferences(arguments[2])
+                                    : saveContacts(arguments[2]);
+}
