@@ -113,6 +113,39 @@ BENCHMARK(durableWriteYardstick)
     ->Unit(benchmark::kMicrosecond)
     ->UseRealTime();
 
+/// A command on the selected task in the real window, until the list is in its file and the table is painted.
+void command(benchmark::State &state)
+{
+    const QTemporaryDir folder(QDir::currentPath() + u"/bench-XXXXXX"_s);
+    NotificationCenter systemNotices;
+    TaskManager manager(preferences());
+    loadSample(manager, state.range(0));
+    Program program(manager, systemNotices, {folder.path(), folder.path(), folder.path(), folder.path()});
+    loadSample(manager, state.range(0)); // the folder has no file to read the list from
+    program.applicationNotices().post(notice::reload);
+    QWidget &window = program.mainWindow();
+    window.show();
+    auto *table = window.findChild<QTableView *>(u"tblView"_s);
+    auto *hide = window.findChild<QAction *>(u"actionHide"_s);
+    QApplication::processEvents();
+    for (auto _ : state) {
+        state.PauseTiming();
+        table->selectRow(int(state.iterations() % 100));
+        QApplication::processEvents();
+        diagnostics::drain();
+        state.ResumeTiming();
+        hide->trigger();
+        table->viewport()->repaint();
+    }
+    diagnostics::drain();
+}
+BENCHMARK(command)
+    ->RangeMultiplier(10)
+    ->Range(fewest, most)
+    ->Arg(416'000)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+
 /// One more letter in the search field of the real window, until the table is painted.
 void searchKeystroke(benchmark::State &state)
 {
