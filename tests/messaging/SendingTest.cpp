@@ -170,8 +170,13 @@ private slots:
                 [&] { return office.server.requests().size() == messages && !office.runs.current(); },
                 20'000);
         };
-        office.press("sendMsgClients");
-        QVERIFY(areReceived(3));
+        auto &button = office.child<QPushButton>("sendMsgClients");
+        QVERIFY(QTest::qWaitForWindowActive(office.screen.get()));
+        for (const bool isHeldDown : {false, true}) {
+            QTest::simulateEvent(&button, true, Qt::Key_L, Qt::AltModifier, u"l"_s, isHeldDown, 0);
+            QCOMPARE(button.isDown(), !isHeldDown);
+            QVERIFY(areReceived(3));
+        }
         QApplication::setDoubleClickInterval(3'600'000);
         office.press("sendMsgClients"); // the second press of a double click
         QVERIFY(!office.runs.current());
@@ -186,6 +191,36 @@ private slots:
         office.account.preferences.store({{messagingKey::messageTitle, u"Another"_s}});
         office.press("sendMsgClients");
         QVERIFY(areReceived(9));
+    }
+
+    void contactsAreTheNewest()
+    {
+        Office office;
+        office.select("clientsTable", {0, 2, 3});
+        PersistentContainer elsewhere(contactModel(), office.folder.path());
+        elsewhere.loadPersistentStores();
+        ObjectContext &context = elsewhere.viewContext();
+        std::vector<ManagedObject> clients = context.fetch(Clients::fetchRequest());
+        clients[2].setValue(Contact::PhoneNo, u"+33"_s);
+        context.deleteObject(clients[1]);
+        QVERIFY(context.save());
+        office.press("sendMsgClients");
+        QTRY_COMPARE_WITH_TIMEOUT(office.server.requests().size(), 6, 20'000);
+        QVERIFY(office.child<QCheckBox>("allClients").isChecked());
+
+        context.deleteObject(clients[2]);
+        QVERIFY(context.save());
+        QVERIFY(office.waitFor(u"2 buttons"_s));
+        const AlertAnswer alert(u"OK"_s);
+        office.press("sendMsgClients");
+        QVERIFY(
+            alert.informativeText.startsWith(u"No longer among the contacts: ann. Nothing has been sent."));
+        QVERIFY(!office.runs.current() || !office.runs.current()->progress().isSending);
+        office.press("sendMsgClients");
+        const QStringList received = office.received();
+        QCOMPARE(received.filter(u"+1: "_s).size(), 6);
+        QCOMPARE(received.filter(u"+33: "_s).size(), 3);
+        QCOMPARE(received.size(), 9);
     }
 
     void buttonsNeedAnAccount()
@@ -337,6 +372,7 @@ private slots:
         }
         answers.release(9);
         QCOMPARE(office.received().size(), 25);
+        QVERIFY(office.shown().endsWith(u": Steps Performed:1 Schedules Sent:1"));
         office.openScreen();
         QVERIFY(office.shown().startsWith(u"2 buttons, still") && office.shown().endsWith(u": ")); // no run
     }
