@@ -201,7 +201,7 @@ bool ViewControllerSending::areContactsNewest()
 
 void ViewControllerSending::send(RecipientKind kind, const QTableView &table, const ContactTable &contacts)
 {
-    // The second press of a double click, or of a key that is held down.
+    // The second press of a double click.
     const bool isRepeated = lastPress.isValid() && lastPress.elapsed() < QApplication::doubleClickInterval();
     lastPress.start();
     if (isRepeated)

@@ -239,18 +239,22 @@ private slots:
 
     void pausesAsLongAsIsSet()
     {
+        CapturedOutput output;
         Account account;
         for (const auto &[set, paused] :
              {std::pair(-5, 0), {300, 300}, {4'294'967, 4'294'967}, {4'294'968, 4'294'967}}) {
             account.preferences.store({{messagingKey::delay, set}});
             QCOMPARE(delayAfterMessage(account.preferences).count(), paused);
         }
-        account.preferences.store({{messagingKey::delay, 300}, {messagingKey::accountId, u"no address"_s}});
-        GatewayClient gateway({});
+        account.preferences.store({{messagingKey::delay, 150}});
+        const HttpsServer server(created);
+        GatewayClient gateway(addressOf(server));
         QElapsedTimer timer;
         timer.start();
-        sendTextMessage(u"x"_s, u"1"_s, account.preferences, gateway);
-        QVERIFY(timer.elapsed() >= 300);
+        for (const QString &number : {u"1"_s, u"1"_s, u"2"_s})
+            sendTextMessage(u"x"_s, number, account.preferences, gateway);
+        QVERIFY(timer.elapsed() >= 450 && gateway.drain() == 0 && gateway.finish(20s));
+        QCOMPARE(server.requests().size(), 3);
     }
 };
 
