@@ -2,12 +2,14 @@
 
 #include "platform/Diagnostics.h"
 
+#include <QHash>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -67,8 +69,10 @@ private:
 std::vector<ManagedObject> ObjectContext::fetch(const FetchRequest &request)
 {
     Records &records = recordsOf[&request.entity];
+    if (!version)
+        version = storeVersion(); // before the records, which may be newer then but not older
     if (!records.fetched)
-        records.stored = read(request.entity);
+        records.stored = read(request.entity).value_or(std::deque<Record>());
     records.fetched = true;
     std::vector<ManagedObject> objects;
     objects.reserve(records.stored.size() + records.added.size());
@@ -79,15 +83,70 @@ std::vector<ManagedObject> ObjectContext::fetch(const FetchRequest &request)
     return objects;
 }
 
-std::deque<ObjectContext::Record> ObjectContext::read(const Entity &entity) const
+/// A number that changes when another connection has changed the store; none when that cannot be told.
+std::optional<qint64> ObjectContext::storeVersion() const
 {
     const QSqlDatabase database = QSqlDatabase::database(connection, false);
     if (!database.isOpen())
-        return {};
+        return std::nullopt;
+    QSqlQuery query(database);
+    return query.exec(u"PRAGMA data_version"_s) && query.next() ? std::optional(query.value(0).toLongLong())
+                                                                : std::nullopt;
+}
+
+ObjectContext::Refresh ObjectContext::refresh()
+{
+    if (!QSqlDatabase::database(connection, false).isOpen())
+        return Refresh::Unchanged; // there is no store
+    const std::optional<qint64> newVersion = storeVersion();
+    if (!newVersion)
+        return Refresh::Failed;
+    if (newVersion == version)
+        return Refresh::Unchanged;
+    std::map<Records *, std::deque<Record>> newest;
+    for (auto &[entity, records] : recordsOf) {
+        if (!records.fetched)
+            continue;
+        std::optional<std::deque<Record>> stored = read(*entity);
+        if (!stored)
+            return Refresh::Failed;
+        newest[&records] = std::move(*stored);
+    }
+    for (auto &[records, stored] : newest)
+        merge(*records, std::move(stored));
+    version = newVersion;
+    return Refresh::Changed;
+}
+
+void ObjectContext::merge(Records &records, std::deque<Record> newest)
+{
+    QHash<qint64, Record *> known;
+    for (std::deque<Record> *list : {&records.stored, &records.added})
+        for (Record &record : *list)
+            if (record.id != 0)
+                known.insert(record.id, &record);
+    for (Record &stored : newest) {
+        Record *record = known.take(stored.id);
+        if (!record)
+            records.added.push_back(std::move(stored));
+        else if (!record->isChanged)
+            record->values = std::move(stored.values);
+    }
+    for (Record *gone : std::as_const(known)) {
+        gone->id = 0;
+        gone->isDeleted |= !gone->isChanged;
+    }
+}
+
+std::optional<std::deque<ObjectContext::Record>> ObjectContext::read(const Entity &entity) const
+{
+    const QSqlDatabase database = QSqlDatabase::database(connection, false);
+    if (!database.isOpen())
+        return std::nullopt;
     QSqlQuery query(database);
     query.setForwardOnly(true);
     if (!query.exec(u"SELECT id, %1 FROM \"%2\" ORDER BY id"_s.arg(columns(entity, {}), entity.name)))
-        return {};
+        return std::nullopt;
     std::deque<Record> records;
     const int attributes = int(entity.attributes.size());
     while (query.next()) {
@@ -99,7 +158,7 @@ std::deque<ObjectContext::Record> ObjectContext::read(const Entity &entity) cons
         }
     }
     if (query.lastError().isValid())
-        records.clear();
+        return std::nullopt;
     return records;
 }
 
