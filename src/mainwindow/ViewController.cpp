@@ -154,7 +154,7 @@ void ViewController::showEvent(QShowEvent *event)
 
 void ViewController::closeEvent(QCloseEvent *event)
 {
-    if (!closeScreens() || !fileBanners.mayQuit() || !cloudStatus.mayQuit()) {
+    if (!cloudStatus.mayQuit() || !closeScreens() || !fileBanners.mayQuit()) {
         event->ignore();
         return;
     }

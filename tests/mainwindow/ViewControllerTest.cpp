@@ -250,10 +250,13 @@ private slots:
         QCOMPARE(status->text(), u"4 tasks were copied to the cloud."_s);
         copy->trigger();
         QTest::keyClick(table, Qt::Key_Escape);
-        QTRY_COMPARE(status->text(), u"Stopped: 0 of 4 tasks were copied to the cloud."_s);
+        QTRY_VERIFY(copy->isEnabled());
+        QCOMPARE(status->text(), u"Stopped: 0 of 4 tasks were copied to the cloud."_s);
         copy->trigger();
         QVERIFY(!window->close()); // before the copy has ended
+        QVERIFY(window->findChild<QLabel *>(u"cloudProgressLabel"_s)->text().startsWith(u"Quorvane quits"));
         QTRY_VERIFY(!window->isVisible());
+        QCOMPARE(status->text(), u"4 tasks were copied to the cloud."_s);
     }
 
     void closesATaskOnceWithASound()
