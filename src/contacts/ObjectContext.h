@@ -47,6 +47,8 @@ public:
     void deleteObject(const ManagedObject &object);
     /// Commits all changes in one transaction. On false the store is as it was and the changes are kept.
     bool save();
+    /// Why the last save failed.
+    const QString &errorString() const { return error; }
 
     const QString &connectionName() const { return connection; }
 
@@ -71,11 +73,12 @@ private:
 
     std::deque<Record> read(const Entity &entity) const;
     bool write(const QSqlDatabase &database, NewIds &newIds);
-    static bool write(const QSqlDatabase &database, const Entity &entity, Records &records, NewIds &newIds);
+    bool write(const QSqlDatabase &database, const Entity &entity, Records &records, NewIds &newIds);
     bool hasChanges() const;
     void settle(const NewIds &newIds);
 
     QString connection;
+    QString error;
     std::map<const Entity *, Records> recordsOf;
 };
 

@@ -17,18 +17,11 @@
 
 using namespace Qt::StringLiterals;
 
-static std::unique_ptr<Ui::ViewController> setUpUi(QMainWindow &window)
-{
-    auto ui = std::make_unique<Ui::ViewController>();
-    ui->setupUi(&window);
-    return ui;
-}
-
 ViewController::ViewController(TaskManager &taskManager, NotificationCenter &applicationNotices,
                                NotificationCenter &desktopNotices, Screens &furtherScreens,
                                CloudSync &cloudSync, const QString &documentsFolder,
                                const QString &stateFolder)
-    : ui(setUpUi(*this))
+    : ui(setUpForm<Ui::ViewController>(*this))
     , taskCommands(*ui)
     , manager(taskManager)
     , notices(applicationNotices)

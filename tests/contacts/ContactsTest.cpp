@@ -6,6 +6,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QHeaderView>
+#include <QLabel>
 #include <QPushButton>
 #include <QSqlDatabase>
 #include <QSqlQuery>
@@ -104,6 +105,12 @@ private slots:
                 QCOMPARE(screen.isVisible(), answer == u"Cancel");
             }
             QCOMPARE(contentOf(path), before);
+            const QString told = screen.findChild<QFrame *>(u"banner"_s)->findChild<QLabel *>()->text();
+            QVERIFY2(told.contains(path) && told.contains(reason), qPrintable(told));
+            QFile::remove(path);
+            screen.show();
+            screen.okpressed(nullptr); // makes a new store
+            QCOMPARE(stored(home->path()), u"-=- "_s);
         }
     }
 

@@ -9,7 +9,10 @@
 #include "widgets/ColorWell.h"
 #include "widgets/Palettes.h"
 
+#include <QDesktopServices>
+#include <QDialogButtonBox>
 #include <QDir>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -23,7 +26,11 @@ class ToolsTest : public QObject
 {
     Q_OBJECT
 
+public slots:
+    void openFolder(const QUrl &folderUrl) { opened = folderUrl; }
+
 private slots:
+    void initTestCase() { QDesktopServices::setUrlHandler(u"file"_s, this, "openFolder"); }
     void init()
     {
         whiteboard.reset();
@@ -32,6 +39,7 @@ private slots:
         QDir::setCurrent(folder->path());
         pen = {};
     }
+    void cleanupTestCase() { QDesktopServices::unsetUrlHandler(u"file"_s); }
     void cleanup() { QApplication::setPalette(palettes::light()); }
 
     void notesAreKept()
@@ -48,8 +56,13 @@ private slots:
             if (!before.isEmpty())
                 writeTo(notesPath(), before);
             QTest::keyClicks(&openNotes(), QString::fromUtf8(typed));
+            const bool isCopied = !before.isEmpty() && after.isEmpty();
+            QCOMPARE(told(*notes).startsWith(notesPath() + u" could not be read"_s), isCopied);
+            const AlertAnswer news(u"Show"_s);
             notes->close();
             QCOMPARE(contentOf(notesPath()), after);
+            QCOMPARE(news.informativeText.contains(u".damaged-"), isCopied);
+            QCOMPARE(std::exchange(opened, {}), isCopied ? QUrl::fromLocalFile(folder->path()) : QUrl());
             QCOMPARE(copiesIn(folder->path()).join(), after.isEmpty() ? before : QByteArray());
         }
     }
@@ -73,23 +86,26 @@ private slots:
     void notesSurviveAFullDisk()
     {
         QPlainTextEdit &text = openNotes();
-        const auto isTold = [this] {
-            return notes->findChild<QFrame *>(u"banner"_s)->isVisible();
-        };
         text.insertPlainText(u"before"_s);
         notes->tick(nullptr);
         text.insertPlainText(u"x"_s.repeated(5000));
         {
             const FullDisk full(1000);
             notes->tick(nullptr);
-            QVERIFY(isTold());
+            QVERIFY(told(*notes).startsWith(u"The notes could not be saved to "_s + notesPath()));
             const AlertAnswer answer(u"Cancel"_s);
             notes->close();
             QVERIFY(answer.wasShown() && notes->isVisible());
         }
         QCOMPARE(contentOf(notesPath()), "before");
+        QTimer::singleShot(0, qApp, [] {
+            auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+            dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Save)->click();
+        });
+        choose(*notes, u"Save a &Copy As…"_s);
+        QCOMPARE(contentOf(folder->filePath(u"zandunotes-copy.txt"_s)).size(), 5006);
         notes->tick(nullptr);
-        QVERIFY(!isTold());
+        QCOMPARE(told(*notes), QString());
         QCOMPARE(contentOf(notesPath()).size(), 5006);
     }
 
@@ -251,8 +267,14 @@ private slots:
         {
             const FullDisk full(100);
             drag({{100, 200}, {200, 200}});
+            const AlertAnswer answer(u"Cancel"_s);
+            whiteboard->close();
+            QVERIFY(answer.wasShown() && whiteboard->isVisible());
         }
         QCOMPARE(contentOf(picturePath()), good);
+        QVERIFY(told(*whiteboard).startsWith(u"The whiteboard could not be saved to "_s + picturePath()));
+        choose(*whiteboard, u"&Try Again"_s);
+        QCOMPARE(told(*whiteboard), QString());
         drag({{100, 300}, {200, 300}});
         QCOMPARE(filed({{150, 100}, {150, 200}, {150, 300}}), u"kkk"_s);
     }
@@ -262,7 +284,11 @@ private slots:
         open().close();
         const QByteArray half = contentOf(picturePath()).first(300);
         writeTo(picturePath(), half);
-        open().close();
+        open();
+        drag({{100, 100}, {200, 100}});
+        QVERIFY(told(*whiteboard).contains(u".damaged-"));
+        choose(*whiteboard, u"&Dismiss"_s);
+        QCOMPARE(told(*whiteboard), QString());
         QCOMPARE(copiesIn(folder->path()).join(), half);
         QCOMPARE(QImage(picturePath()).size(), line().size());
         QDir::setCurrent(u"/proc"_s); // where nobody can make a file
@@ -287,6 +313,23 @@ private:
         return found;
     }
     QString filed(const QList<QPoint> &places) const { return colors(QImage(picturePath()), places); }
+
+    /// What stands in the window's banners.
+    static QString told(const QWidget &window)
+    {
+        QString texts;
+        for (const auto *banner : window.findChildren<QFrame *>(u"banner"_s))
+            if (banner->isVisible())
+                texts += banner->findChild<QLabel *>()->text();
+        return texts;
+    }
+
+    static void choose(const QWidget &window, const QString &choice)
+    {
+        for (auto *button : window.findChildren<QPushButton *>())
+            if (button->isVisible() && button->text() == choice)
+                QTest::mouseClick(button, Qt::LeftButton);
+    }
 
     QPlainTextEdit &openNotes()
     {
@@ -317,6 +360,7 @@ private:
     void drag(const QList<QPoint> &points) const { dragMouse(line(), points); }
 
     std::unique_ptr<QTemporaryDir> folder;
+    QUrl opened;
     QWidget mainWindow;
     WhiteboardPen pen;
     ColorPanel colorPanel;
