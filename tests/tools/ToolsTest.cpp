@@ -182,9 +182,16 @@ private slots:
     /// Also run on a display of another scale.
     void theFileIsWhatTheDisplayShows()
     {
+        pen.lineColor = {1.0, 0.0, 0.0, 0.5};
         ViewControllerWhiteboard &board = open();
-        drag({{100, 100}, {205, 151}, {130, 230}});
+        QTest::mousePress(&line(), Qt::LeftButton, {}, {100, 100});
+        for (const QPoint point : {QPoint(205, 151), QPoint(130, 230)})
+            move(point, Qt::LeftButton);
+        const QImage drawn = board.grab().toImage();
+        QTest::mouseRelease(&line(), Qt::LeftButton, {}, {130, 230});
+        QCOMPARE(board.grab().toImage(), drawn);
         QTest::mousePress(&line(), Qt::LeftButton, {}, {1, 1}); // the layer above is empty again
+        QCOMPARE(board.grab().toImage(), drawn);
         const QImage picture = QImage(picturePath()).convertToFormat(QImage::Format_RGB32);
         QCOMPARE(picture.size(), line().size() * board.devicePixelRatioF());
         const QImage shown = board.grab().toImage().convertToFormat(QImage::Format_RGB32);
