@@ -65,16 +65,30 @@ void PickerField::setUnreadable(bool unreadable)
         note->setBackgroundRole(QPalette::ToolTipBase);
         note->setFrameShape(QFrame::Box);
         note->setMargin(4);
+        window()->installEventFilter(this);
     }
     note->setText(explanation());
-    // Below the field, as far as the window has room.
+    placeNote();
+    note->show();
+}
+
+/// Below the field, as far as the window has room.
+void PickerField::placeNote()
+{
     constexpr int widest = 320;
     const QPoint corner = mapTo(window(), rect().bottomLeft());
     note->setFixedWidth(std::min(widest, window()->width()));
     note->adjustSize();
     note->move(std::clamp(corner.x(), 0, std::max(0, window()->width() - note->width())), corner.y() + 2);
     note->raise();
-    note->show();
+}
+
+/// The note follows the field when the window is laid out anew.
+bool PickerField::eventFilter(QObject *watched, QEvent *event)
+{
+    if (note && (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest))
+        placeNote();
+    return QLineEdit::eventFilter(watched, event);
 }
 
 bool PickerField::event(QEvent *event)

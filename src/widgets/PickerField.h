@@ -32,6 +32,7 @@ protected:
     void showValue();
 
     bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void hideEvent(QHideEvent *event) override;
@@ -41,6 +42,7 @@ protected:
 private:
     void complain();
     void setUnreadable(bool unreadable);
+    void placeNote();
 
     QPointer<QLabel> note; ///< the sentence below the field
     bool isTyped = false;

@@ -13,6 +13,7 @@
 
 #include <QColorDialog>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -210,6 +211,24 @@ private slots:
         QVERIFY(well() == Color(0.25, 0.0, 1.0, 0.5) && text() == white);
         appearance.set(false, systemNotices);
         QVERIFY(well() == Color(0.75, 1.0, 0.0, 0.5) && text() == black);
+    }
+
+    void theNoteOnAnUnreadableDateStaysBelowIt()
+    {
+        openAdd();
+        form->resize(1000, 613);
+        auto &picker = child<DatePicker>("dtTaskDate");
+        picker.selectAll();
+        QTest::keyClicks(&picker, u"soon"_s);
+        QTest::keyClick(&picker, Qt::Key_Return);
+        const auto below = [&] {
+            return picker.mapTo(form.get(), picker.rect().bottomLeft());
+        };
+        const QPoint distance = child<QLabel>("note").pos() - below();
+        const QPoint before = below();
+        form->resize(1100, 613);
+        QVERIFY(below() != before);
+        QCOMPARE(child<QLabel>("note").pos() - below(), distance);
     }
 
     void resetBringsTheTaskBack()
