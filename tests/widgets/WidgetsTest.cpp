@@ -1,10 +1,14 @@
 #include "support/Dialogs.h"
 #include "support/ScratchHome.h"
 #include "support/TestProgram.h"
+#include "widgets/ColorWell.h"
+#include "widgets/DatePicker.h"
 #include "widgets/Screen.h"
 #include "widgets/SharingServicePicker.h"
+#include "widgets/WheelGuard.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -13,6 +17,7 @@
 #include <QTimer>
 #include <QUrl>
 #include <QUrlQuery>
+#include <QWheelEvent>
 
 using namespace Qt::StringLiterals;
 
@@ -123,6 +128,41 @@ private slots:
         QCOMPARE(std::pair(screen.came, screen.went), std::pair(4, 2));
     }
 
+    void aClickOnTheWellOfTheOpenPanelLeavesItActive()
+    {
+        QWidget window;
+        ColorPanel panel;
+        ColorWell well(&window);
+        well.setPanel(panel);
+        window.show();
+        well.click();
+        const QImage active = well.grab().toImage();
+        well.click();
+        QCOMPARE(well.grab().toImage(), active);
+        panel.orderOut();
+        QVERIFY(well.grab().toImage() != active);
+    }
+
+    void theWheelChangesNoFieldWithoutTheFocus()
+    {
+        WheelGuard guard;
+        qApp->installEventFilter(&guard);
+        QWidget window;
+        QComboBox box(&window);
+        box.addItems({u"a"_s, u"b"_s});
+        DatePicker picker(&window);
+        const Instant before = picker.moment();
+        window.show();
+        for (QWidget *field : std::initializer_list<QWidget *>{&box, &picker}) {
+            field->clearFocus();
+            QWheelEvent turn({5, 5}, field->mapToGlobal(QPointF(5, 5)), {}, {0, -120}, {}, {},
+                             Qt::NoScrollPhase, false);
+            QCoreApplication::sendEvent(field, &turn);
+        }
+        QCOMPARE(box.currentIndex(), 0);
+        QVERIFY(picker.moment() == before);
+    }
+
     void aFileThatCannotBeWrittenIsToldOf()
     {
         Sharing sharing;
@@ -132,7 +172,7 @@ private slots:
             suggested = QFileInfo(dialog->selectedFiles().value(0)).fileName();
             // Files of the kernel's cannot be made; not even by root.
             dialog->setDirectory(u"/sys"_s);
-            dialog->selectFile(u"task.txt"_s);
+            dialog->selectFile(u"task"_s); // gets its suffix
             dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Save)->click();
         });
         sharing.by(u"Save"_s);
