@@ -1,6 +1,7 @@
 #include "mainwindow/ViewController.h"
 
 #include "app/UIUtil.h"
+#include "mainwindow/CommandKeys.h"
 #include "mainwindow/GuideProgram.h"
 #include "mainwindow/Screens.h"
 #include "model/Appearance.h"
@@ -78,7 +79,7 @@ void ViewController::connectActions()
         ui->actionGuide->setText(u"Guide (not installed)"_s);
         ui->actionGuide->setEnabled(false);
     }
-    qApp->installEventFilter(this);
+    new CommandKeys(*ui->actionGuide, {ui->actionQuit, ui->actionAdd}, this);
     connectScreens();
     connect(&dayWatch, &DayWatch::dayMayHaveChanged, this, &ViewController::showToday);
     connect(ui->shareButton, &QToolButton::pressed, this, [this] { sharingTask(ui->shareButton); });
@@ -151,16 +152,6 @@ void ViewController::closeEvent(QCloseEvent *event)
     }
     windowShouldClose();
     event->accept();
-}
-
-/// Opens the guide from the other windows, modal ones too, which no shortcut of this window would reach.
-bool ViewController::eventFilter(QObject *receiver, QEvent *event)
-{
-    const auto *key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent *>(event) : nullptr;
-    const bool isForGuide = key && key->matches(QKeySequence::HelpContents) && !key->isAutoRepeat();
-    if (isForGuide)
-        ui->actionGuide->trigger();
-    return isForGuide || QMainWindow::eventFilter(receiver, event);
 }
 
 /// Closes the other windows; false when one of them stays open, since what is in it is not saved.

@@ -62,7 +62,6 @@ public slots:
 protected:
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
-    bool eventFilter(QObject *receiver, QEvent *event) override;
 
 private:
     void connectActions();
@@ -95,5 +94,5 @@ private:
     FileBanners fileBanners;
     TaskTable table;
     WindowState keptState;
-    DayWatch dayWatch;
+    DayWatch dayWatch{this};
 };

@@ -9,6 +9,8 @@
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QKeySequenceEdit>
+#include <QMenu>
 #include <QSignalSpy>
 #include <QTcpServer>
 
@@ -58,6 +60,14 @@ private slots:
         QTRY_COMPARE(ask(u"document.documentElement.className"_s).toString(), u"light"_s);
     }
 
+    void theWindowIsItsOwnAndHasNoMenuOfTheEngines()
+    {
+        QTRY_VERIFY(screen->windowTitle().startsWith(u"Guide – "_s));
+        QTest::mouseClick(view->focusProxy(), Qt::RightButton, {}, {50, 50});
+        ask(u"1"_s); // after it has dealt with the click
+        QVERIFY(view->findChildren<QMenu *>().isEmpty());
+    }
+
     void externalLinksOpenElsewhere()
     {
         QTcpServer elsewhere;
@@ -90,6 +100,15 @@ private slots:
         notices.post(notice::appearanceChanged);
         QStringList lines;
         QTRY_COMPARE((lines += output.takeLines()).join(u' '), u"light raise light raise dark"_s);
+    }
+
+    void keysOfCommandsReachTheMainWindow()
+    {
+        placeProgram("#!/bin/sh\necho loadURL; echo key Ctrl+Q; cat");
+        QKeySequenceEdit window; // takes the keys it is sent
+        GuideProgram program(notices, &window);
+        program.bringToFront();
+        QTRY_COMPARE(window.keySequence(), QKeySequence(Qt::CTRL | Qt::Key_Q));
     }
 
     void userLearnsWhyItIsNotShown()

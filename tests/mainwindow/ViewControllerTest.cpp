@@ -1,6 +1,7 @@
 #include "app/UIUtil.h"
 #include "mainwindow/TaskTable.h"
 #include "model/TaskManager.h"
+#include "platform/DayWatch.h"
 #include "platform/Preferences.h"
 #include "program/Program.h"
 #include "support/Dialogs.h"
@@ -192,6 +193,40 @@ private slots:
             if (screen != window)
                 delete screen;
         }
+    }
+
+    void commandsAnswerToTheirKeysInModalWindows()
+    {
+        selectRow(0);
+        press("edit");
+        auto *form = window->findChild<QDialog *>(u"ViewControllerEdit"_s);
+        QTest::keyClick(form, Qt::Key_N, Qt::ControlModifier);
+        auto *added = window->findChild<QDialog *>(u"ViewControllerAdd"_s);
+        QCOMPARE(QApplication::activeModalWidget(), added); // or it could not be used
+        QTest::keyClick(added, Qt::Key_Q, Qt::ControlModifier);
+        QVERIFY(!form->isVisible() && !added->isVisible() && !window->isVisible());
+    }
+
+    void screensKeepTheirSize()
+    {
+        for (const QSize size : {QSize(700, 500), QSize(701, 499)}) {
+            window->findChild<QAction *>(u"actionNotes"_s)->trigger();
+            auto *notes = window->findChild<QDialog *>(u"ViewControllerNotes"_s);
+            if (size.width() == 701)
+                QCOMPARE(notes->size(), QSize(700, 500));
+            notes->resize(size);
+            notes->close();
+            open();
+        }
+    }
+
+    void theViewOfTheDayFollowsTheDay()
+    {
+        chooseView(9);
+        manager->addTask({.key = u"n"_s, .due = Calendar::now()}); // as if its day had come
+        QCOMPARE(rows(), QString());
+        emit window->findChild<DayWatch *>()->dayMayHaveChanged();
+        QCOMPARE(rows(), u"n"_s);
     }
 
     void notesThatStayOpenKeepTheProgram()
