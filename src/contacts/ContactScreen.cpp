@@ -11,6 +11,10 @@ ContactScreen::ContactScreen(const QString &dataFolder, QWidget *parent)
     , report(*ui->mainLayout, [this] { return unsaved(); })
 {
     persistentContainer.loadPersistentStores();
+    if (const QString reason = persistentContainer.errorString(); !reason.isEmpty())
+        report.tell(true,
+                    {u"The contacts in %1 could not be read: %2."_s.arg(persistentContainer.path(), reason)},
+                    {});
     managedObjectContext = &persistentContainer.viewContext();
 }
 

@@ -66,5 +66,7 @@ bool FileReport::mayBeLeft(const QString &goOn) const
 
 void FileReport::showFolder() const
 {
-    QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(unsaved().path).path()));
+    const QString folder = QFileInfo(unsaved().path).path();
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(folder)))
+        alertMessage(newsBanner->window(), u"No program could be opened that shows "_s + folder);
 }

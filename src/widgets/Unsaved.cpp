@@ -31,7 +31,7 @@ void Unsaved::tell(Banner &banner) const
     const auto saveCopy = [&banner, unsaved = *this] {
         saveToFile(*banner.window(), copyPath(unsaved), allFiles, unsaved.content());
     };
-    banner.tell(sentence(*this) + u" It is kept as long as the program runs."_s,
+    banner.tell(sentence(*this) + u" What was changed is kept while this window is open."_s,
                 {{tryAgainText, tryAgain}, {saveCopyText, saveCopy}});
 }
 

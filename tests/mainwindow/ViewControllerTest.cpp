@@ -207,19 +207,6 @@ private slots:
         QVERIFY(!form->isVisible() && !added->isVisible() && !window->isVisible());
     }
 
-    void screensKeepTheirSize()
-    {
-        for (const QSize size : {QSize(700, 500), QSize(701, 499)}) {
-            window->findChild<QAction *>(u"actionNotes"_s)->trigger();
-            auto *notes = window->findChild<QDialog *>(u"ViewControllerNotes"_s);
-            if (size.width() == 701)
-                QCOMPARE(notes->size(), QSize(700, 500));
-            notes->resize(size);
-            notes->close();
-            open();
-        }
-    }
-
     void theViewOfTheDayFollowsTheDay()
     {
         chooseView(9);
@@ -231,8 +218,12 @@ private slots:
 
     void notesThatStayOpenKeepTheProgram()
     {
-        window->findChild<QAction *>(u"actionNotes"_s)->trigger();
-        auto *notes = window->findChild<QDialog *>(u"ViewControllerNotes"_s);
+        auto *notes = openNotes();
+        notes->resize(701, 499);
+        notes->close();
+        open();
+        notes = openNotes();
+        QCOMPARE(notes->size(), QSize(701, 499)); // as it was left
         notes->findChild<QPlainTextEdit *>()->insertPlainText(QString(5000, u'x'));
         const FullDisk full(1000);
         const AlertAnswer answer(u"Cancel"_s);
@@ -242,32 +233,23 @@ private slots:
 
     void whatIsNotSavedIsTold()
     {
-        const auto banner = [this] {
-            QString texts;
-            for (const auto *shown : window->findChildren<QFrame *>(u"banner"_s))
-                if (shown->isVisible())
-                    texts += shown->findChild<QLabel *>()->text();
-            return texts;
-        };
-        QCOMPARE(banner(), QString());
+        QCOMPARE(toldIn(*window), QString());
         selectRow(0);
         {
             const FullDisk full(10);
             press("clone");
-            QVERIFY(banner().startsWith(u"The task list could not be saved to "_s + home->path()));
+            QVERIFY(toldIn(*window).startsWith(u"The task list could not be saved to "_s + home->path()));
             const AlertAnswer answer(u"Cancel"_s);
             window->close();
             QVERIFY(answer.wasShown() && window->isVisible());
         }
-        for (auto *choice : window->findChildren<QPushButton *>())
-            if (choice->text() == u"&Try Again")
-                choice->click();
-        QCOMPARE(banner(), QString());
+        choose(*window, u"Try Again"_s);
+        QCOMPARE(toldIn(*window), QString());
         QCOMPARE(filed().size(), 5);
         program.reset();
         writeTo(home->filePath(u"zandulist.txt"_s), row("a", 1) + "broken^");
         open();
-        QVERIFY(banner().startsWith(u"1 of the rows in "_s + home->path()));
+        QVERIFY(toldIn(*window).startsWith(u"1 of the rows in "_s + home->path()));
     }
 
     void closesATaskOnceWithASound()
@@ -387,6 +369,12 @@ private:
     QToolButton *button(const QString &name) const
     {
         return window->findChild<QToolButton *>(name + u"Button"_s);
+    }
+
+    QDialog *openNotes() const
+    {
+        window->findChild<QAction *>(u"actionNotes"_s)->trigger();
+        return window->findChild<QDialog *>(u"ViewControllerNotes"_s);
     }
 
     /// Makes these the tasks of the list.

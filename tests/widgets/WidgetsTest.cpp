@@ -128,39 +128,31 @@ private slots:
         QCOMPARE(std::pair(screen.came, screen.went), std::pair(4, 2));
     }
 
-    void aClickOnTheWellOfTheOpenPanelLeavesItActive()
+    void aWellIsActiveWhileItsPanelIsOpen()
     {
-        QWidget window;
         ColorPanel panel;
-        ColorWell well(&window);
+        ColorWell well;
         well.setPanel(panel);
-        window.show();
-        well.click();
-        const QImage active = well.grab().toImage();
-        well.click();
-        QCOMPARE(well.grab().toImage(), active);
-        panel.orderOut();
-        QVERIFY(well.grab().toImage() != active);
+        const QImage inactive = well.grab().toImage();
+        for (int time = 0; time < 2; ++time) {
+            well.click();
+            QVERIFY(well.grab().toImage() != inactive);
+        }
     }
 
     void theWheelChangesNoFieldWithoutTheFocus()
     {
         WheelGuard guard;
         qApp->installEventFilter(&guard);
-        QWidget window;
-        QComboBox box(&window);
+        QComboBox box;
         box.addItems({u"a"_s, u"b"_s});
-        DatePicker picker(&window);
+        DatePicker picker;
         const Instant before = picker.moment();
-        window.show();
         for (QWidget *field : std::initializer_list<QWidget *>{&box, &picker}) {
-            field->clearFocus();
-            QWheelEvent turn({5, 5}, field->mapToGlobal(QPointF(5, 5)), {}, {0, -120}, {}, {},
-                             Qt::NoScrollPhase, false);
+            QWheelEvent turn({5, 5}, {5, 5}, {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
             QCoreApplication::sendEvent(field, &turn);
         }
-        QCOMPARE(box.currentIndex(), 0);
-        QVERIFY(picker.moment() == before);
+        QVERIFY(box.currentIndex() == 0 && picker.moment() == before);
     }
 
     void aFileThatCannotBeWrittenIsToldOf()
