@@ -36,9 +36,11 @@ QString columns(const Entity &entity, const QString &after)
 class Statement
 {
 public:
-    Statement(const QSqlDatabase &database, QString sql)
+    /// \param problem  is told why a run failed
+    Statement(const QSqlDatabase &database, QString sql, QString &problem)
         : query(database)
         , text(std::move(sql))
+        , error(problem)
     {
     }
 
@@ -46,21 +48,28 @@ public:
     bool run(const std::vector<std::optional<QString>> &values, qint64 id = 0)
     {
         if (!prepared && !query.prepare(text))
-            return false;
+            return fail();
         prepared = true;
         int position = 0;
         for (const std::optional<QString> &value : values)
             query.bindValue(position++, storedValue(value));
         if (id != 0)
             query.bindValue(position, id);
-        return query.exec();
+        return query.exec() || fail();
     }
 
     qint64 insertedId() const { return query.lastInsertId().toLongLong(); }
 
 private:
+    bool fail()
+    {
+        error = query.lastError().databaseText();
+        return false;
+    }
+
     QSqlQuery query;
     QString text;
+    QString &error;
     bool prepared = false;
 };
 
@@ -172,10 +181,14 @@ bool ObjectContext::save()
     if (!hasChanges())
         return true;
     QSqlDatabase database = QSqlDatabase::database(connection, false);
-    if (!database.isOpen() || !database.transaction())
+    const auto fail = [this, &database] {
+        error = database.lastError().databaseText();
         return false;
+    };
+    if (!database.isOpen() || !database.transaction())
+        return fail();
     NewIds newIds;
-    if (!write(database, newIds) || !database.commit()) {
+    if (!write(database, newIds) || !(database.commit() || fail())) {
         database.rollback();
         return false;
     }
@@ -205,10 +218,11 @@ bool ObjectContext::write(const QSqlDatabase &database, const Entity &entity, Re
 {
     const QString places = QStringList(entity.attributes.size(), u"?"_s).join(u", "_s);
     Statement insert(database,
-                     u"INSERT INTO \"%1\" (%2) VALUES (%3)"_s.arg(entity.name, columns(entity, {}), places));
-    Statement update(database,
-                     u"UPDATE \"%1\" SET %2 WHERE id = ?"_s.arg(entity.name, columns(entity, u" = ?"_s)));
-    Statement remove(database, u"DELETE FROM \"%1\" WHERE id = ?"_s.arg(entity.name));
+                     u"INSERT INTO \"%1\" (%2) VALUES (%3)"_s.arg(entity.name, columns(entity, {}), places),
+                     error);
+    Statement update(
+        database, u"UPDATE \"%1\" SET %2 WHERE id = ?"_s.arg(entity.name, columns(entity, u" = ?"_s)), error);
+    Statement remove(database, u"DELETE FROM \"%1\" WHERE id = ?"_s.arg(entity.name), error);
     const auto writeRecord = [&](Record &record) {
         if (record.id != 0)
             return record.isDeleted   ? remove.run({}, record.id)

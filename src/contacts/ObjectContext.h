@@ -52,6 +52,8 @@ public:
     Refresh refresh();
     /// Commits all changes in one transaction. On false the store is as it was and the changes are kept.
     bool save();
+    /// Why the last save failed.
+    const QString &errorString() const { return error; }
 
     const QString &connectionName() const { return connection; }
 
@@ -78,12 +80,13 @@ private:
     std::optional<std::deque<Record>> read(const Entity &entity) const;
     static void merge(Records &records, std::deque<Record> newest);
     bool write(const QSqlDatabase &database, NewIds &newIds);
-    static bool write(const QSqlDatabase &database, const Entity &entity, Records &records, NewIds &newIds);
+    bool write(const QSqlDatabase &database, const Entity &entity, Records &records, NewIds &newIds);
     bool hasChanges() const;
     void settle(const NewIds &newIds);
 
     QString connection;
     std::optional<qint64> version; ///< of the store, not newer than what was fetched
+    QString error;
     std::map<const Entity *, Records> recordsOf;
 };
 

@@ -28,6 +28,7 @@ void MarkedField::mark(const QString &explanation)
         note->setBackgroundRole(QPalette::ToolTipBase);
         note->setFrameShape(QFrame::Box);
         note->setMargin(4);
+        window()->installEventFilter(this);
     }
     note->setText(explanation);
     placeNote();
@@ -55,6 +56,14 @@ void MarkedField::placeNote()
     note->move(std::clamp(corner.x(), 0, std::max(0, window()->width() - note->width())), corner.y() + 2);
     note->raise();
     note->show();
+}
+
+/// The note follows the field when the window is laid out anew.
+bool MarkedField::eventFilter(QObject *watched, QEvent *event)
+{
+    if (note && (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest))
+        placeNote();
+    return QLineEdit::eventFilter(watched, event);
 }
 
 void MarkedField::hideEvent(QHideEvent *event)

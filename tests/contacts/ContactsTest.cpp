@@ -122,6 +122,7 @@ private slots:
             QCOMPARE(lines[0], u"Unable to Add Persistent Store"_s);
             QVERIFY2(lines[1].contains(reason) && lines[1].contains(path), qPrintable(lines[1]));
             screen.show();
+            QVERIFY(toldIn(screen).startsWith(u"The contacts in "_s + path));
             screen.AddCient(nullptr);
             QCOMPARE(tableOf(screen).model()->rowCount(), 1);
             for (const QString &answer : {u"Cancel"_s, u"Close Without Saving"_s}) {
@@ -131,6 +132,11 @@ private slots:
                 QCOMPARE(screen.isVisible(), answer == u"Cancel");
             }
             QCOMPARE(contentOf(path), before);
+            QFile::remove(path);
+            screen.show();
+            QVERIFY2(toldIn(screen).count(reason) == 2, qPrintable(toldIn(screen)));
+            screen.okpressed(nullptr); // makes a new store
+            QCOMPARE(stored(home->path()), u"-=- "_s);
         }
     }
 
