@@ -250,9 +250,10 @@ void CloudSync::stopTransfer()
         currentTransfer->stop.request_stop();
 }
 
+/// What counts is whether the task is in the cloud: the account's state may have changed since.
 void CloudSync::noteCopied(const QString &key, const CloudErrand &errand)
 {
-    if (!errand.saved)
+    if (errand.error)
         ++currentTransfer->failed;
     else if (currentTransfer->deletedKeys.contains(key))
         --currentTransfer->tasks;

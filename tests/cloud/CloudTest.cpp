@@ -377,14 +377,16 @@ private slots:
         static const QRegularExpression told(
             u"(\\d+) of 3000 tasks were copied to the cloud; the others were not, since (the connection to "
             "the cloud was lost|the cloud cannot be reached)\\.$"_s);
-        const int copied = told.match(program.manager.lastMessage).captured(1).toInt();
+        const QString outcome = program.manager.lastMessage;
+        const int copied = told.match(outcome).captured(1).toInt();
         program.copy();
         server->start();
         QCOMPARE(program.manager.lastMessage,
                  u"----iCloud:Cannot Login (Unknown)---- Nothing was copied to the "
                  "cloud, since the cloud cannot be reached."_s);
         const int stored = server->run(u"anna"_s, u"SELECT count(*) FROM \"Task\""_s).toInt();
-        QVERIFY(copied > 0 && copied <= stored && stored <= copied + 100);
+        QVERIFY2(copied > 0 && copied <= stored && stored <= copied + 100,
+                 qPrintable(outcome + QString::number(stored)));
         program.copy();
         QCOMPARE(server->run(u"anna"_s, u"SELECT count(DISTINCT key), count(*) >= 3000 FROM \"Task\""_s),
                  u"3000|t"_s);
