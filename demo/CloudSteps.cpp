@@ -24,7 +24,7 @@ static void update(Tour &tour)
     auto &status = hand::child<QLabel>(tour.window, u"statusMessageLabel"_s);
     status.clear();
     askForUpdate(tour, u"Yes"_s);
-    tour.throughAlert([] {}, u"Sync from iCloud succesfully!"_s, u"OK"_s); // comes a second later
+    tour.throughAlert([] {}, u"Sync from iCloud succesfully!"_s, u"OK"_s); // comes with the last answer
     waitForAnswers(tour);
     tour.stage.same(status.text(), u"----iCloud:Update Complete!----", u"the status line"_s);
 }

@@ -7,6 +7,8 @@
 #include <QSqlQuery>
 #include <QUuid>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -132,7 +134,10 @@ bool CloudConnection::prepare()
     const auto prepared = [&](QSqlQuery &query, const QString &sql) {
         query = QSqlQuery(database());
         query.setForwardOnly(true);
-        return query.prepare(sql);
+        const bool isDone = query.prepare(sql);
+        if (!isDone)
+            lastProblem = sqlCloudError(query.lastError());
+        return isDone;
     };
     statements = std::make_unique<Statements>();
     const bool isPrepared =
@@ -220,6 +225,12 @@ CloudRecord CloudConnection::recordOf(const QSqlQuery &query) const
 
 CloudAnswer<CloudRecord> CloudConnection::save(const CloudRecord &record)
 {
+    const auto cannotBeHeld = [this](const auto &field) {
+        const auto *text = std::get_if<QString>(&field.second);
+        return home.kind == CloudHome::Kind::PostgreSql && text && text->contains(QChar(0));
+    };
+    if (std::ranges::any_of(record.fields(), cannotBeHeld))
+        return CloudError{Reason::Unsuitable};
     QSqlQuery &statement = record.isFetched ? statements->update : statements->insert;
     int place = 0;
     if (!record.isFetched)

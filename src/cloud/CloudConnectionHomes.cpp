@@ -23,8 +23,10 @@ bool CloudConnection::openEmbedded()
     connection.setDatabaseName(home.file);
     connection.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=5000"_s); // milliseconds
     QDir().mkpath(QFileInfo(home.file).path());
-    if (!connection.open() || !createTable() || !prepare())
+    if (!connection.open())
         return fail(CloudAccount::CouldNotDetermine, sqlCloudError(connection.lastError()));
+    if (!createTable() || !prepare())
+        return fail(CloudAccount::CouldNotDetermine, CloudError(lastProblem));
     state = CloudAccount::Available;
     return true;
 }
@@ -69,7 +71,9 @@ bool CloudConnection::openOnServer()
     // The planner knows nothing yet of a table that has just been filled, and would walk it for every key.
     run(u"SET enable_seqscan = off"_s);
     if (!prepare())
-        return fail(CloudAccount::Restricted, {Reason::Refused, connection.lastError().text()});
+        return fail(lastProblem.reason == Reason::Refused ? CloudAccount::Restricted
+                                                          : CloudAccount::CouldNotDetermine,
+                    CloudError(lastProblem));
     state = CloudAccount::Available;
     return true;
 }

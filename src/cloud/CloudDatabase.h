@@ -95,6 +95,8 @@ struct CloudError
     Reason reason = Reason::Other;
     QString text = {}; ///< what the database said
 
+    /// Whether the account's state says as much.
+    bool isOfAccount() const { return reason == Reason::SignedOut || reason == Reason::Refused; }
     /// For the user, as the end of a sentence: "…, since the cloud cannot be reached".
     QString plainWords() const;
 };

@@ -160,11 +160,12 @@ bool CloudSync::syncAllToCloud()
 bool CloudSync::deleteTaskFromCloud(const QString &key)
 {
     using Records = std::vector<CloudRecord>;
+    unansweredDeletes.insert(key);
     if (currentTransfer)
         currentTransfer->deletedKeys.insert(key);
     const auto errand = std::make_shared<CloudErrand>();
-    errand->whenOver = [this](const CloudErrand &over) {
-        tellOfDelete(over);
+    errand->whenOver = [this, key](const CloudErrand &over) {
+        tellOfDelete(key, over);
     };
     checkCloudAccount(errand);
     const auto remove = [this, errand](const CloudAnswer<Records> &answer) {
@@ -233,7 +234,7 @@ void CloudSync::goOnMerging(const std::shared_ptr<CloudMerge> &merge, const Shar
 
 void CloudSync::beginTransfer(CloudTransfer::Direction direction, qint64 tasks)
 {
-    currentTransfer = CloudTransfer{.direction = direction, .tasks = tasks};
+    currentTransfer = CloudTransfer{.direction = direction, .tasks = tasks, .deletedKeys = unansweredDeletes};
     emit transferProgressed();
 }
 
@@ -245,13 +246,14 @@ CloudSync::SharedErrand CloudSync::errandOfTransfer(std::function<void(const Clo
 
 void CloudSync::stopTransfer()
 {
-    if (currentTransfer)
+    if (currentTransfer && currentTransfer->canBeStopped())
         currentTransfer->stop.request_stop();
 }
 
+/// What counts is whether the task is in the cloud: the account's state may have changed since.
 void CloudSync::noteCopied(const QString &key, const CloudErrand &errand)
 {
-    if (!errand.saved)
+    if (errand.error)
         ++currentTransfer->failed;
     else if (currentTransfer->deletedKeys.contains(key))
         --currentTransfer->tasks;
@@ -276,19 +278,28 @@ void CloudSync::endTransfer()
     CloudTransfer ended = *std::exchange(currentTransfer, std::nullopt);
     if (ended.direction == CloudTransfer::Direction::ToCloud)
         ended.hasSucceeded = ended.failed == 0;
-    const bool isEmptyFetch = ended.direction == CloudTransfer::Direction::FromCloud && !ended.error;
-    if (const QString outcome = ended.outcome(); !outcome.isEmpty() && !isEmptyFetch)
-        tell(outcome);
+    QStringList told{ended.outcome(), ended.deleteProblem};
+    told.removeAll(QString());
+    if (!told.isEmpty() && !ended.isEmptyFetch()) {
+        if (!ended.hasAccount)
+            told.prepend(manager.lastMessage);
+        tell(told.join(u' '));
+    }
+    isProblemTold = !ended.deleteProblem.isEmpty() || (!ended.hasSucceeded && !ended.stop.stop_requested());
     emit transferEnded(ended);
 }
 
-void CloudSync::tellOfDelete(const CloudErrand &errand)
+void CloudSync::tellOfDelete(const QString &key, const CloudErrand &errand)
 {
-    if (errand.error && errand.hasAccount) {
-        tell(u"A task that was deleted here is still in the cloud, since %1."_s.arg(
-            errand.error->plainWords()));
+    unansweredDeletes.remove(key);
+    if (errand.error && (errand.hasAccount || !errand.error->isOfAccount())) {
+        const QString problem = u"A task that was deleted here is still in the cloud, since %1."_s.arg(
+            errand.error->plainWords());
+        tell(problem);
         isProblemTold = true;
-    } else if (errand.saved && isProblemTold) {
+        if (currentTransfer)
+            currentTransfer->deleteProblem = problem;
+    } else if (!errand.error && errand.hasAccount && isProblemTold) {
         tell({});
     }
 }

@@ -16,10 +16,10 @@ class TaskManager;
 
 /// Copies tasks between the task manager and the user's private cloud database.
 ///
-/// Every operation returns before the cloud has answered; the outcome follows in the manager's `lastMessage`
-/// and the notices "update" and "reload". Answers are handled on the main thread. What an operation returns
-/// is whether anything had failed by then. The two that transfer the whole list tell how far they are; while
-/// one of them is under way, neither begins, and false is returned.
+/// Every operation returns before the cloud has answered; the outcome of a transfer and of a delete follows
+/// in the manager's `lastMessage` and the notices "update" and "reload". Answers are handled on the main
+/// thread. What an operation returns is whether anything had failed by then. The two that transfer the whole
+/// list tell how far they are; while one of them is under way, neither begins, and false is returned.
 ///
 /// Made and destroyed on the main thread. What it is made with outlives it; answers that come when it is gone
 /// are dropped.
@@ -73,7 +73,7 @@ private:
     void noteCopied(const QString &key, const CloudErrand &errand);
     void noteOutcome(const CloudErrand &errand);
     void endTransfer();
-    void tellOfDelete(const CloudErrand &errand);
+    void tellOfDelete(const QString &key, const CloudErrand &errand);
     void tell(const QString &message);
 
     /// What the cloud may call on any thread and at any time: it has the main thread call the handler, unless
@@ -85,6 +85,7 @@ private:
     NotificationCenter &notices;
     CloudContainer &container;
     std::optional<CloudTransfer> currentTransfer;
+    QSet<QString> unansweredDeletes;             ///< by their keys
     bool isProblemTold = false;                  ///< by the manager's message, until something succeeds
     std::unique_ptr<MainThreadQueue> mainThread; ///< last: no handler runs when the rest is gone
 };

@@ -2,18 +2,15 @@
 
 using namespace Qt::StringLiterals;
 
-static bool isStopped(const CloudTransfer &transfer)
-{
-    return transfer.error && transfer.error->reason == CloudError::Reason::Stopped;
-}
-
 static QString fetchOutcome(const CloudTransfer &transfer)
 {
-    if (isStopped(transfer))
+    if (transfer.isEmptyFetch())
+        return u"There are no tasks in the cloud."_s;
+    if (!transfer.error)
+        return {};
+    if (transfer.stop.stop_requested())
         return u"Stopped: nothing was fetched from the cloud."_s;
-    if (transfer.error)
-        return u"Nothing was fetched from the cloud, since %1."_s.arg(transfer.error->plainWords());
-    return transfer.hasSucceeded ? QString() : u"There are no tasks in the cloud."_s;
+    return u"Nothing was fetched from the cloud, since %1."_s.arg(transfer.error->plainWords());
 }
 
 static QString copyOutcome(const CloudTransfer &transfer)
@@ -22,7 +19,7 @@ static QString copyOutcome(const CloudTransfer &transfer)
         return transfer.done == 1 ? u"1 task was copied to the cloud."_s
                                   : u"%1 tasks were copied to the cloud."_s.arg(transfer.done);
     const QString part = u"%1 of %2 tasks were copied to the cloud"_s.arg(transfer.done).arg(transfer.tasks);
-    if (isStopped(transfer))
+    if (transfer.stop.stop_requested())
         return u"Stopped: %1."_s.arg(part);
     if (!transfer.error)
         return {};
@@ -33,7 +30,7 @@ static QString copyOutcome(const CloudTransfer &transfer)
 
 QString CloudTransfer::outcome() const
 {
-    if (!hasAccount && done == 0)
+    if (!hasAccount && done == 0 && error && error->isOfAccount())
         return {};
     return direction == Direction::ToCloud ? copyOutcome(*this) : fetchOutcome(*this);
 }

@@ -18,7 +18,17 @@ struct CloudTransfer
     bool hasSucceeded = false;            ///< when it has ended
     std::stop_source stop = {};           ///< the user stops it
     QSet<QString> deletedKeys = {};       ///< of tasks that the user has deleted meanwhile
+    QString deleteProblem = {};           ///< what became of that, when it failed
 
+    /// What has been fetched is merged to the end.
+    bool canBeStopped() const
+    {
+        return !stop.stop_requested() && (direction == Direction::ToCloud || tasks == 0);
+    }
+    bool isEmptyFetch() const
+    {
+        return direction == Direction::FromCloud && tasks == 0 && !error && hasAccount;
+    }
     /// What has come of it in plain words, when it has ended; empty where the account's state or the list
     /// says all.
     QString outcome() const;

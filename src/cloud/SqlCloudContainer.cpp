@@ -5,6 +5,7 @@
 #include <QDeadlineTimer>
 
 #include <algorithm>
+#include <iterator>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -207,6 +208,8 @@ SqlCloudContainer::Requests SqlCloudContainer::performSome(CloudConnection &conn
         requests.push_back(std::move(request));
         if (!isDone) {
             connection.rollback();
+            if (requests.back()->hasFailedFor(Reason::Busy)) // each of the others might wait as long
+                std::ranges::move(takeAll(), std::back_inserter(requests));
             recover(connection, requests);
             return requests;
         }
@@ -224,12 +227,13 @@ void SqlCloudContainer::failAll(CloudConnection &connection, SomeRequests reques
         request->performWithout(connection, reason);
 }
 
-void SqlCloudContainer::perform(CloudConnection &connection, SomeRequests requests)
+/// False when there is no connection any more.
+bool SqlCloudContainer::perform(CloudConnection &connection, SomeRequests requests)
 {
-    if (!begin(connection))
-        failAll(connection, requests, connection.problem());
-    else if (!performTogether(connection, requests))
-        recover(connection, requests);
+    if (begin(connection))
+        return performTogether(connection, requests) || recover(connection, requests);
+    failAll(connection, requests, connection.problem());
+    return false;
 }
 
 bool SqlCloudContainer::begin(CloudConnection &connection)
@@ -265,8 +269,9 @@ bool SqlCloudContainer::commit(CloudConnection &connection, SomeRequests request
     return false;
 }
 
-/// Goes on after a transaction that has failed as a whole and been rolled back.
-void SqlCloudContainer::recover(CloudConnection &connection, SomeRequests requests)
+/// Goes on after a transaction that has failed as a whole and been rolled back; false when there is no
+/// connection any more.
+bool SqlCloudContainer::recover(CloudConnection &connection, SomeRequests requests)
 {
     const auto isOneBusy = [](const std::unique_ptr<Request> &request) {
         return request->hasFailedFor(Reason::Busy);
@@ -274,11 +279,18 @@ void SqlCloudContainer::recover(CloudConnection &connection, SomeRequests reques
     if (!connection.isAlive()) {
         connection.close();
         failAll(connection, requests, {Reason::Lost});
-    } else if (std::ranges::any_of(requests, isOneBusy)) {
-        failAll(connection, requests, {Reason::Busy}); // each of them might wait as long
-    } else if (requests.size() > 1) {
-        // One of them spoiled the transaction for all; the halves find out which.
-        perform(connection, requests.first(requests.size() / 2));
-        perform(connection, requests.subspan(requests.size() / 2));
+        return false;
     }
+    if (std::ranges::any_of(requests, isOneBusy)) {
+        failAll(connection, requests, {Reason::Busy});
+        return true;
+    }
+    if (requests.size() == 1)
+        return true;
+    // One of them spoiled the transaction for all; the halves find out which.
+    const SomeRequests rest = requests.subspan(requests.size() / 2);
+    if (perform(connection, requests.first(requests.size() / 2)))
+        return perform(connection, rest);
+    failAll(connection, rest, {Reason::Lost});
+    return false;
 }

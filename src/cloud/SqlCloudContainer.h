@@ -50,12 +50,12 @@ private:
     Requests performSome(CloudConnection &connection);
 
     static void failAll(CloudConnection &connection, SomeRequests requests, const CloudError &reason);
-    static void perform(CloudConnection &connection, SomeRequests requests);
+    static bool perform(CloudConnection &connection, SomeRequests requests);
     /// Begins a transaction, on a connection that is opened, or opened again, when need be.
     static bool begin(CloudConnection &connection);
     static bool performTogether(CloudConnection &connection, SomeRequests requests);
     static bool commit(CloudConnection &connection, SomeRequests requests);
-    static void recover(CloudConnection &connection, SomeRequests requests);
+    static bool recover(CloudConnection &connection, SomeRequests requests);
 
     CloudHome home;
     const CloudRecordType &type;

@@ -1,5 +1,7 @@
 #include "cloud/SqlCloudError.h"
 
+#include "platform/Diagnostics.h"
+
 #include <QSqlError>
 
 #include <array>
@@ -33,20 +35,23 @@ static Reason reasonOf(int sqliteCode)
     }
 }
 
-/// By the longest beginning that is listed; appendix A of PostgreSQL's manual has them all.
+/// By the first beginning that fits; appendix A of PostgreSQL's manual has them all.
 static Reason reasonOf(const QString &sqlState)
 {
-    static const std::array<std::pair<QString, Reason>, 10> states{{
+    static const std::array<std::pair<QString, Reason>, 13> states{{
         {u"08"_s, Reason::Lost},
         {u"22"_s, Reason::Unsuitable},
         {u"25006"_s, Reason::Refused}, // read only
+        {u"40"_s, Reason::Busy},       // rolled back in favour of another transaction
         {u"42501"_s, Reason::Refused},
+        {u"42P01"_s, Reason::Refused}, // no such table, for this role
         {u"53100"_s, Reason::NoSpace},
         {u"54"_s, Reason::Unsuitable},
         {u"55P03"_s, Reason::Busy}, // the lock was not to be had in time
         {u"57014"_s, Reason::Busy}, // the statement took too long
         {u"57P"_s, Reason::Lost},   // the server is being shut down
-        {u"XX00"_s, Reason::Damaged},
+        {u"XX001"_s, Reason::Damaged},
+        {u"XX002"_s, Reason::Damaged},
     }};
     for (const auto &[beginning, reason] : states)
         if (sqlState.startsWith(beginning))
@@ -57,6 +62,10 @@ static Reason reasonOf(const QString &sqlState)
 CloudError sqlCloudError(const QSqlError &error)
 {
     constexpr qsizetype sqlStateLength = 5; // SQLite's codes have four digits at most
+    diagnostics::line("Cloud database:", error.text());
     const QString code = error.nativeErrorCode();
-    return {code.size() == sqlStateLength ? reasonOf(code) : reasonOf(code.toInt()), error.text()};
+    const Reason reason = code.isEmpty()                  ? Reason::Lost // there was nobody to answer
+                          : code.size() == sqlStateLength ? reasonOf(code)
+                                                          : reasonOf(code.toInt());
+    return {reason, error.databaseText().section(u'\n', 0, 0)};
 }

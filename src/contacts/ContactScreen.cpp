@@ -1,17 +1,20 @@
 #include "contacts/ContactScreen.h"
 
 #include "ui_ContactScreen.h"
-#include "widgets/Unsaved.h"
 
 using namespace Qt::StringLiterals;
 
 ContactScreen::ContactScreen(const QString &dataFolder, QWidget *parent)
     : Screen(parent)
-    , ui(std::make_unique<Ui::ContactScreen>())
+    , ui(setUpForm<Ui::ContactScreen>(*this))
     , persistentContainer(contactModel(), dataFolder)
+    , report(*ui->mainLayout, [this] { return unsaved(); })
 {
-    ui->setupUi(this);
     persistentContainer.loadPersistentStores();
+    if (const QString reason = persistentContainer.errorString(); !reason.isEmpty())
+        report.tell(true,
+                    {u"The contacts in %1 could not be read: %2."_s.arg(persistentContainer.path(), reason)},
+                    {});
     managedObjectContext = &persistentContainer.viewContext();
 }
 
@@ -30,25 +33,35 @@ void ContactScreen::showContacts(ContactTable &contacts, const QString &title, c
 /// Changes that cannot be saved stay in the window, unless the user lets them go.
 bool ContactScreen::viewShouldClose()
 {
+    return report.mayClose(u"&Close Without Saving"_s);
+}
+
+bool ContactScreen::save()
+{
     ui->table->endEditing();
-    const auto save = [this] {
-        return managedObjectContext->save();
-    };
-    const auto asText = [this] {
-        const QAbstractItemModel &contacts = *ui->table->model();
-        QByteArray lines;
-        for (int row = 0; row < contacts.rowCount(); ++row)
-            lines += contacts.index(row, Contact::Name).data().toString().toUtf8() + '\t' +
-                     contacts.index(row, Contact::PhoneNo).data().toString().toUtf8() + '\n';
-        return lines;
-    };
-    const Unsaved unsaved{
-        .what = u"The contacts"_s,
-        .path = persistentContainer.path(),
-        .reason = [] { return u"another program keeps it to itself, or it cannot be written"_s; },
-        .tryAgain = save,
-        .content = asText};
-    return save() || unsaved.mayBeLeft(*this, u"&Close Without Saving"_s);
+    const bool isSaved = persistentContainer.save();
+    report.tell(isSaved, {}, {});
+    return isSaved;
+}
+
+QByteArray ContactScreen::asText() const
+{
+    const QAbstractItemModel &contacts = *ui->table->model();
+    QByteArray lines;
+    for (int row = 0; row < contacts.rowCount(); ++row)
+        lines += contacts.index(row, Contact::Name).data().toString().toUtf8() + '\t' +
+                 contacts.index(row, Contact::PhoneNo).data().toString().toUtf8() + '\n';
+    return lines;
+}
+
+Unsaved ContactScreen::unsaved()
+{
+    return {.what = u"The contacts"_s,
+            .path = persistentContainer.path(),
+            .reason = [this] { return persistentContainer.errorString(); },
+            .tryAgain = [this] { return save(); },
+            .content = [this] { return asText(); },
+            .copySuffix = u"txt"_s};
 }
 
 void ContactScreen::viewWillDisappear()

@@ -3,6 +3,7 @@
 #include "contacts/ContactTable.h"
 #include "contacts/ContactTableView.h"
 #include "contacts/PersistentContainer.h"
+#include "widgets/FileReport.h"
 #include "widgets/Screen.h"
 
 #include <memory>
@@ -33,4 +34,11 @@ protected:
     std::unique_ptr<Ui::ContactScreen> ui;
     PersistentContainer persistentContainer;
     ObjectContext *managedObjectContext = nullptr;
+
+private:
+    bool save();
+    QByteArray asText() const;
+    Unsaved unsaved();
+
+    FileReport report;
 };

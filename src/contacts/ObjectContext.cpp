@@ -2,12 +2,14 @@
 
 #include "platform/Diagnostics.h"
 
+#include <QHash>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -34,9 +36,11 @@ QString columns(const Entity &entity, const QString &after)
 class Statement
 {
 public:
-    Statement(const QSqlDatabase &database, QString sql)
+    /// \param problem  is told why a run failed
+    Statement(const QSqlDatabase &database, QString sql, QString &problem)
         : query(database)
         , text(std::move(sql))
+        , error(problem)
     {
     }
 
@@ -44,21 +48,28 @@ public:
     bool run(const std::vector<std::optional<QString>> &values, qint64 id = 0)
     {
         if (!prepared && !query.prepare(text))
-            return false;
+            return fail();
         prepared = true;
         int position = 0;
         for (const std::optional<QString> &value : values)
             query.bindValue(position++, storedValue(value));
         if (id != 0)
             query.bindValue(position, id);
-        return query.exec();
+        return query.exec() || fail();
     }
 
     qint64 insertedId() const { return query.lastInsertId().toLongLong(); }
 
 private:
+    bool fail()
+    {
+        error = query.lastError().databaseText();
+        return false;
+    }
+
     QSqlQuery query;
     QString text;
+    QString &error;
     bool prepared = false;
 };
 
@@ -67,8 +78,10 @@ private:
 std::vector<ManagedObject> ObjectContext::fetch(const FetchRequest &request)
 {
     Records &records = recordsOf[&request.entity];
+    if (!version)
+        version = storeVersion(); // before the records, which may be newer then but not older
     if (!records.fetched)
-        records.stored = read(request.entity);
+        records.stored = read(request.entity).value_or(std::deque<Record>());
     records.fetched = true;
     std::vector<ManagedObject> objects;
     objects.reserve(records.stored.size() + records.added.size());
@@ -79,15 +92,70 @@ std::vector<ManagedObject> ObjectContext::fetch(const FetchRequest &request)
     return objects;
 }
 
-std::deque<ObjectContext::Record> ObjectContext::read(const Entity &entity) const
+/// A number that changes when another connection has changed the store; none when that cannot be told.
+std::optional<qint64> ObjectContext::storeVersion() const
 {
     const QSqlDatabase database = QSqlDatabase::database(connection, false);
     if (!database.isOpen())
-        return {};
+        return std::nullopt;
+    QSqlQuery query(database);
+    return query.exec(u"PRAGMA data_version"_s) && query.next() ? std::optional(query.value(0).toLongLong())
+                                                                : std::nullopt;
+}
+
+ObjectContext::Refresh ObjectContext::refresh()
+{
+    if (!QSqlDatabase::database(connection, false).isOpen())
+        return Refresh::Unchanged; // there is no store
+    const std::optional<qint64> newVersion = storeVersion();
+    if (!newVersion)
+        return Refresh::Failed;
+    if (newVersion == version)
+        return Refresh::Unchanged;
+    std::map<Records *, std::deque<Record>> newest;
+    for (auto &[entity, records] : recordsOf) {
+        if (!records.fetched)
+            continue;
+        std::optional<std::deque<Record>> stored = read(*entity);
+        if (!stored)
+            return Refresh::Failed;
+        newest[&records] = std::move(*stored);
+    }
+    for (auto &[records, stored] : newest)
+        merge(*records, std::move(stored));
+    version = newVersion;
+    return Refresh::Changed;
+}
+
+void ObjectContext::merge(Records &records, std::deque<Record> newest)
+{
+    QHash<qint64, Record *> known;
+    for (std::deque<Record> *list : {&records.stored, &records.added})
+        for (Record &record : *list)
+            if (record.id != 0)
+                known.insert(record.id, &record);
+    for (Record &stored : newest) {
+        Record *record = known.take(stored.id);
+        if (!record)
+            records.added.push_back(std::move(stored));
+        else if (!record->isChanged)
+            record->values = std::move(stored.values);
+    }
+    for (Record *gone : std::as_const(known)) {
+        gone->id = 0;
+        gone->isDeleted |= !gone->isChanged;
+    }
+}
+
+std::optional<std::deque<ObjectContext::Record>> ObjectContext::read(const Entity &entity) const
+{
+    const QSqlDatabase database = QSqlDatabase::database(connection, false);
+    if (!database.isOpen())
+        return std::nullopt;
     QSqlQuery query(database);
     query.setForwardOnly(true);
     if (!query.exec(u"SELECT id, %1 FROM \"%2\" ORDER BY id"_s.arg(columns(entity, {}), entity.name)))
-        return {};
+        return std::nullopt;
     std::deque<Record> records;
     const int attributes = int(entity.attributes.size());
     while (query.next()) {
@@ -99,7 +167,7 @@ std::deque<ObjectContext::Record> ObjectContext::read(const Entity &entity) cons
         }
     }
     if (query.lastError().isValid())
-        records.clear();
+        return std::nullopt;
     return records;
 }
 
@@ -113,10 +181,14 @@ bool ObjectContext::save()
     if (!hasChanges())
         return true;
     QSqlDatabase database = QSqlDatabase::database(connection, false);
-    if (!database.isOpen() || !database.transaction())
+    const auto fail = [this, &database] {
+        error = database.lastError().databaseText();
         return false;
+    };
+    if (!database.isOpen() || !database.transaction())
+        return fail();
     NewIds newIds;
-    if (!write(database, newIds) || !database.commit()) {
+    if (!write(database, newIds) || !(database.commit() || fail())) {
         database.rollback();
         return false;
     }
@@ -146,10 +218,11 @@ bool ObjectContext::write(const QSqlDatabase &database, const Entity &entity, Re
 {
     const QString places = QStringList(entity.attributes.size(), u"?"_s).join(u", "_s);
     Statement insert(database,
-                     u"INSERT INTO \"%1\" (%2) VALUES (%3)"_s.arg(entity.name, columns(entity, {}), places));
-    Statement update(database,
-                     u"UPDATE \"%1\" SET %2 WHERE id = ?"_s.arg(entity.name, columns(entity, u" = ?"_s)));
-    Statement remove(database, u"DELETE FROM \"%1\" WHERE id = ?"_s.arg(entity.name));
+                     u"INSERT INTO \"%1\" (%2) VALUES (%3)"_s.arg(entity.name, columns(entity, {}), places),
+                     error);
+    Statement update(
+        database, u"UPDATE \"%1\" SET %2 WHERE id = ?"_s.arg(entity.name, columns(entity, u" = ?"_s)), error);
+    Statement remove(database, u"DELETE FROM \"%1\" WHERE id = ?"_s.arg(entity.name), error);
     const auto writeRecord = [&](Record &record) {
         if (record.id != 0)
             return record.isDeleted   ? remove.run({}, record.id)

@@ -29,8 +29,8 @@ class ManagedObject;
 /// The records of a store as one screen sees them: the store as it was when they were fetched, and the
 /// screen's own changes, which stay in memory until they are saved.
 ///
-/// Other contexts over the same store see saved changes of what they have not fetched yet. Without a store
-/// behind it there are no records but those added, and saving fails.
+/// Other contexts over the same store see saved changes of what they have not fetched yet, or when they are
+/// refreshed. Without a store behind it there are no records but those added, and saving fails.
 class ObjectContext
 {
 public:
@@ -45,8 +45,15 @@ public:
     /// The records in store order, without those deleted. Empty when the store cannot be read.
     std::vector<ManagedObject> fetch(const FetchRequest &request);
     void deleteObject(const ManagedObject &object);
+    enum class Refresh { Unchanged, Changed, Failed };
+    /// Brings the fetched records up to date when others have changed the store since: the screen's own
+    /// changes stay, what others have added comes last, and what they have deleted is deleted here, too,
+    /// unless it was changed here. On failure all stays as it was.
+    Refresh refresh();
     /// Commits all changes in one transaction. On false the store is as it was and the changes are kept.
     bool save();
+    /// Why the last save failed.
+    const QString &errorString() const { return error; }
 
     const QString &connectionName() const { return connection; }
 
@@ -69,13 +76,17 @@ private:
     /// A record and the id that it has in the store once the transaction has been committed.
     using NewIds = std::vector<std::pair<Record *, qint64>>;
 
-    std::deque<Record> read(const Entity &entity) const;
+    std::optional<qint64> storeVersion() const;
+    std::optional<std::deque<Record>> read(const Entity &entity) const;
+    static void merge(Records &records, std::deque<Record> newest);
     bool write(const QSqlDatabase &database, NewIds &newIds);
-    static bool write(const QSqlDatabase &database, const Entity &entity, Records &records, NewIds &newIds);
+    bool write(const QSqlDatabase &database, const Entity &entity, Records &records, NewIds &newIds);
     bool hasChanges() const;
     void settle(const NewIds &newIds);
 
     QString connection;
+    std::optional<qint64> version; ///< of the store, not newer than what was fetched
+    QString error;
     std::map<const Entity *, Records> recordsOf;
 };
 
@@ -89,6 +100,9 @@ public:
     /// \param attribute  position in the entity's attributes
     const std::optional<QString> &value(size_t attribute) const { return record->values[attribute]; }
     void setValue(size_t attribute, const QString &text);
+    bool isDeleted() const { return record->isDeleted; }
+    /// Whether both are the same record.
+    bool operator==(const ManagedObject &) const = default;
 
 private:
     friend class ObjectContext;

@@ -52,16 +52,30 @@ PersistentContainer::~PersistentContainer()
 
 void PersistentContainer::loadPersistentStores()
 {
-    const QSqlError error = open();
-    if (!error.isValid()) {
+    const QSqlError failure = open();
+    if (!failure.isValid()) {
         diagnostics::line("---Persistent Store---:", storePath, "SQLite");
         return;
     }
     close();
+    problem = failure.databaseText();
     diagnostics::line("Unable to Add Persistent Store");
-    const QString description = u"%1: %2, %3, code %4"_s.arg(storePath, error.driverText(),
-                                                             error.databaseText(), error.nativeErrorCode());
-    diagnostics::line(description + u", "_s + error.text());
+    const QString description =
+        u"%1: %2, %3, code %4"_s.arg(storePath, failure.driverText(), problem, failure.nativeErrorCode());
+    diagnostics::line(description + u", "_s + failure.text());
+}
+
+bool PersistentContainer::save()
+{
+    if (context.save())
+        return true;
+    const QString connection = context.connectionName();
+    if (QSqlDatabase::database(connection, false).isOpen()) {
+        problem = context.errorString();
+        return false;
+    }
+    loadPersistentStores();
+    return context.save();
 }
 
 void PersistentContainer::close()
@@ -71,7 +85,10 @@ void PersistentContainer::close()
 
 QSqlError PersistentContainer::open() const
 {
-    QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, context.connectionName());
+    const QString &connection = context.connectionName();
+    QSqlDatabase database = QSqlDatabase::contains(connection)
+                                ? QSqlDatabase::database(connection, false)
+                                : QSqlDatabase::addDatabase(u"QSQLITE"_s, connection);
     database.setDatabaseName(storePath);
     database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=1000"_s); // milliseconds
     if (!QDir().mkpath(folderPath))

@@ -33,6 +33,11 @@ public:
     /// Closes the store. The context keeps what it has fetched, and has no store behind it.
     void close();
 
+    /// Saves the context's changes; a store that is not open is opened first.
+    bool save();
+    /// Why that failed, or why the store could not be opened.
+    const QString &errorString() const { return problem; }
+
     ObjectContext &viewContext() { return context; }
     const QString &path() const { return storePath; }
 
@@ -45,4 +50,5 @@ private:
     QString folderPath;
     QString storePath;
     ObjectContext context;
+    QString problem;
 };

@@ -13,7 +13,7 @@ ViewControllerClientMgmt::ViewControllerClientMgmt(const QString &dataFolder, QW
     setObjectName(u"ViewControllerClientMgmt"_s);
     clientTableView.setObjectName(u"clientTableView"_s);
     clientTableArray.load<Clients>(*managedObjectContext);
-    showContacts(clientTableArray, u"Clients"_s, u"Add a client"_s, u"Remove the selected clients"_s);
+    showContacts(clientTableArray, u"Clients"_s, u"Add a client"_s, u"Delete the selected clients"_s);
     connectActions();
 }
 

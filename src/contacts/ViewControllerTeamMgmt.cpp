@@ -12,7 +12,7 @@ ViewControllerTeamMgmt::ViewControllerTeamMgmt(const QString &dataFolder, QWidge
     teamTable.setObjectName(u"teamTable"_s);
     teamTableArray.load<TeamMembers>(*managedObjectContext);
     showContacts(teamTableArray, u"Team Members"_s, u"Add a team member"_s,
-                 u"Remove the selected team members"_s);
+                 u"Delete the selected team members"_s);
     connectActions();
 }
 

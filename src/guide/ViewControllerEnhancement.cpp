@@ -1,7 +1,9 @@
 #include "guide/ViewControllerEnhancement.h"
 
 #include "platform/Diagnostics.h"
+#include "platform/Folders.h"
 #include "widgets/Alert.h"
+#include "widgets/WindowSize.h"
 
 #include <QDesktopServices>
 #include <QEvent>
@@ -74,6 +76,12 @@ ViewControllerEnhancement::ViewControllerEnhancement()
     layout->addWidget(browserView);
     for (const QKeySequence &keys : {QKeySequence(QKeySequence::Close), QKeySequence(Qt::Key_Escape)})
         connect(new QShortcut(keys, this), &QShortcut::activated, this, &QDialog::close);
+    for (const QKeySequence &keys : {QKeySequence(Qt::CTRL | Qt::Key_Q), QKeySequence(QKeySequence::New)})
+        connect(new QShortcut(keys, this), &QShortcut::activated, this, [keys] {
+            diagnostics::line("key", keys.toString());
+            diagnostics::flush();
+        });
+    windowSize::keep(*this, folders::state());
     viewDidLoad();
 }
 
@@ -84,7 +92,8 @@ void ViewControllerEnhancement::viewDidLoad()
     auto *profile = new QWebEngineProfile;
     auto *page = new GuidePage(profile, browserView);
     profile->setParent(page); // which it has to outlive
-    connect(page, &QWebEnginePage::titleChanged, this, &QDialog::setWindowTitle);
+    connect(page, &QWebEnginePage::titleChanged, this,
+            [this](const QString &title) { setWindowTitle(u"Guide – "_s + title); });
     browserView->setPage(page);
     browserView->setObjectName(u"browserView"_s);
     browserView->setContextMenuPolicy(Qt::NoContextMenu);

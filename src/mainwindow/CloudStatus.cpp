@@ -1,11 +1,13 @@
 #include "mainwindow/CloudStatus.h"
 
 #include "cloud/CloudSync.h"
+#include "platform/TerminationSignals.h"
 #include "ui_ViewController.h"
 #include "widgets/Alert.h"
 
 #include <chrono>
 #include <limits>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -57,7 +59,7 @@ void CloudStatus::showProgress()
     ui.cloudProgressLabel->setText(progressText(*transfer, isQuitting));
     ui.cloudProgressBar->setRange(0, int(std::min(transfer->tasks, most))); // busy while that is 0
     ui.cloudProgressBar->setValue(int(std::min(transfer->done + transfer->failed, most)));
-    ui.cloudStopButton->setEnabled(!transfer->stop.stop_requested());
+    ui.cloudStopButton->setEnabled(transfer->canBeStopped());
 }
 
 void CloudStatus::stop()
@@ -70,10 +72,8 @@ bool CloudStatus::mayQuit()
 {
     if (!cloud.transfer())
         return true;
-    if (isQuitting)
+    if (std::exchange(isQuitting, true) || terminationSignals::isReceived())
         cloud.stopTransfer();
-    else
-        isQuitting = true;
     showProgress();
     return cloud.transfer()->stop.stop_requested();
 }
@@ -81,16 +81,14 @@ bool CloudStatus::mayQuit()
 void CloudStatus::tellEnd(const CloudTransfer &transfer)
 {
     showProgress();
-    if (const QString outcome = transfer.outcome(); !outcome.isEmpty())
-        ui.statusMessageLabel->setText(outcome);
+    if (transfer.isEmptyFetch())
+        ui.statusMessageLabel->setText(transfer.outcome());
     const bool isStopped = transfer.stop.stop_requested() && !transfer.hasSucceeded;
     const bool isToCloud = transfer.direction == CloudTransfer::Direction::ToCloud;
-    if (isQuitting && (isStopped || transfer.hasSucceeded)) {
-        window.close();
+    // A failure is told before the window may close.
+    if (std::exchange(isQuitting, false) && (isStopped || transfer.hasSucceeded) && window.close())
         return;
-    }
-    isQuitting = false; // for whom a failure is told has to see it
-    if (isStopped)
+    if (isStopped || !window.isVisible())
         return;
     if (transfer.hasSucceeded)
         alertMessage(&window,

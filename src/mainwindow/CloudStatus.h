@@ -21,7 +21,7 @@ public:
     CloudStatus(CloudSync &cloud, Ui::ViewController &ui, QMainWindow &window);
 
     /// Whether the window may close. While a transfer is under way the first attempt only has it close at the
-    /// end; the second one stops the transfer.
+    /// end; the second one stops the transfer, and so does the system that ends the program.
     bool mayQuit();
     void stop();
 

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "widgets/Unsaved.h"
+#include "widgets/FileReport.h"
 
-class Banner;
 class QBoxLayout;
 class TaskListFile;
 
@@ -23,7 +22,6 @@ private:
     Unsaved unsaved();
 
     TaskListFile &file;
-    Banner *unsavedBanner;
-    Banner *newsBanner;
+    FileReport report;
     qsizetype toldRows = 0; ///< that were left out
 };

@@ -6,6 +6,7 @@
 #include "widgets/Alert.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QStandardPaths>
 
 #include <chrono>
@@ -29,7 +30,7 @@ GuideProgram::GuideProgram(NotificationCenter &systemNotices, QObject *parent)
     connect(qApp, &QCoreApplication::aboutToQuit, this, &QProcess::closeWriteChannel);
     connect(this, &QProcess::readyReadStandardOutput, this, [this] {
         while (canReadLine())
-            diagnostics::line(readLine().trimmed());
+            obey(readLine().trimmed());
     });
     connect(this, &QProcess::finished, this, &GuideProgram::judgeEnd);
     connect(this, &QProcess::errorOccurred, this, [this](ProcessError error) {
@@ -52,6 +53,18 @@ void GuideProgram::bringToFront()
         start(programPath(), QStringList());
     tellAppearance();
     write("raise\n");
+}
+
+void GuideProgram::obey(const QByteArray &line)
+{
+    constexpr QByteArrayView keyWord("key ");
+    const QKeySequence keys =
+        line.startsWith(keyWord) ? QString::fromUtf8(line.sliced(keyWord.size())) : QString();
+    if (keys.isEmpty())
+        diagnostics::line(line);
+    else
+        QCoreApplication::postEvent(
+            parent(), new QKeyEvent(QEvent::KeyPress, keys[0].key(), keys[0].keyboardModifiers()));
 }
 
 void GuideProgram::tellAppearance()

@@ -8,7 +8,9 @@ class NotificationCenter;
 /// together, and ends the program in which it fails.
 ///
 /// It is told what to do over its standard input: "dark" or "light", which appearance to have, and "raise",
-/// to bring its window to the user. It ends when its window is closed or its standard input is.
+/// to bring its window to the user. It ends when its window is closed or its standard input is. What it
+/// writes are diagnostic lines, and "key" with those that were pressed in its window and are meant for the
+/// parent.
 class GuideProgram : public QProcess
 {
     Q_OBJECT
@@ -17,6 +19,7 @@ public:
     static bool isInstalled();
 
     /// \param systemNotices  tell when the appearance has changed
+    /// \param parent         is sent the keys of commands
     GuideProgram(NotificationCenter &systemNotices, QObject *parent);
     ~GuideProgram() override;
 
@@ -24,6 +27,7 @@ public:
     void bringToFront();
 
 private:
+    void obey(const QByteArray &line);
     void tellAppearance();
     void judgeEnd(int status, ExitStatus howItEnded);
     void tellUser(const QString &whatHappened, const QString &why);

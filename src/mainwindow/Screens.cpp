@@ -9,18 +9,31 @@
 #include "messaging/ViewControllerSettings.h"
 #include "model/TaskManager.h"
 #include "tools/ViewControllerNotes.h"
+#include "widgets/WindowSize.h"
+
+#include <QApplication>
 
 using namespace Qt::StringLiterals;
 
 /// Shows the screen, which is made if it is not open; true when it was made. A screen that was closed is
 /// gone.
+/// \param stateFolder  where its size is kept; empty for a screen that has a size of its own
 template <typename ScreenClass, typename Resources>
-static bool open(QPointer<ScreenClass> &screen, Resources &&resources, QWidget &mainWindow)
+static bool open(QPointer<ScreenClass> &screen, Resources &&resources, QWidget &mainWindow,
+                 const QString &stateFolder = {})
 {
     const bool isNew = !screen || !screen->isVisible();
     if (isNew) {
         screen = new ScreenClass(resources, &mainWindow);
         screen->setAttribute(Qt::WA_DeleteOnClose);
+        if (!stateFolder.isEmpty())
+            windowSize::keep(*screen, stateFolder);
+    }
+    // A modal form lets no other window be used than another modal one.
+    const QWidget *modal = QApplication::activeModalWidget();
+    if (modal && modal != screen) {
+        screen->hide(); // a window keeps its modality while it is shown
+        screen->setWindowModality(Qt::ApplicationModal);
     }
     bringToFront(*screen);
     return isNew;
@@ -49,27 +62,28 @@ void Screens::openEditForm(QWidget &mainWindow)
 
 void Screens::openClients(QWidget &mainWindow)
 {
-    open(clients, services.dataFolder, mainWindow);
+    open(clients, services.dataFolder, mainWindow, folders.state);
 }
 
 void Screens::openTeamMembers(QWidget &mainWindow)
 {
-    open(teamMembers, services.dataFolder, mainWindow);
+    open(teamMembers, services.dataFolder, mainWindow, folders.state);
 }
 
 void Screens::openSending(QWidget &mainWindow)
 {
-    open(sending, ViewControllerSending::Services{services.manager, runs, services.dataFolder}, mainWindow);
+    open(sending, ViewControllerSending::Services{services.manager, runs, services.dataFolder}, mainWindow,
+         folders.state);
 }
 
 void Screens::openSettings(QWidget &mainWindow)
 {
-    open(settings, services.manager.defaults, mainWindow);
+    open(settings, services.manager.defaults, mainWindow, folders.state);
 }
 
 void Screens::openNotes(QWidget &mainWindow)
 {
-    open(notes, ViewControllerNotes::Folders{folders.documents, folders.state}, mainWindow);
+    open(notes, ViewControllerNotes::Folders{folders.documents, folders.state}, mainWindow, folders.state);
 }
 
 void Screens::openWhiteboard(QWidget &mainWindow)

@@ -1,6 +1,7 @@
 #include "mainwindow/ViewController.h"
 
 #include "app/UIUtil.h"
+#include "mainwindow/CommandKeys.h"
 #include "mainwindow/GuideProgram.h"
 #include "mainwindow/Screens.h"
 #include "model/Appearance.h"
@@ -17,18 +18,11 @@
 
 using namespace Qt::StringLiterals;
 
-static std::unique_ptr<Ui::ViewController> setUpUi(QMainWindow &window)
-{
-    auto ui = std::make_unique<Ui::ViewController>();
-    ui->setupUi(&window);
-    return ui;
-}
-
 ViewController::ViewController(TaskManager &taskManager, NotificationCenter &applicationNotices,
                                NotificationCenter &desktopNotices, Screens &furtherScreens,
                                CloudSync &cloudSync, const QString &documentsFolder,
                                const QString &stateFolder)
-    : ui(setUpUi(*this))
+    : ui(setUpForm<Ui::ViewController>(*this))
     , taskCommands(*ui)
     , manager(taskManager)
     , notices(applicationNotices)
@@ -86,7 +80,7 @@ void ViewController::connectActions()
         ui->actionGuide->setText(u"Guide (not installed)"_s);
         ui->actionGuide->setEnabled(false);
     }
-    qApp->installEventFilter(this);
+    new CommandKeys(*ui->actionGuide, {ui->actionQuit, ui->actionAdd}, this);
     connectScreens();
     connect(&dayWatch, &DayWatch::dayMayHaveChanged, this, &ViewController::showToday);
     connect(ui->shareButton, &QToolButton::pressed, this, [this] { sharingTask(ui->shareButton); });
@@ -154,7 +148,7 @@ void ViewController::showEvent(QShowEvent *event)
 
 void ViewController::closeEvent(QCloseEvent *event)
 {
-    if (!closeScreens() || !fileBanners.mayQuit() || !cloudStatus.mayQuit()) {
+    if (!cloudStatus.mayQuit() || !closeScreens() || !fileBanners.mayQuit()) {
         event->ignore();
         return;
     }
@@ -169,16 +163,6 @@ void ViewController::keyPressEvent(QKeyEvent *event)
         cloudStatus.stop();
     else
         QMainWindow::keyPressEvent(event);
-}
-
-/// Opens the guide from the other windows, modal ones too, which no shortcut of this window would reach.
-bool ViewController::eventFilter(QObject *receiver, QEvent *event)
-{
-    const auto *key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent *>(event) : nullptr;
-    const bool isForGuide = key && key->matches(QKeySequence::HelpContents) && !key->isAutoRepeat();
-    if (isForGuide)
-        ui->actionGuide->trigger();
-    return isForGuide || QMainWindow::eventFilter(receiver, event);
 }
 
 /// Closes the other windows; false when one of them stays open, since what is in it is not saved.

@@ -64,7 +64,6 @@ protected:
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
-    bool eventFilter(QObject *receiver, QEvent *event) override;
 
 private:
     void connectActions();
@@ -98,5 +97,5 @@ private:
     CloudStatus cloudStatus;
     TaskTable table;
     WindowState keptState;
-    DayWatch dayWatch;
+    DayWatch dayWatch{this};
 };

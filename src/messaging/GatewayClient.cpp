@@ -10,13 +10,17 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int connections = 6; // as many as a QNetworkAccessManager opens to one host
+constexpr qsizetype connections = 6; // as many as a QNetworkAccessManager opens to one host
+// Enough for several recipients side by side, and few when sending is switched off meanwhile.
+constexpr qsizetype mostHeldOfOne = 10;
+constexpr qsizetype mostHeld = connections * mostHeldOfOne;
 constexpr qint64 longestAnswer = 1 << 20;
 
 /// A request's body that can be read only once. Where a connection breaks after a request was sent, Qt would
@@ -155,17 +159,36 @@ GatewayClient::~GatewayClient()
 
 bool GatewayClient::start(const GatewayRequest &request)
 {
+    const auto isFree = [this, &request] {
+        return held.size() < mostHeld &&
+               std::ranges::count(held, request.recipient, &GatewayRequest::recipient) < mostHeldOfOne;
+    };
     std::unique_lock lock(mutex);
-    changed.wait(lock, [this] { return closed || underWay < connections; });
+    changed.wait(lock, [&] { return closed || isFree(); });
     if (closed)
         return false;
-    ++underWay;
-    ++unsent;
-    if (!thread.isRunning())
-        thread.start(); // not before, so that the program starts without it
-    QMetaObject::invokeMethod(
-        &threadContext, [this, request] { send(request); }, Qt::QueuedConnection);
+    held.append(request);
+    sendHeld();
     return true;
+}
+
+/// Hands the requests whose turn it is to the thread. To be called with the mutex locked.
+void GatewayClient::sendHeld()
+{
+    while (!isPausing && underWay.size() < connections) {
+        const auto next = std::ranges::find_if(
+            held, [this](const GatewayRequest &request) { return !underWay.contains(request.recipient); });
+        if (next == held.end())
+            break;
+        underWay.append(next->recipient);
+        isPausing = next->pause > 0ms;
+        if (!thread.isRunning())
+            thread.start(); // not before, so that the program starts without it
+        QMetaObject::invokeMethod(
+            &threadContext, [this, request = *next] { send(request); }, Qt::QueuedConnection);
+        held.erase(next);
+    }
+    changed.notify_all();
 }
 
 void GatewayClient::pause(std::chrono::milliseconds duration)
@@ -174,8 +197,15 @@ void GatewayClient::pause(std::chrono::milliseconds duration)
         return;
     diagnostics::flush();
     std::unique_lock lock(mutex);
-    changed.wait(lock, [this] { return closed || unsent == 0; });
     changed.wait_for(lock, duration, [this] { return closed.load(); });
+}
+
+qsizetype GatewayClient::drain()
+{
+    diagnostics::flush();
+    std::unique_lock lock(mutex);
+    changed.wait(lock, [this] { return held.isEmpty(); });
+    return std::exchange(dropped, 0);
 }
 
 void GatewayClient::close()
@@ -183,6 +213,8 @@ void GatewayClient::close()
     {
         const std::lock_guard lock(mutex);
         closed = true;
+        dropped += held.size();
+        held.clear();
     }
     changed.notify_all();
 }
@@ -191,7 +223,7 @@ bool GatewayClient::finish(std::chrono::nanoseconds limit)
 {
     close();
     const auto isIdle = [this] {
-        return underWay == 0;
+        return underWay.isEmpty();
     };
     std::unique_lock lock(mutex);
     if (changed.wait_for(lock, limit, isIdle))
@@ -224,11 +256,12 @@ void GatewayClient::send(const GatewayRequest &request)
     });
     QObject::connect(reply, &QNetworkReply::finished, &threadContext,
                      [this, reply, request] { complete(*reply, request); });
-    {
-        const std::lock_guard lock(mutex);
-        --unsent;
-    }
-    changed.notify_all();
+    if (request.pause > 0ms)
+        QTimer::singleShot(request.pause, Qt::PreciseTimer, manager.get(), [this] {
+            const std::lock_guard lock(mutex);
+            isPausing = false;
+            sendHeld();
+        });
 }
 
 void GatewayClient::prepareConnections()
@@ -260,9 +293,7 @@ void GatewayClient::complete(QNetworkReply &reply, const GatewayRequest &request
             "Error:", error ? u"Optional(%1)"_s.arg(withVisibleControls(withoutCredentials(*error, request)))
                             : u"nil"_s);
     diagnostics::flush(); // the main thread may not become idle for long
-    {
-        const std::lock_guard lock(mutex);
-        --underWay;
-    }
-    changed.notify_all();
+    const std::lock_guard lock(mutex);
+    underWay.removeOne(request.recipient);
+    sendHeld();
 }

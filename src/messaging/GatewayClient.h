@@ -5,7 +5,7 @@
 #include <QNetworkAccessManager>
 #include <QSslCertificate>
 #include <QSslConfiguration>
-#include <QString>
+#include <QStringList>
 #include <QThread>
 
 #include <atomic>
@@ -33,13 +33,16 @@ struct GatewayRequest
     QByteArray userName;
     QByteArray password;
     QByteArray body; ///< application/x-www-form-urlencoded
+    QString recipient;
+    std::chrono::milliseconds pause = {}; ///< for so long after it no other request goes out
 };
 
 /// The one HTTPS client through which all messages go, on a thread of its own.
 ///
 /// Every request goes out once: it is not repeated, does not follow a redirection and does not answer a
-/// challenge. What comes back is written to the diagnostic lines. Made and destroyed on the main thread, used
-/// on others.
+/// challenge. What comes back is written to the diagnostic lines. A recipient's requests go out one after the
+/// other's answer, so that they arrive in order, and those of several recipients side by side. Made and
+/// destroyed on the main thread, used on others.
 class GatewayClient
 {
 public:
@@ -54,21 +57,24 @@ public:
     GatewayClient(const GatewayClient &) = delete;
     GatewayClient &operator=(const GatewayClient &) = delete;
 
-    /// Waits until fewer requests are under way than there may be connections, starts this one and does not
-    /// wait for its answer. False when the client was closed before that.
+    /// Sends the request as soon as its turn comes and does not wait for that, unless there are many before
+    /// it. False when the client was closed.
     bool start(const GatewayRequest &request);
-    /// Waits until every started request has been handed to the network, and then for the duration. Ends at
-    /// once when the client is closed.
+    /// Waits for the duration. Ends at once when the client is closed.
     void pause(std::chrono::milliseconds duration);
+    /// Waits until no request waits for its turn. The answer is how many never got it because the client was
+    /// closed; each of them is told once.
+    qsizetype drain();
 
-    /// From here on nothing is started. May be called from any thread.
+    /// From here on nothing is sent. May be called from any thread.
     void close();
     bool isClosed() const { return closed; }
     /// Closes the client and waits until every request under way has been answered; those that take longer
-    /// than the limit are broken off, and the answer is false.
+    /// than the limit are broken off, and the result is false.
     bool finish(std::chrono::nanoseconds limit);
 
 private:
+    void sendHeld();
     void send(const GatewayRequest &request);
     void prepareConnections();
     void complete(QNetworkReply &reply, const GatewayRequest &request);
@@ -86,6 +92,8 @@ private:
     std::mutex mutex;
     std::condition_variable changed;
     std::atomic<bool> closed = false;
-    int underWay = 0; ///< requests that have been started and not answered
-    int unsent = 0;   ///< those of them that the thread has not yet handed to the network
+    QList<GatewayRequest> held; ///< in the order in which they were started
+    QStringList underWay;       ///< whose requests have not been answered
+    bool isPausing = false;     ///< after a request
+    qsizetype dropped = 0;      ///< requests that were held when the client was closed
 };

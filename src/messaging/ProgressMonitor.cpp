@@ -26,8 +26,8 @@ void ProgressMonitor::run()
     bool hasEnded = false;
     do {
         std::this_thread::sleep_for(500us);
-        // Asked before the counter, so that the last step is seen although sending ends in between. When
-        // another run changes the shared counter, the end of sending is all that can be waited for.
+        // Asked before the counter, so that the last step is seen although sending ends in between. A run
+        // that is cut off has no last step.
         hasEnded = hasSendingEnded;
         steps = counters.stepsPerformed;
         diagnostics::line("--------------------ASYNC--------------------------:", steps);

@@ -4,7 +4,7 @@
 
 #include <atomic>
 
-/// How far the sending is. The whole program has one pair of counters, which runs that overlap share.
+/// How far the sending of a run is.
 struct RunCounters
 {
     std::atomic<qint64> stepsPerformed = 1; ///< recipient × task, both counted from 1

@@ -2,10 +2,8 @@
 
 #include "platform/Diagnostics.h"
 
-ScheduleRun::ScheduleRun(RunSnapshot runSnapshot, RunCounters &runCounters, const Preferences &preferences,
-                         GatewayClient &gateway)
+ScheduleRun::ScheduleRun(RunSnapshot runSnapshot, const Preferences &preferences, GatewayClient &gateway)
     : snapshot(std::move(runSnapshot))
-    , counters(runCounters)
     , sendWorker(snapshot, counters, preferences, gateway)
     , progressMonitor(snapshot, counters, *this,
                       [this](const RunProgress &progress) {

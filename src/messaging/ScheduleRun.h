@@ -13,8 +13,7 @@ class ScheduleRun : public QObject
     Q_OBJECT
 
 public:
-    ScheduleRun(RunSnapshot snapshot, RunCounters &counters, const Preferences &preferences,
-                GatewayClient &gateway);
+    ScheduleRun(RunSnapshot snapshot, const Preferences &preferences, GatewayClient &gateway);
     /// Waits for both threads; while they may still have work the client has to be closed before.
     ~ScheduleRun() override;
 
@@ -33,7 +32,7 @@ private:
     void end();
 
     RunSnapshot snapshot;
-    RunCounters &counters;
+    RunCounters counters;
     RunProgress shownProgress;
     SendWorker sendWorker;
     ProgressMonitor progressMonitor;

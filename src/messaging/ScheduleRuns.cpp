@@ -64,9 +64,7 @@ ScheduleRun &ScheduleRuns::add(RunSnapshot snapshot)
     sent.append({began, {}, digestOf(snapshot)});
     if (sent.size() > mostKept)
         sent.removeFirst();
-    counters.stepsPerformed = 1;
-    counters.schedulesSent = 0;
-    runs.push_back(std::make_unique<ScheduleRun>(std::move(snapshot), counters, preferences, gateway));
+    runs.push_back(std::make_unique<ScheduleRun>(std::move(snapshot), preferences, gateway));
     ScheduleRun *run = runs.back().get();
     QObject::connect(run, &ScheduleRun::finished, &mainThread, [this, began] {
         for (Sent &entry : sent)

@@ -8,8 +8,8 @@
 #include <optional>
 #include <vector>
 
-/// The program's runs of schedule messages, with the counters and the gateway client that they share. Made
-/// on the main thread, before the screens and after the preferences.
+/// The program's runs of schedule messages, with the gateway client that they share. Made on the main
+/// thread, before the screens and after the preferences.
 class ScheduleRuns
 {
 public:
@@ -18,7 +18,7 @@ public:
     ScheduleRuns(const ScheduleRuns &) = delete;
     ScheduleRuns &operator=(const ScheduleRuns &) = delete;
 
-    /// A run to be started, with the counters set back. It lives until shortly after it has finished.
+    /// A run to be started. It lives until shortly after it has finished.
     ScheduleRun &add(RunSnapshot snapshot);
     /// When the same messages were last sent to the same people, if that was within the last minutes; also
     /// when they are still being handed over.
@@ -41,7 +41,6 @@ private:
         QByteArray digest; ///< of people and messages
     };
 
-    RunCounters counters;
     QList<Sent> sent; ///< the newest last
     std::vector<std::unique_ptr<ScheduleRun>> runs;
     QObject mainThread; ///< receives what ends a run

@@ -22,6 +22,7 @@ void SendWorker::run()
     bool isComplete = true;
     for (const Recipient &recipient : snapshot.recipients)
         isComplete &= sendSchedule(++position, recipient);
+    unsent += gateway.drain();
     if (!isComplete || unsent > 0)
         diagnostics::line("Messages not sent:", unsent);
 }

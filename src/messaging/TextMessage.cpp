@@ -66,6 +66,7 @@ bool sendTextMessage(const QString &message, const QString &phoneNo, const Prefe
     const QString to =
         preferences.boolean(messagingKey::overwrite) ? setting(messagingKey::testPhoneNo) : phoneNo;
     const QString text = firstCharacters(message, longestMessage);
+    const std::chrono::milliseconds delay = delayAfterMessage(preferences);
     diagnostics::line("Start Message");
     if (!fitIntoAddress(accountId, secret)) {
         diagnostics::line("Message refused: the account identifier or the secret makes no valid address");
@@ -75,9 +76,11 @@ bool sendTextMessage(const QString &message, const QString &phoneNo, const Prefe
                             .userName = accountId.toUtf8(),
                             .password = secret.toUtf8(),
                             .body = "From=" + QUrl::toPercentEncoding(from) + "&To=" +
-                                    QUrl::toPercentEncoding(to) + "&Body=" + QUrl::toPercentEncoding(text)}))
+                                    QUrl::toPercentEncoding(to) + "&Body=" + QUrl::toPercentEncoding(text),
+                            .recipient = to,
+                            .pause = delay}))
             return false;
     }
-    gateway.pause(delayAfterMessage(preferences));
+    gateway.pause(delay);
     return true;
 }

@@ -20,7 +20,8 @@ std::chrono::milliseconds delayAfterMessage(const Preferences &preferences);
 /// address as it is, the message is refused with a diagnostic line. What the gateway answers goes to the
 /// diagnostic lines only. Not to be called on the main thread.
 ///
-/// False when the message was not sent because the client has been closed.
+/// False when the message was not sent because the client has been closed. One that waits for its turn is
+/// taken as sent; the client tells of it if it never comes.
 ///
 /// Source of the request's form: the REST interface of the Twilio SMS gateway, version 2010-04-01.
 bool sendTextMessage(const QString &message, const QString &phoneNo, const Preferences &preferences,

@@ -7,25 +7,61 @@
 #include "platform/Diagnostics.h"
 #include "platform/Preferences.h"
 #include "ui_ViewControllerSending.h"
+#include "widgets/Alert.h"
 
 #include <QApplication>
 #include <QLocale>
+#include <QShortcut>
 
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 /// The contacts of the selected rows, in the order of the rows.
-static std::vector<Recipient> selectedRecipients(const QTableView &table, const ContactTable &contacts)
+static std::vector<Contact> selectedContacts(const QTableView &table, const ContactTable &contacts)
 {
     QList<int> rows;
     for (const QModelIndex &index : table.selectionModel()->selectedRows())
         rows.append(index.row());
     std::ranges::sort(rows);
-    std::vector<Recipient> recipients;
+    std::vector<Contact> selected;
     for (const int row : rows)
-        recipients.push_back({contacts.contact(row).name(), contacts.contact(row).phoneNo()});
-    return recipients;
+        selected.push_back(contacts.contact(row));
+    return selected;
+}
+
+/// Lets the table show what its context holds now, with the same contacts selected.
+/// \return the names of those selected that are gone
+template <typename Record>
+static QStringList reload(const QTableView &table, ContactTable &contacts, ObjectContext &context)
+{
+    std::vector<Contact> selected = selectedContacts(table, contacts);
+    contacts.load<Record>(context);
+    QStringList gone;
+    std::erase_if(selected, [&gone](const Contact &contact) {
+        if (contact.isDeleted())
+            gone.append(contact.name().value_or(QString()));
+        return contact.isDeleted();
+    });
+    QItemSelection rows;
+    for (int row = 0, found = 0; found < std::ssize(selected); ++row)
+        if (contacts.contact(row) == selected[size_t(found)]) { // which come in the same order
+            rows.append({contacts.index(row, Contact::Name), contacts.index(row, Contact::PhoneNo)});
+            ++found;
+        }
+    table.selectionModel()->select(rows, QItemSelectionModel::Select);
+    return gone;
+}
+
+/// The first of the items, and how many more there are.
+static QString enumeration(QStringList items)
+{
+    constexpr qsizetype mostNamed = 8;
+    if (const qsizetype more = items.size() - mostNamed; more > 0) {
+        items.resize(mostNamed);
+        items.append(u"%1 more"_s.arg(more));
+    }
+    return items.join(u", "_s);
 }
 
 ViewControllerSending::ViewControllerSending(const Services &services, QWidget *parent)
@@ -53,6 +89,15 @@ ViewControllerSending::ViewControllerSending(const Services &services, QWidget *
 
 ViewControllerSending::~ViewControllerSending() = default;
 
+/// A button's own shortcut presses it again and again while the keys are held down.
+static void takeShortcutOver(QPushButton &button)
+{
+    auto *shortcut = new QShortcut(button.shortcut(), &button);
+    button.setShortcut({});
+    shortcut->setAutoRepeat(false);
+    QObject::connect(shortcut, &QShortcut::activated, &button, &QPushButton::animateClick);
+}
+
 void ViewControllerSending::connectActions()
 {
     connect(ui->allClients, &QCheckBox::clicked, this, [this] { selectClients(ui->allClients); });
@@ -61,6 +106,8 @@ void ViewControllerSending::connectActions()
             [this] { SendScheduleToClients(ui->sendMsgClients); });
     connect(ui->sendMsgTeamMembers, &QPushButton::clicked, this,
             [this] { SendScheduleToTeamMembers(ui->sendMsgTeamMembers); });
+    for (QPushButton *button : {ui->sendMsgClients, ui->sendMsgTeamMembers})
+        takeShortcutOver(*button);
     connect(ui->closeButton, &QPushButton::clicked, this, [this] { closeSending(ui->closeButton); });
     keepInStep(*ui->clientsTable, *ui->allClients);
     keepInStep(*ui->teamMembers, *ui->allTeamMembers);
@@ -74,6 +121,7 @@ void ViewControllerSending::keepInStep(QTableView &table, QCheckBox &selectAll)
         selectAll.setChecked(selected > 0 && selected == table.model()->rowCount());
     };
     connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, &selectAll, follow);
+    connect(table.model(), &QAbstractItemModel::modelReset, &selectAll, follow);
 }
 
 void ViewControllerSending::viewDidAppear()
@@ -121,17 +169,39 @@ void ViewControllerSending::selectTeamMembers(QObject *)
 
 void ViewControllerSending::SendScheduleToClients(QObject *)
 {
-    send(RecipientKind::Client, selectedRecipients(*ui->clientsTable, clientsArray));
+    send(RecipientKind::Client, *ui->clientsTable, clientsArray);
 }
 
 void ViewControllerSending::SendScheduleToTeamMembers(QObject *)
 {
-    send(RecipientKind::TeamMember, selectedRecipients(*ui->teamMembers, teamMembersArray));
+    send(RecipientKind::TeamMember, *ui->teamMembers, teamMembersArray);
 }
 
-void ViewControllerSending::send(RecipientKind kind, std::vector<Recipient> recipients)
+/// Reads the contacts anew when they were changed meanwhile. False when that changes whom the user has
+/// selected, who then is told.
+bool ViewControllerSending::areContactsNewest()
 {
-    // The second press of a double click, or of a key that is held down.
+    const ObjectContext::Refresh result = managedObjectContext->refresh();
+    if (result == ObjectContext::Refresh::Unchanged)
+        return true;
+    QString hindrance = u"The contacts cannot be read; another program may be keeping them to itself."_s;
+    if (result == ObjectContext::Refresh::Changed) {
+        const QStringList gone =
+            reload<Clients>(*ui->clientsTable, clientsArray, *managedObjectContext) +
+            reload<TeamMembers>(*ui->teamMembers, teamMembersArray, *managedObjectContext);
+        if (gone.isEmpty())
+            return true;
+        hindrance = u"No longer among the contacts: %1."_s.arg(enumeration(gone));
+    }
+    alertMessage(this, hindrance + u" Nothing has been sent. Please look whom you have selected, and press "
+                                   "the button again."_s);
+    lastPress.start();
+    return false;
+}
+
+void ViewControllerSending::send(RecipientKind kind, const QTableView &table, const ContactTable &contacts)
+{
+    // The second press of a double click.
     const bool isRepeated = lastPress.isValid() && lastPress.elapsed() < QApplication::doubleClickInterval();
     lastPress.start();
     if (isRepeated)
@@ -139,6 +209,11 @@ void ViewControllerSending::send(RecipientKind kind, std::vector<Recipient> reci
     for (DatePicker *picker : {ui->startSendDate, ui->endSendDate})
         if (!picker->commit()) // what is still being typed there
             return;
+    if (!areContactsNewest())
+        return;
+    std::vector<Recipient> recipients;
+    for (const Contact &contact : selectedContacts(table, contacts))
+        recipients.push_back({contact.name(), contact.phoneNo()});
     const ScheduleText text(kind, ui->startSendDate->moment(), ui->endSendDate->moment(), manager.defaults);
     RunSnapshot snapshot{.kind = kind,
                          .recipients = std::move(recipients),
@@ -154,7 +229,6 @@ void ViewControllerSending::send(RecipientKind kind, std::vector<Recipient> reci
 /// Asks before the same people are sent the same again.
 bool ViewControllerSending::isWanted(const RunSnapshot &snapshot)
 {
-    constexpr size_t mostNamed = 8;
     const std::optional<QTime> before = runs.timeOfSame(snapshot);
     if (!before)
         return true;
@@ -163,14 +237,11 @@ bool ViewControllerSending::isWanted(const RunSnapshot &snapshot)
     const QString testNumber = preferences.text(messagingKey::testPhoneNo).value_or(QString());
     QStringList people;
     for (const Recipient &recipient : snapshot.recipients)
-        if (people.size() < qsizetype(mostNamed))
-            people.append(u"%1 (%2)"_s.arg(recipient.name.value_or(QString()),
-                                           isTest ? testNumber : recipient.phoneNo.value_or(u"–"_s)));
-    if (snapshot.recipients.size() > mostNamed)
-        people.append(u"%1 more"_s.arg(snapshot.recipients.size() - mostNamed));
+        people.append(u"%1 (%2)"_s.arg(recipient.name.value_or(QString()),
+                                       isTest ? testNumber : recipient.phoneNo.value_or(u"–"_s)));
     const bool isAgain = util().askYesNo(u"The same messages were sent at %1. Send them again?"_s.arg(
                                              QLocale().toString(*before, QLocale::ShortFormat)),
-                                         people.join(u", "_s));
+                                         enumeration(people));
     lastPress.start();
     return isAgain;
 }
@@ -180,10 +251,8 @@ void ViewControllerSending::follow(const ScheduleRun &run)
 {
     ui->progressBar->setIndeterminate(true);
     ui->progressBar->setSteps(1, run.lastStep());
-    connect(&run, &ScheduleRun::progressed, this, [this, &run] {
-        if (&run == runs.current()) // an older one that still hands over is not what is shown
-            showProgress(run);
-    });
+    disconnect(followed); // an older one may still be handing over
+    followed = connect(&run, &ScheduleRun::progressed, this, [this, &run] { showProgress(run); });
     showProgress(run);
 }
 

@@ -52,14 +52,16 @@ private:
     void connectActions();
     void keepInStep(QTableView &table, QCheckBox &selectAll);
     bool canSend() const;
-    void send(RecipientKind kind, std::vector<Recipient> recipients);
+    void send(RecipientKind kind, const QTableView &table, const ContactTable &contacts);
+    bool areContactsNewest();
     void follow(const ScheduleRun &run);
     void showProgress(const ScheduleRun &run);
 
     bool isWanted(const RunSnapshot &snapshot);
 
     std::unique_ptr<Ui::ViewControllerSending> ui;
-    QElapsedTimer lastPress; ///< of a send button
+    QElapsedTimer lastPress;          ///< of a send button
+    QMetaObject::Connection followed; ///< to the run that is shown
     TaskManager &manager;
     ScheduleRuns &runs;
     PersistentContainer persistentContainer;

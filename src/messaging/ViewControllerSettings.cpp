@@ -60,6 +60,19 @@ void ViewControllerSettings::viewWillAppear()
     ui->delayMS->setText(QString::number(preferences.integer(messagingKey::delay)));
 }
 
+/// Whether messages can be sent with what is in these fields; else the one that is wrong is marked.
+static bool areUsable(MarkedField &accountId, MarkedField &secret)
+{
+    const bool isAccountUsable = fitIntoAddress(accountId.text(), {});
+    if (isAccountUsable && fitIntoAddress({}, secret.text()))
+        return true;
+    MarkedField &wrong = isAccountUsable ? secret : accountId;
+    wrong.mark(u"Not saved: the %1 has a character that the gateway does not take, such as a blank, @, / or "
+               "%. Please copy it once more from the gateway's console."_s.arg(
+                   isAccountUsable ? u"secret"_s : u"account identifier"_s));
+    return false;
+}
+
 void ViewControllerSettings::setSettings(QObject *)
 {
     for (QLineEdit *field : {ui->secureID, ui->passPhrase})
@@ -70,22 +83,6 @@ void ViewControllerSettings::setSettings(QObject *)
         alertMessage(this, u"The settings hold until the program ends: they could not be written to its "
                            "preferences file."_s);
     close();
-}
-
-/// Whether messages can be sent with what is in these fields; else the one that is wrong is pointed out.
-bool ViewControllerSettings::areUsable(QLineEdit &accountId, QLineEdit &secret)
-{
-    const bool isAccountUsable = fitIntoAddress(accountId.text(), {});
-    if (isAccountUsable && fitIntoAddress({}, secret.text()))
-        return true;
-    QLineEdit &wrong = isAccountUsable ? secret : accountId;
-    wrong.setFocus();
-    wrong.selectAll();
-    alertMessage(this,
-                 u"The %1 has a character that the gateway does not take, such as a blank, @, / or %. Please "
-                 "copy it once more from the gateway's console."_s.arg(
-                     isAccountUsable ? u"secret"_s : u"account identifier"_s));
-    return false;
 }
 
 bool ViewControllerSettings::saveControls()
@@ -103,7 +100,7 @@ bool ViewControllerSettings::saveControls()
 
 void ViewControllerSettings::resetToOriginal(QObject *)
 {
-    for (QLineEdit *field : {ui->secureID, ui->passPhrase, ui->sendingPhoneNo})
+    for (QLineEdit *field : QList<QLineEdit *>{ui->secureID, ui->passPhrase, ui->sendingPhoneNo})
         field->clear();
     ui->sendSMS->setChecked(false);
     ui->overwritePhoneNo->setChecked(false);

@@ -5,7 +5,6 @@
 #include <memory>
 
 class Preferences;
-class QLineEdit;
 
 namespace Ui {
 class ViewControllerSettings;
@@ -29,7 +28,6 @@ protected:
 
 private:
     void connectActions();
-    bool areUsable(QLineEdit &accountId, QLineEdit &secret);
     bool saveControls();
     void revealSecret(bool reveal);
 

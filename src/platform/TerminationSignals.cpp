@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::array terminating{SIGTERM, SIGINT, SIGHUP};
 int received = -1; // counts the signals; the only thing that a handler touches
+bool isQuitting = false;
 
 void count(int)
 {
@@ -24,6 +25,11 @@ void count(int)
 
 } // namespace
 
+bool terminationSignals::isReceived()
+{
+    return isQuitting;
+}
+
 void terminationSignals::quitOnThem()
 {
     received = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
@@ -32,6 +38,7 @@ void terminationSignals::quitOnThem()
     auto *notifier = new QSocketNotifier(received, QSocketNotifier::Read, qApp);
     QObject::connect(notifier, &QSocketNotifier::activated, notifier, [notifier] {
         notifier->setEnabled(false);
+        isQuitting = true;
         for (const int signal : terminating)
             std::signal(signal, SIG_DFL);
         QCoreApplication::quit();

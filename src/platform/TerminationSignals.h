@@ -6,5 +6,7 @@ namespace terminationSignals {
 
 /// From now on; the application object has to be there already.
 void quitOnThem();
+/// Whether one of them has come.
+bool isReceived();
 
 } // namespace terminationSignals

@@ -3,8 +3,8 @@
 #include "model/Appearance.h"
 #include "platform/Diagnostics.h"
 #include "ui_ViewControllerNotes.h"
-#include "widgets/Banner.h"
 
+#include <QFileInfo>
 #include <QKeyEvent>
 #include <QShortcut>
 #include <QTimer>
@@ -16,13 +16,11 @@ using namespace Qt::StringLiterals;
 
 ViewControllerNotes::ViewControllerNotes(const Folders &folders, QWidget *parent)
     : Screen(parent, Qt::Window)
-    , ui(std::make_unique<Ui::ViewControllerNotes>())
-    , banner(new Banner(this))
+    , ui(setUpForm<Ui::ViewControllerNotes>(*this))
+    , report(*ui->mainLayout, [this] { return unsaved(); })
 {
     if (!folders.documents.isEmpty())
         file.emplace(folders.documents + u"/zandunotes.txt"_s, folders.state);
-    ui->setupUi(this);
-    ui->mainLayout->insertWidget(0, banner);
     ui->findBar->hide();
     connectActions();
     viewDidLoad();
@@ -103,6 +101,11 @@ void ViewControllerNotes::loadNotes()
     if (!file)
         return;
     const std::optional<QString> text = file->read();
+    QStringList news;
+    if (!text && QFileInfo::exists(file->path()))
+        news.append(
+            u"%1 could not be read as text. It is copied before it is overwritten."_s.arg(file->path()));
+    report.tell(true, news, file->takeCopyPath());
     if (!text) {
         diagnostics::line("Error");
         return;
@@ -120,14 +123,11 @@ QByteArray ViewControllerNotes::content()
     return saved;
 }
 
-/// Writes the notes, and tells in the banner when that fails.
+/// Writes the notes, and tells what has become of their file.
 bool ViewControllerNotes::writeNotes()
 {
-    const bool isWritten = !file || file->write(content());
-    if (isWritten)
-        banner->withdraw();
-    else
-        unsaved().tell(*banner);
+    const bool isWritten = file->write(content());
+    report.tell(isWritten, {}, file->takeCopyPath());
     return isWritten;
 }
 
@@ -146,7 +146,7 @@ Unsaved ViewControllerNotes::unsaved()
 /// Notes that cannot be saved stay open, unless the user lets them go.
 bool ViewControllerNotes::viewShouldClose()
 {
-    return writeNotes() || unsaved().mayBeLeft(*this, u"&Close Without Saving"_s);
+    return !file || report.mayClose(u"&Close Without Saving"_s);
 }
 
 bool ViewControllerNotes::saveNotes()

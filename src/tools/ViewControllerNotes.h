@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/TextFile.h"
+#include "widgets/FileReport.h"
 #include "widgets/Screen.h"
-#include "widgets/Unsaved.h"
 
 #include <QPointer>
 #include <QTextDocument>
@@ -10,7 +10,6 @@
 #include <memory>
 #include <optional>
 
-class Banner;
 class QTimer;
 
 namespace Ui {
@@ -58,7 +57,7 @@ private:
 
     std::unique_ptr<Ui::ViewControllerNotes> ui;
     std::optional<TextFile> file;
-    Banner *banner; ///< while the notes are not in their file
+    FileReport report;
     QPointer<QTimer> timer;
     QByteArray saved;       ///< what the last save wrote
     int savedRevision = -1; ///< of the document then

@@ -9,12 +9,14 @@
 
 #include <QBuffer>
 #include <QDir>
+#include <QFileInfo>
 #include <QIcon>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScreen>
 #include <QShortcut>
 #include <QStyle>
+#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -26,20 +28,31 @@ constexpr int bandHeight = 60;
 const QString pictureName = u"zandulistwhiteboard.png"_s;
 constexpr Color white{1.0, 1.0, 1.0, 1.0};
 
+QByteArray encoded(const QImage &image)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    return image.save(&buffer, "PNG") ? bytes : QByteArray();
+}
+
 } // namespace
 
 ViewControllerWhiteboard::ViewControllerWhiteboard(const Services &services, QWidget *parent)
     : Screen(parent, Qt::Window)
-    , ui(std::make_unique<Ui::ViewControllerWhiteboard>())
+    , ui(setUpForm<Ui::ViewControllerWhiteboard>(*this))
+    , report(*ui->bannerRows, [this] { return unsaved(); })
     , pen(services.pen)
     , colorPanel(services.colorPanel)
     , stateFolder(services.stateFolder)
 {
-    ui->setupUi(this);
     // White in light and dark, and so are the buttons' surroundings.
     QPalette palette = palettes::light();
     palette.setColor(QPalette::Window, Qt::white);
     setPalette(palette);
+    auto *aboveCanvas = new QVBoxLayout(this);
+    aboveCanvas->setContentsMargins({});
+    aboveCanvas->addWidget(ui->banners);
+    aboveCanvas->addStretch();
     ui->color->setPanel(colorPanel);
     connectActions();
     viewDidLoad();
@@ -93,7 +106,7 @@ void ViewControllerWhiteboard::viewDidAppear()
 {
     path = QDir::currentPath();
     fileManager.emplace(path + u'/' + pictureName, stateFolder);
-    showPictureFile();
+    report.tell(true, showPictureFile(), fileManager->takeCopyPath());
     // As large as it was made, unless the display is too small for its buttons.
     const QSize frame(0, style()->pixelMetric(QStyle::PM_TitleBarHeight)); // the real one comes later
     setFixedSize(size().boundedTo(screen()->availableSize() - frame));
@@ -111,8 +124,8 @@ void ViewControllerWhiteboard::viewDidDisappear()
 }
 
 /// Shows the picture as it is in its file; nothing when there is none. One that cannot be read is kept beside
-/// itself when it is overwritten.
-void ViewControllerWhiteboard::showPictureFile()
+/// itself when it is overwritten, which is the news.
+QStringList ViewControllerWhiteboard::showPictureFile()
 {
     const std::optional<QByteArray> bytes = fileManager->read();
     const QImage picture = QImage::fromData(bytes.value_or(QByteArray()), "PNG");
@@ -120,6 +133,10 @@ void ViewControllerWhiteboard::showPictureFile()
         fileManager->keepCopy();
     ui->whiteboard->setPicture(picture);
     isChanged = false;
+    if (!picture.isNull() || !QFileInfo::exists(fileManager->path()))
+        return {};
+    return {u"%1 could not be read as a picture. It is copied before it is overwritten."_s.arg(
+        fileManager->path())};
 }
 
 QImage ViewControllerWhiteboard::capture() const
@@ -149,19 +166,39 @@ bool ViewControllerWhiteboard::savePicture()
     // lost.
     ui->whiteboard->setPicture(image);
     isChanged = false;
+    report.tell(isWritten, {}, fileManager->takeCopyPath());
     return isWritten;
 }
 
 bool ViewControllerWhiteboard::writePNG(const QImage &image)
 {
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    if (!image.save(&buffer, "PNG"))
+    const QByteArray bytes = encoded(image);
+    problem = u"it cannot be turned into a PNG picture"_s;
+    if (bytes.isEmpty())
         return false;
     const bool isWritten = fileManager->write(bytes);
+    problem = fileManager->errorString();
     if (!isWritten)
-        diagnostics::line("caught:", fileManager->errorString());
+        diagnostics::line("caught:", problem);
     return isWritten;
+}
+
+Unsaved ViewControllerWhiteboard::unsaved()
+{
+    return {.what = u"The whiteboard"_s,
+            .path = fileManager->path(),
+            .reason = [this] { return problem; },
+            .tryAgain = [this] { return savePicture(); },
+            .content =
+                [this] {
+                    return encoded(capture());
+                }};
+}
+
+/// A picture that cannot be saved stays open, unless the user lets it go.
+bool ViewControllerWhiteboard::viewShouldClose()
+{
+    return !fileManager || report.mayClose(u"&Close Without Saving"_s);
 }
 
 void ViewControllerWhiteboard::clearBoard()
@@ -186,6 +223,7 @@ void ViewControllerWhiteboard::addDrawingLayer()
     connect(line, &Line::extended, this, [this] { isChanged = true; });
     connect(line, &Line::finished, this, &ViewControllerWhiteboard::savePicture);
     line->setGeometry(canvas());
+    line->stackUnder(ui->banners);
     line->show();
 }
 
@@ -223,7 +261,7 @@ void ViewControllerWhiteboard::revertToImage(QObject *)
 {
     clearBoard();
     diagnostics::line("Revert Image");
-    showPictureFile();
+    report.tell(true, showPictureFile(), {});
 }
 
 void ViewControllerWhiteboard::deleteImage(QObject *)
@@ -249,5 +287,6 @@ void ViewControllerWhiteboard::shareImage(QObject *)
          .picture = isPicture ? bytes : QByteArray(),
          .pictureFile = isPicture && isWritten ? fileManager->path() : QString()});
     picker.show(*ui->shareButton, Qt::BottomEdge, parentWidget() ? *parentWidget() : *this);
-    close();
+    if (isWritten)
+        close(); // else it stays, with what it holds
 }

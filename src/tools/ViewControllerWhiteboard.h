@@ -2,6 +2,7 @@
 
 #include "platform/ProtectedFile.h"
 #include "tools/WhiteboardLine.h"
+#include "widgets/FileReport.h"
 #include "widgets/Screen.h"
 
 #include <QImage>
@@ -35,7 +36,7 @@ public:
 
     /// Writes what the canvas shows. Where nothing was drawn since the picture was read or written, it stays
     /// as it is to the pixel, also when it is of another display's resolution.
-    /// False when the file could not be written; the next save then does it with all strokes.
+    /// False when the file could not be written, which is told; the next save then does it with all strokes.
     bool savePicture();
 
 public slots:
@@ -47,6 +48,7 @@ public slots:
     void shareImage(QObject *sender);
 
 protected:
+    bool viewShouldClose() override;
     void viewDidAppear() override;
     void viewWillDisappear() override;
     void viewDidDisappear() override;
@@ -60,17 +62,20 @@ private:
     QRect canvas() const;
     QImage capture() const;
     bool writePNG(const QImage &image);
-    void showPictureFile();
+    Unsaved unsaved();
+    QStringList showPictureFile();
     void clearBoard();
     void replaceDrawingLayer();
     void addDrawingLayer();
 
     std::unique_ptr<Ui::ViewControllerWhiteboard> ui;
+    FileReport report;
     WhiteboardPen &pen;
     ColorPanel &colorPanel;
     QString stateFolder;
     std::optional<ProtectedFile> fileManager; ///< of the picture, once the screen is shown
     QString path;                             ///< the folder of the picture
+    QString problem;                          ///< why the picture could not be written
     Line *line = nullptr;
     bool isChanged = false; ///< since the picture was read or written
 };

@@ -40,6 +40,7 @@ void WhiteboardLine::mousePressEvent(QMouseEvent *event)
     if (isStraight)
         diagnostics::line("LineStart:", windowPoint(*event, parentVC));
     myPath = QPainterPath(event->position());
+    mergedWith.reset();
     isDrawing = true;
     update(); // the stroke before may have been painted with another pen
 }
@@ -87,8 +88,10 @@ void WhiteboardLine::mouseReleaseEvent(QMouseEvent *event)
 /// came up in the middle.
 void WhiteboardLine::finish()
 {
-    if (std::exchange(isDrawing, false))
-        emit finished();
+    if (!std::exchange(isDrawing, false))
+        return;
+    emit finished();
+    mergedWith = pen;
 }
 
 void WhiteboardLine::paintEvent(QPaintEvent *event)
@@ -96,8 +99,12 @@ void WhiteboardLine::paintEvent(QPaintEvent *event)
     diagnostics::line("Draw... Draw... Draw...");
     QWidget::paintEvent(event);
     diagnostics::line("Drawing");
+    // Painted once more over itself in the picture, a translucent stroke would be twice as strong.
+    const bool isShown =
+        mergedWith && mergedWith->lineColor == pen.lineColor && mergedWith->lineWidth == pen.lineWidth;
     QPainter painter(this);
-    draw(painter, event->rect());
+    if (!isShown)
+        draw(painter, event->rect());
 }
 
 QRectF WhiteboardLine::covered(QPointF from, QPointF to) const

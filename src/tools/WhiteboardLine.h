@@ -5,6 +5,8 @@
 #include <QPainterPath>
 #include <QWidget>
 
+#include <optional>
+
 /// The pen, which every whiteboard takes over from the one before.
 struct WhiteboardPen
 {
@@ -45,6 +47,7 @@ private:
     const WhiteboardPen &pen;
     QWidget &parentVC;
     QPainterPath myPath;
+    std::optional<WhiteboardPen> mergedWith; ///< the pen that the stroke is in the picture with
     bool isDrawing = false;
     bool isStraight = false; ///< as the mode was when the stroke was begun
 };

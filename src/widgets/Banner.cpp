@@ -38,6 +38,7 @@ void Banner::tell(const QString &text, const QList<Choice> &choices)
         button->setAutoDefault(false);
         connect(button, &QPushButton::clicked, this, choice.action);
         buttons->addWidget(button);
+        button->show();
     }
     show();
 }

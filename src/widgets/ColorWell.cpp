@@ -43,8 +43,8 @@ ColorWell::ColorWell(QWidget *parent)
 void ColorWell::setPanel(ColorPanel &shared)
 {
     connect(this, &QAbstractButton::clicked, this, [this, &shared] {
+        shared.orderFront(*this); // which deactivates the well that the panel was open for
         setActive(true);
-        shared.orderFront(*this);
     });
 }
 

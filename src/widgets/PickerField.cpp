@@ -1,27 +1,18 @@
 #include "widgets/PickerField.h"
 
 #include <QFocusEvent>
-#include <QLabel>
-#include <QPainter>
 #include <QWheelEvent>
 
-#include <algorithm>
-
-using namespace Qt::StringLiterals;
-
 PickerField::PickerField(QWidget *parent)
-    : QLineEdit(parent)
+    : MarkedField(parent)
 {
-    connect(this, &QLineEdit::textEdited, this, [this] {
-        isTyped = true;
-        setUnreadable(false);
-    });
+    connect(this, &QLineEdit::textEdited, this, [this] { isTyped = true; });
 }
 
 void PickerField::showValue()
 {
     isTyped = false;
-    setUnreadable(false);
+    unmark();
     setText(valueText());
 }
 
@@ -30,51 +21,11 @@ bool PickerField::commit()
     if (!isTyped)
         return true;
     if (!take(text())) {
-        complain();
+        mark(explanation());
         return false;
     }
     showValue();
     return true;
-}
-
-void PickerField::complain()
-{
-    setUnreadable(true);
-    setFocus();
-    selectAll();
-}
-
-void PickerField::setUnreadable(bool unreadable)
-{
-    isUnreadable = unreadable;
-    setAccessibleDescription(unreadable ? explanation() : QString());
-    update();
-    if (!unreadable) {
-        if (note)
-            note->deleteLater();
-        note.clear();
-        return;
-    }
-    if (!note) {
-        note = new QLabel(window());
-        note->setObjectName(u"note"_s);
-        note->setTextFormat(Qt::PlainText);
-        note->setWordWrap(true);
-        note->setAutoFillBackground(true);
-        note->setForegroundRole(QPalette::ToolTipText);
-        note->setBackgroundRole(QPalette::ToolTipBase);
-        note->setFrameShape(QFrame::Box);
-        note->setMargin(4);
-    }
-    note->setText(explanation());
-    // Below the field, as far as the window has room.
-    constexpr int widest = 320;
-    const QPoint corner = mapTo(window(), rect().bottomLeft());
-    note->setFixedWidth(std::min(widest, window()->width()));
-    note->adjustSize();
-    note->move(std::clamp(corner.x(), 0, std::max(0, window()->width() - note->width())), corner.y() + 2);
-    note->raise();
-    note->show();
 }
 
 bool PickerField::event(QEvent *event)
@@ -127,13 +78,6 @@ void PickerField::focusOutEvent(QFocusEvent *event)
         Qt::QueuedConnection);
 }
 
-void PickerField::hideEvent(QHideEvent *event)
-{
-    if (!event->spontaneous())
-        setUnreadable(false);
-    QLineEdit::hideEvent(event);
-}
-
 void PickerField::wheelEvent(QWheelEvent *event)
 {
     if (!hasFocus() || event->angleDelta().y() == 0) {
@@ -142,14 +86,4 @@ void PickerField::wheelEvent(QWheelEvent *event)
     }
     if (commit())
         step(event->angleDelta().y() > 0 ? 1 : -1, event->modifiers());
-}
-
-void PickerField::paintEvent(QPaintEvent *event)
-{
-    QLineEdit::paintEvent(event);
-    if (!isUnreadable)
-        return;
-    QPainter painter(this);
-    painter.setPen(QPen(QColor(0xd0, 0x30, 0x30), 3));
-    painter.drawRect(rect().adjusted(1, 1, -2, -2));
 }

@@ -1,14 +1,11 @@
 #pragma once
 
-#include <QLineEdit>
-#include <QPointer>
-
-class QLabel;
+#include "widgets/MarkedField.h"
 
 /// A field for a value that the user types, such as a date. The text is judged when it is whole: at Return,
 /// Tab, when the field is left, or when `commit` is called. A text that cannot be read stays, marked, with a
 /// sentence that says how to write it, and gets the focus back.
-class PickerField : public QLineEdit
+class PickerField : public MarkedField
 {
     Q_OBJECT
 
@@ -34,15 +31,8 @@ protected:
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
-    void hideEvent(QHideEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
 
 private:
-    void complain();
-    void setUnreadable(bool unreadable);
-
-    QPointer<QLabel> note; ///< the sentence below the field
     bool isTyped = false;
-    bool isUnreadable = false;
 };

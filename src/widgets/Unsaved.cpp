@@ -19,18 +19,19 @@ static QString sentence(const Unsaved &unsaved)
 }
 
 /// Beside the file, which a copy must not replace.
-static QString copyPath(const QString &path)
+static QString copyPath(const Unsaved &unsaved)
 {
-    const QFileInfo file(path);
-    return file.path() + u'/' + file.completeBaseName() + u"-copy."_s + file.suffix();
+    const QFileInfo file(unsaved.path);
+    const QString suffix = unsaved.copySuffix.isEmpty() ? file.suffix() : unsaved.copySuffix;
+    return file.path() + u'/' + file.completeBaseName() + u"-copy."_s + suffix;
 }
 
 void Unsaved::tell(Banner &banner) const
 {
     const auto saveCopy = [&banner, unsaved = *this] {
-        saveToFile(*banner.window(), copyPath(unsaved.path), allFiles, unsaved.content());
+        saveToFile(*banner.window(), copyPath(unsaved), allFiles, unsaved.content());
     };
-    banner.tell(sentence(*this) + u" It is kept as long as the program runs."_s,
+    banner.tell(sentence(*this) + u" What was changed is kept while this window is open."_s,
                 {{tryAgainText, tryAgain}, {saveCopyText, saveCopy}});
 }
 
@@ -48,7 +49,7 @@ bool Unsaved::mayBeLeft(QWidget &window, const QString &goOn) const
         alert.exec();
         const QAbstractButton *chosen = alert.clickedButton();
         if (chosen == leave || (chosen == again && tryAgain()) ||
-            (chosen == copy && saveToFile(window, copyPath(path), allFiles, content())))
+            (chosen == copy && saveToFile(window, copyPath(*this), allFiles, content())))
             return true;
         if (chosen != again)
             return false;

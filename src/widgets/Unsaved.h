@@ -15,7 +15,8 @@ struct Unsaved
     QString path;                        ///< of the file
     std::function<QString()> reason;     ///< of the last failure, in the words of the operating system
     std::function<bool()> tryAgain;      ///< true when it is written now
-    std::function<QByteArray()> content; ///< what a copy of the file is to hold
+    std::function<QByteArray()> content; ///< what a copy is to hold
+    QString copySuffix = {};             ///< of the copy's name, where it is not the file's
 
     /// Says in the banner what could not be saved, why and where, and offers to try again and to save a copy.
     void tell(Banner &banner) const;

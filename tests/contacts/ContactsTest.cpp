@@ -15,18 +15,25 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What a context opened now sees, such as `Anna=123 -=- `: an absent text is shown as a hyphen.
+/// What the context sees, such as `Anna=123 -=- `: an absent text is shown as a hyphen.
+template <typename Record = Clients>
+QString seen(ObjectContext &context)
+{
+    QString texts;
+    for (const ManagedObject &object : context.fetch(Record::fetchRequest())) {
+        const Contact contact(object);
+        texts += contact.name().value_or(u"-"_s) + u'=' + contact.phoneNo().value_or(u"-"_s) + u' ';
+    }
+    return texts;
+}
+
+/// What a context opened now sees.
 template <typename Record = Clients>
 QString stored(const QString &folder)
 {
     PersistentContainer container(contactModel(), folder);
     container.loadPersistentStores();
-    QString texts;
-    for (const ManagedObject &object : container.viewContext().fetch(Record::fetchRequest())) {
-        const Contact contact(object);
-        texts += contact.name().value_or(u"-"_s) + u'=' + contact.phoneNo().value_or(u"-"_s) + u' ';
-    }
-    return texts;
+    return seen<Record>(container.viewContext());
 }
 
 /// Runs the statement on the container's store, past the program.
@@ -50,6 +57,7 @@ private slots:
         PersistentContainer second(contactModel(), home->path());
         first.loadPersistentStores();
         second.loadPersistentStores();
+        QVERIFY(first.viewContext().fetch(Clients::fetchRequest()).empty());
         Clients(first.viewContext()).setValue(Contact::Name, u"Zoë 🌳"_s);
         Clients untouched(first.viewContext());
         Clients emptied(first.viewContext());
@@ -60,7 +68,8 @@ private slots:
         QCOMPARE(stored(home->path()), u"Zoë 🌳=- -=- -= "_s);
         QCOMPARE(stored<TeamMembers>(home->path()), u"Zoë 🌳=- "_s);
 
-        QCOMPARE(second.viewContext().fetch(Clients::fetchRequest()).size(), 3);
+        std::vector<ManagedObject> before = second.viewContext().fetch(Clients::fetchRequest());
+        QCOMPARE(before.size(), 3);
         first.viewContext().deleteObject(untouched);
         emptied.setValue(Contact::Name, u"Abe"_s);
         Clients dropped(first.viewContext());
@@ -71,6 +80,24 @@ private slots:
         Clients(second.viewContext()).setValue(Contact::Name, u"Last"_s);
         QVERIFY(second.viewContext().save());
         QCOMPARE(stored(home->path()), u"Zoë 🌳=- Abe= Last=- "_s);
+
+        using enum ObjectContext::Refresh;
+        before[0].setValue(Contact::PhoneNo, u"1"_s);
+        before[1].setValue(Contact::Name, u"Kept"_s);
+        QVERIFY(run(first, u"BEGIN EXCLUSIVE"_s));
+        QCOMPARE(second.viewContext().refresh(), Failed);
+        QVERIFY(run(first, u"COMMIT"_s));
+        QCOMPARE(second.viewContext().refresh(), Changed);
+        QCOMPARE(second.viewContext().refresh(), Unchanged);
+        QCOMPARE(seen(second.viewContext()), u"Zoë 🌳=1 Kept=- Abe= Last=- "_s);
+        QVERIFY(second.viewContext().fetch(Clients::fetchRequest())[2] == before[2]);
+        QVERIFY(second.viewContext().save());
+        second.viewContext().deleteObject(before[2]);
+        QVERIFY(second.viewContext().save());
+        QCOMPARE(first.viewContext().refresh(), Changed);
+        QCOMPARE(seen(first.viewContext()), u"Zoë 🌳=1 Last=- Kept=- "_s);
+        QVERIFY(emptied.isDeleted() && first.viewContext().save());
+        QCOMPARE(stored(home->path()), u"Zoë 🌳=1 Last=- Kept=- "_s);
     }
 
     void aStoreThatCannotBeUsedIsLeftAlone()
@@ -95,6 +122,7 @@ private slots:
             QCOMPARE(lines[0], u"Unable to Add Persistent Store"_s);
             QVERIFY2(lines[1].contains(reason) && lines[1].contains(path), qPrintable(lines[1]));
             screen.show();
+            QVERIFY(toldIn(screen).startsWith(u"The contacts in "_s + path));
             screen.AddCient(nullptr);
             QCOMPARE(tableOf(screen).model()->rowCount(), 1);
             for (const QString &answer : {u"Cancel"_s, u"Close Without Saving"_s}) {
@@ -104,6 +132,11 @@ private slots:
                 QCOMPARE(screen.isVisible(), answer == u"Cancel");
             }
             QCOMPARE(contentOf(path), before);
+            QFile::remove(path);
+            screen.show();
+            QVERIFY2(toldIn(screen).count(reason) == 2, qPrintable(toldIn(screen)));
+            screen.okpressed(nullptr); // makes a new store
+            QCOMPARE(stored(home->path()), u"-=- "_s);
         }
     }
 

@@ -13,6 +13,7 @@
 
 #include <QColorDialog>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -210,6 +211,17 @@ private slots:
         QVERIFY(well() == Color(0.25, 0.0, 1.0, 0.5) && text() == white);
         appearance.set(false, systemNotices);
         QVERIFY(well() == Color(0.75, 1.0, 0.0, 0.5) && text() == black);
+    }
+
+    void theNoteOnAnUnreadableDateStaysBelowIt()
+    {
+        openAdd();
+        auto &picker = child<DatePicker>("dtTaskDate");
+        QTest::keyClicks(&picker, u"x\r"_s);
+        for (const int width : {1000, 1100}) {
+            form->resize(width, form->height());
+            QCOMPARE(child<QLabel>("note").x(), picker.mapTo(form.get(), QPoint()).x());
+        }
     }
 
     void resetBringsTheTaskBack()

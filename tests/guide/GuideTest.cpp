@@ -9,6 +9,8 @@
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QKeySequenceEdit>
+#include <QMenu>
 #include <QSignalSpy>
 #include <QTcpServer>
 
@@ -56,6 +58,10 @@ private slots:
         }
         QApplication::setPalette(palettes::light());
         QTRY_COMPARE(ask(u"document.documentElement.className"_s).toString(), u"light"_s);
+        QVERIFY(screen->windowTitle().startsWith(u"Guide – "_s));
+        QTest::mouseClick(view->focusProxy(), Qt::RightButton, {}, {50, 50});
+        ask(u"1"_s); // after the engine has dealt with the click
+        QVERIFY(view->findChildren<QMenu *>().isEmpty());
     }
 
     void externalLinksOpenElsewhere()
@@ -80,16 +86,18 @@ private slots:
     void oneProgramIsToldEverything()
     {
         QVERIFY(!GuideProgram::isInstalled());
-        placeProgram("#!/bin/cat -\n");
+        placeProgram("#!/bin/sh\necho key Ctrl+Q; exec cat");
         QVERIFY(GuideProgram::isInstalled());
         CapturedOutput output;
-        GuideProgram program(notices, nullptr);
+        QKeySequenceEdit window; // takes the keys that it is sent
+        GuideProgram program(notices, &window);
         program.bringToFront();
         program.bringToFront();
         Preferences::standard().setGlobalText(u"AppleInterfaceStyle"_s, u"Dark"_s);
         notices.post(notice::appearanceChanged);
         QStringList lines;
         QTRY_COMPARE((lines += output.takeLines()).join(u' '), u"light raise light raise dark"_s);
+        QCOMPARE(window.keySequence(), QKeySequence(Qt::CTRL | Qt::Key_Q));
     }
 
     void userLearnsWhyItIsNotShown()

@@ -1,6 +1,7 @@
 #include "app/UIUtil.h"
 #include "mainwindow/TaskTable.h"
 #include "model/TaskManager.h"
+#include "platform/DayWatch.h"
 #include "platform/Preferences.h"
 #include "program/Program.h"
 #include "support/Dialogs.h"
@@ -194,10 +195,35 @@ private slots:
         }
     }
 
+    void commandsAnswerToTheirKeysInModalWindows()
+    {
+        selectRow(0);
+        press("edit");
+        auto *form = window->findChild<QDialog *>(u"ViewControllerEdit"_s);
+        QTest::keyClick(form, Qt::Key_N, Qt::ControlModifier);
+        auto *added = window->findChild<QDialog *>(u"ViewControllerAdd"_s);
+        QCOMPARE(QApplication::activeModalWidget(), added); // or it could not be used
+        QTest::keyClick(added, Qt::Key_Q, Qt::ControlModifier);
+        QVERIFY(!form->isVisible() && !added->isVisible() && !window->isVisible());
+    }
+
+    void theViewOfTheDayFollowsTheDay()
+    {
+        chooseView(9);
+        manager->addTask({.key = u"n"_s, .due = Calendar::now()}); // as if its day had come
+        QCOMPARE(rows(), QString());
+        emit window->findChild<DayWatch *>()->dayMayHaveChanged();
+        QCOMPARE(rows(), u"n"_s);
+    }
+
     void notesThatStayOpenKeepTheProgram()
     {
-        window->findChild<QAction *>(u"actionNotes"_s)->trigger();
-        auto *notes = window->findChild<QDialog *>(u"ViewControllerNotes"_s);
+        auto *notes = openNotes();
+        notes->resize(701, 499);
+        notes->close();
+        open();
+        notes = openNotes();
+        QCOMPARE(notes->size(), QSize(701, 499)); // as it was left
         notes->findChild<QPlainTextEdit *>()->insertPlainText(QString(5000, u'x'));
         const FullDisk full(1000);
         const AlertAnswer answer(u"Cancel"_s);
@@ -207,32 +233,23 @@ private slots:
 
     void whatIsNotSavedIsTold()
     {
-        const auto banner = [this] {
-            QString texts;
-            for (const auto *shown : window->findChildren<QFrame *>(u"banner"_s))
-                if (shown->isVisible())
-                    texts += shown->findChild<QLabel *>()->text();
-            return texts;
-        };
-        QCOMPARE(banner(), QString());
+        QCOMPARE(toldIn(*window), QString());
         selectRow(0);
         {
             const FullDisk full(10);
             press("clone");
-            QVERIFY(banner().startsWith(u"The task list could not be saved to "_s + home->path()));
+            QVERIFY(toldIn(*window).startsWith(u"The task list could not be saved to "_s + home->path()));
             const AlertAnswer answer(u"Cancel"_s);
             window->close();
             QVERIFY(answer.wasShown() && window->isVisible());
         }
-        for (auto *choice : window->findChildren<QPushButton *>())
-            if (choice->text() == u"&Try Again")
-                choice->click();
-        QCOMPARE(banner(), QString());
+        choose(*window, u"Try Again"_s);
+        QCOMPARE(toldIn(*window), QString());
         QCOMPARE(filed().size(), 5);
         program.reset();
         writeTo(home->filePath(u"zandulist.txt"_s), row("a", 1) + "broken^");
         open();
-        QVERIFY(banner().startsWith(u"1 of the rows in "_s + home->path()));
+        QVERIFY(toldIn(*window).startsWith(u"1 of the rows in "_s + home->path()));
     }
 
     void aCopyIsShownToItsEnd()
@@ -250,10 +267,13 @@ private slots:
         QCOMPARE(status->text(), u"4 tasks were copied to the cloud."_s);
         copy->trigger();
         QTest::keyClick(table, Qt::Key_Escape);
-        QTRY_COMPARE(status->text(), u"Stopped: 0 of 4 tasks were copied to the cloud."_s);
+        QTRY_VERIFY(copy->isEnabled());
+        QCOMPARE(status->text(), u"Stopped: 0 of 4 tasks were copied to the cloud."_s);
         copy->trigger();
         QVERIFY(!window->close()); // before the copy has ended
+        QVERIFY(window->findChild<QLabel *>(u"cloudProgressLabel"_s)->text().startsWith(u"Quorvane quits"));
         QTRY_VERIFY(!window->isVisible());
+        QCOMPARE(status->text(), u"4 tasks were copied to the cloud."_s);
     }
 
     void closesATaskOnceWithASound()
@@ -373,6 +393,12 @@ private:
     QToolButton *button(const QString &name) const
     {
         return window->findChild<QToolButton *>(name + u"Button"_s);
+    }
+
+    QDialog *openNotes() const
+    {
+        window->findChild<QAction *>(u"actionNotes"_s)->trigger();
+        return window->findChild<QDialog *>(u"ViewControllerNotes"_s);
     }
 
     /// Makes these the tasks of the list.

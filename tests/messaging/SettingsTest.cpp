@@ -4,7 +4,9 @@
 #include "support/TestProgram.h"
 
 #include <QCheckBox>
+#include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 
 using namespace Qt::StringLiterals;
@@ -72,11 +74,12 @@ private slots:
         for (const auto &[name, key] : {texts[0], texts[1]}) {
             const QString before = *preferences.text(key);
             field(screen, name).setText(u"AC 12"_s);
-            const AlertAnswer alert(u"OK"_s);
             click(screen, u"saveButton"_s);
-            QVERIFY(alert.informativeText.contains(u"such as a blank") && screen.isVisible());
+            const QPointer<QLabel> note = screen.findChild<QLabel *>(u"note"_s);
+            QVERIFY(note && note->text().contains(u"such as a blank") && screen.isVisible());
             QCOMPARE(preferences.text(key), before);
             field(screen, name).setText(before);
+            QTRY_VERIFY(!note); // and so has the mark gone
         }
     }
 

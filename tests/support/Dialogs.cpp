@@ -26,3 +26,19 @@ AlertAnswer::AlertAnswer(const QString &button, const std::function<void(QMessag
     });
     timer.start(0);
 }
+
+QString toldIn(const QWidget &window)
+{
+    QString texts;
+    for (const QFrame *banner : window.findChildren<QFrame *>(QStringLiteral("banner")))
+        if (banner->isVisible())
+            texts += banner->findChild<QLabel *>()->text();
+    return texts;
+}
+
+void choose(const QWidget &window, const QString &choice)
+{
+    for (QAbstractButton *button : window.findChildren<QAbstractButton *>())
+        if (button->isVisible() && button->text().remove(u'&') == choice)
+            button->click();
+}

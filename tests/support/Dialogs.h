@@ -6,6 +6,7 @@
 #include <functional>
 
 class QMessageBox;
+class QWidget;
 
 /// Answers the next modal alert, while it lives, by pressing one of its buttons.
 class AlertAnswer
@@ -23,3 +24,8 @@ private:
     QTimer timer;
     bool shown = false;
 };
+
+/// What stands in the window's banners.
+QString toldIn(const QWidget &window);
+/// Clicks the window's buttons with this text.
+void choose(const QWidget &window, const QString &choice);

@@ -9,7 +9,10 @@
 #include "widgets/ColorWell.h"
 #include "widgets/Palettes.h"
 
+#include <QDesktopServices>
+#include <QDialogButtonBox>
 #include <QDir>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -23,7 +26,11 @@ class ToolsTest : public QObject
 {
     Q_OBJECT
 
+public slots:
+    void openFolder(const QUrl &folderUrl) { opened = folderUrl; }
+
 private slots:
+    void initTestCase() { QDesktopServices::setUrlHandler(u"file"_s, this, "openFolder"); }
     void init()
     {
         whiteboard.reset();
@@ -32,6 +39,7 @@ private slots:
         QDir::setCurrent(folder->path());
         pen = {};
     }
+    void cleanupTestCase() { QDesktopServices::unsetUrlHandler(u"file"_s); }
     void cleanup() { QApplication::setPalette(palettes::light()); }
 
     void notesAreKept()
@@ -48,8 +56,13 @@ private slots:
             if (!before.isEmpty())
                 writeTo(notesPath(), before);
             QTest::keyClicks(&openNotes(), QString::fromUtf8(typed));
+            const bool isCopied = !before.isEmpty() && after.isEmpty();
+            QCOMPARE(toldIn(*notes).startsWith(notesPath() + u" could not be read"_s), isCopied);
+            const AlertAnswer news(u"Show"_s);
             notes->close();
             QCOMPARE(contentOf(notesPath()), after);
+            QCOMPARE(news.informativeText.contains(u".damaged-"), isCopied);
+            QCOMPARE(std::exchange(opened, {}), isCopied ? QUrl::fromLocalFile(folder->path()) : QUrl());
             QCOMPARE(copiesIn(folder->path()).join(), after.isEmpty() ? before : QByteArray());
         }
     }
@@ -73,23 +86,26 @@ private slots:
     void notesSurviveAFullDisk()
     {
         QPlainTextEdit &text = openNotes();
-        const auto isTold = [this] {
-            return notes->findChild<QFrame *>(u"banner"_s)->isVisible();
-        };
         text.insertPlainText(u"before"_s);
         notes->tick(nullptr);
         text.insertPlainText(u"x"_s.repeated(5000));
         {
             const FullDisk full(1000);
             notes->tick(nullptr);
-            QVERIFY(isTold());
+            QVERIFY(toldIn(*notes).startsWith(u"The notes could not be saved to "_s + notesPath()));
             const AlertAnswer answer(u"Cancel"_s);
             notes->close();
             QVERIFY(answer.wasShown() && notes->isVisible());
         }
         QCOMPARE(contentOf(notesPath()), "before");
+        QTimer::singleShot(0, qApp, [] {
+            auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+            dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Save)->click();
+        });
+        choose(*notes, u"Save a Copy As…"_s);
+        QCOMPARE(contentOf(folder->filePath(u"zandunotes-copy.txt"_s)).size(), 5006);
         notes->tick(nullptr);
-        QVERIFY(!isTold());
+        QCOMPARE(toldIn(*notes), QString());
         QCOMPARE(contentOf(notesPath()).size(), 5006);
     }
 
@@ -166,9 +182,12 @@ private slots:
     /// Also run on a display of another scale.
     void theFileIsWhatTheDisplayShows()
     {
+        pen.lineColor = {1.0, 0.0, 0.0, 0.5};
         ViewControllerWhiteboard &board = open();
         drag({{100, 100}, {205, 151}, {130, 230}});
+        const QImage drawn = board.grab().toImage();
         QTest::mousePress(&line(), Qt::LeftButton, {}, {1, 1}); // the layer above is empty again
+        QCOMPARE(board.grab().toImage(), drawn);
         const QImage picture = QImage(picturePath()).convertToFormat(QImage::Format_RGB32);
         QCOMPARE(picture.size(), line().size() * board.devicePixelRatioF());
         const QImage shown = board.grab().toImage().convertToFormat(QImage::Format_RGB32);
@@ -251,8 +270,14 @@ private slots:
         {
             const FullDisk full(100);
             drag({{100, 200}, {200, 200}});
+            const AlertAnswer answer(u"Cancel"_s);
+            whiteboard->close();
+            QVERIFY(answer.wasShown() && whiteboard->isVisible());
         }
         QCOMPARE(contentOf(picturePath()), good);
+        QVERIFY(toldIn(*whiteboard).startsWith(u"The whiteboard could not be saved to "_s + picturePath()));
+        choose(*whiteboard, u"Try Again"_s);
+        QCOMPARE(toldIn(*whiteboard), QString());
         drag({{100, 300}, {200, 300}});
         QCOMPARE(filed({{150, 100}, {150, 200}, {150, 300}}), u"kkk"_s);
     }
@@ -262,7 +287,11 @@ private slots:
         open().close();
         const QByteArray half = contentOf(picturePath()).first(300);
         writeTo(picturePath(), half);
-        open().close();
+        open();
+        drag({{100, 100}, {200, 100}});
+        QVERIFY(toldIn(*whiteboard).contains(u".damaged-"));
+        choose(*whiteboard, u"Dismiss"_s);
+        QCOMPARE(toldIn(*whiteboard), QString());
         QCOMPARE(copiesIn(folder->path()).join(), half);
         QCOMPARE(QImage(picturePath()).size(), line().size());
         QDir::setCurrent(u"/proc"_s); // where nobody can make a file
@@ -317,6 +346,7 @@ private:
     void drag(const QList<QPoint> &points) const { dragMouse(line(), points); }
 
     std::unique_ptr<QTemporaryDir> folder;
+    QUrl opened;
     QWidget mainWindow;
     WhiteboardPen pen;
     ColorPanel colorPanel;

@@ -1,10 +1,14 @@
 #include "support/Dialogs.h"
 #include "support/ScratchHome.h"
 #include "support/TestProgram.h"
+#include "widgets/ColorWell.h"
+#include "widgets/DatePicker.h"
 #include "widgets/Screen.h"
 #include "widgets/SharingServicePicker.h"
+#include "widgets/WheelGuard.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -13,6 +17,7 @@
 #include <QTimer>
 #include <QUrl>
 #include <QUrlQuery>
+#include <QWheelEvent>
 
 using namespace Qt::StringLiterals;
 
@@ -123,6 +128,33 @@ private slots:
         QCOMPARE(std::pair(screen.came, screen.went), std::pair(4, 2));
     }
 
+    void aWellIsActiveWhileItsPanelIsOpen()
+    {
+        ColorPanel panel;
+        ColorWell well;
+        well.setPanel(panel);
+        const QImage inactive = well.grab().toImage();
+        for (int time = 0; time < 2; ++time) {
+            well.click();
+            QVERIFY(well.grab().toImage() != inactive);
+        }
+    }
+
+    void theWheelChangesNoFieldWithoutTheFocus()
+    {
+        WheelGuard guard;
+        qApp->installEventFilter(&guard);
+        QComboBox box;
+        box.addItems({u"a"_s, u"b"_s});
+        DatePicker picker;
+        const Instant before = picker.moment();
+        for (QWidget *field : std::initializer_list<QWidget *>{&box, &picker}) {
+            QWheelEvent turn({5, 5}, {5, 5}, {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
+            QCoreApplication::sendEvent(field, &turn);
+        }
+        QVERIFY(box.currentIndex() == 0 && picker.moment() == before);
+    }
+
     void aFileThatCannotBeWrittenIsToldOf()
     {
         Sharing sharing;
@@ -132,7 +164,7 @@ private slots:
             suggested = QFileInfo(dialog->selectedFiles().value(0)).fileName();
             // Files of the kernel's cannot be made; not even by root.
             dialog->setDirectory(u"/sys"_s);
-            dialog->selectFile(u"task.txt"_s);
+            dialog->selectFile(u"task"_s); // gets its suffix
             dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Save)->click();
         });
         sharing.by(u"Save"_s);
