@@ -23,6 +23,8 @@ bool CloudConnection::openEmbedded()
     connection.setDatabaseName(home.file);
     connection.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=5000"_s); // milliseconds
     QDir().mkpath(QFileInfo(home.file).path());
+    if (const QFileInfo file(home.file); file.exists() && !file.isFile()) // SQLite would wait for a pipe
+        return fail(CloudAccount::CouldNotDetermine, {Reason::Unreachable});
     if (!connection.open())
         return fail(CloudAccount::CouldNotDetermine, sqlCloudError(connection.lastError()));
     if (!createTable() || !prepare())

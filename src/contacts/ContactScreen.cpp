@@ -61,7 +61,8 @@ Unsaved ContactScreen::unsaved()
             .reason = [this] { return persistentContainer.errorString(); },
             .tryAgain = [this] { return save(); },
             .content = [this] { return asText(); },
-            .copySuffix = u"txt"_s};
+            .copySuffix = u"txt"_s,
+            .isRepeatable = false}; // it would end what is being typed
 }
 
 void ContactScreen::viewWillDisappear()

@@ -93,8 +93,8 @@ QSqlError PersistentContainer::open() const
     database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=1000"_s); // milliseconds
     if (!QDir().mkpath(folderPath))
         return refusal(u"the folder cannot be made"_s);
-    // SQLite would open it for reading.
-    if (const QFileInfo store(storePath); store.exists() && !store.isWritable())
+    // SQLite would wait for a pipe, and open a file for reading that cannot be written.
+    if (const QFileInfo store(storePath); store.exists() && (!store.isFile() || !store.isWritable()))
         return refusal(u"the file cannot be written"_s);
     if (!database.open())
         return database.lastError();

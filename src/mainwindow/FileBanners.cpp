@@ -6,41 +6,54 @@
 
 using namespace Qt::StringLiterals;
 
-FileBanners::FileBanners(TaskListFile &taskListFile, QBoxLayout &layout)
+FileBanners::FileBanners(TaskListFile &taskListFile, QBoxLayout &layout, std::function<void()> listChanged)
     : file(taskListFile)
+    , showList(std::move(listChanged))
     , report(layout, [this] { return unsaved(); })
+    , watch(taskListFile.path())
 {
+    QObject::connect(&watch, &FileWatch::mayHaveChanged, &watch, [this] {
+        if (file.followFile()) {
+            showList();
+            tell();
+        }
+    });
 }
 
-void FileBanners::tell()
+void FileBanners::tell(QStringList news)
 {
-    QStringList news;
     const qsizetype rows = file.skippedRows();
     if (std::exchange(toldRows, rows) != rows && rows > 0)
         news.append(
             u"%1 of the rows in %2 could not be read and are not shown. The file is copied before it is "
             "overwritten."_s.arg(QString::number(rows), file.path()));
-    report.tell(file.isSaved(), news, file.takeCopyPath());
+    report.tell(file.isSaved() && file.readProblem().isEmpty(), news, file.takeCopyPath());
 }
 
 bool FileBanners::mayQuit()
 {
-    return file.isSaved() || report.mayBeLeft(u"&Quit Without Saving"_s);
+    return file.isSaved() || report.mayClose(u"&Quit Without Saving"_s);
+}
+
+bool FileBanners::tryAgain()
+{
+    if (file.followFile())
+        showList();
+    else
+        file.writeFile();
+    tell();
+    return file.isSaved();
 }
 
 Unsaved FileBanners::unsaved()
 {
-    const auto tryAgain = [this] {
-        file.writeFile();
-        tell();
-        return file.isSaved();
-    };
+    const QString unreadable =
+        u"The task list in %1 cannot be read: %2. Tasks that you add are put together with it as soon as it "
+        "can be read again."_s.arg(file.path(), file.readProblem());
     return {.what = u"The task list"_s,
             .path = file.path(),
             .reason = [this] { return file.problem(); },
-            .tryAgain = tryAgain,
-            .content =
-                [this] {
-                    return file.text();
-                }};
+            .tryAgain = [this] { return tryAgain(); },
+            .content = [this] { return file.text(); },
+            .sentence = file.readProblem().isEmpty() ? QString() : unreadable};
 }

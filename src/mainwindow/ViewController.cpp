@@ -21,7 +21,7 @@ using namespace Qt::StringLiterals;
 ViewController::ViewController(TaskManager &taskManager, NotificationCenter &applicationNotices,
                                NotificationCenter &desktopNotices, Screens &furtherScreens,
                                CloudSync &cloudSync, const QString &documentsFolder,
-                               const QString &stateFolder)
+                               const QString &stateFolder, const QStringList &news)
     : ui(setUpForm<Ui::ViewController>(*this))
     , taskCommands(*ui)
     , manager(taskManager)
@@ -30,7 +30,7 @@ ViewController::ViewController(TaskManager &taskManager, NotificationCenter &app
     , screens(furtherScreens)
     , cloud(cloudSync)
     , taskListFile(taskManager, documentsFolder, stateFolder)
-    , fileBanners(taskListFile, *ui->mainLayout)
+    , fileBanners(taskListFile, *ui->mainLayout, [this] { showListAgain(); })
     , cloudStatus(cloudSync, *ui, *this)
     , table(taskManager)
     , keptState(stateFolder)
@@ -39,7 +39,7 @@ ViewController::ViewController(TaskManager &taskManager, NotificationCenter &app
     ui->tblView->setTable(table);
     addViewActions();
     viewDidLoad();
-    fileBanners.tell();
+    fileBanners.tell(news);
     connectActions();
     keptState.restore(*this, *ui->tblView->horizontalHeader());
 }
@@ -268,11 +268,17 @@ void ViewController::writeList()
 /// Brings the view that depends on the day up to date; what is selected in it stays selected.
 void ViewController::showToday()
 {
-    if (ui->viewSelection->currentIndex() != int(TaskView::DueToday))
-        return;
+    if (ui->viewSelection->currentIndex() == int(TaskView::DueToday))
+        showListAgain();
+}
+
+void ViewController::showListAgain()
+{
     const QString shownKey = ui->tblView->keyOfSelectedRow();
     reloadTable();
     ui->tblView->selectRowOfKey(shownKey);
+    if (ui->tblView->selectedRow() < 0 && manager.selected() < 0)
+        taskCommands.disable();
 }
 
 void ViewController::updateComplete()

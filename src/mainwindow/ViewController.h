@@ -37,9 +37,10 @@ public:
     /// \param cloud            copies tasks to and from the cloud
     /// \param documentsFolder  where the task list file is; empty when there is no such folder
     /// \param stateFolder      where window state and unfinished writes are kept
+    /// \param news             whole sentences that the user has to be told
     ViewController(TaskManager &manager, NotificationCenter &notices, NotificationCenter &systemNotices,
                    Screens &screens, CloudSync &cloud, const QString &documentsFolder,
-                   const QString &stateFolder);
+                   const QString &stateFolder, const QStringList &news = {});
     ~ViewController() override;
 
 public slots:
@@ -79,6 +80,7 @@ private:
     void reloadTableData();
     void updateComplete();
     void showToday();
+    void showListAgain();
 
     void chooseView(int position);
     void moveTask(bool up, const QString &wrongViewMessage);

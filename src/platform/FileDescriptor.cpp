@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -47,8 +48,16 @@ FileDescriptor::~FileDescriptor()
 
 bool FileDescriptor::reserve(qsizetype size)
 {
-    return size == 0 ||
-           uninterrupted([&] { return ::fallocate(descriptor, FALLOC_FL_KEEP_SIZE, 0, size); }) == 0;
+    // Reserving takes no notice of how large the process may make a file.
+    struct rlimit largest = {};
+    if (::getrlimit(RLIMIT_FSIZE, &largest) == 0 && rlim_t(size) > largest.rlim_cur) {
+        errno = EFBIG;
+        return false;
+    }
+    const auto allocate = [this, size] {
+        return ::fallocate(descriptor, FALLOC_FL_KEEP_SIZE, 0, size);
+    };
+    return size == 0 || uninterrupted(allocate) == 0;
 }
 
 bool FileDescriptor::write(QByteArrayView bytes)

@@ -4,6 +4,7 @@
 #include "model/TaskManager.h"
 #include "platform/Diagnostics.h"
 #include "platform/Folders.h"
+#include "platform/ProtectedFile.h"
 
 #include <QApplication>
 #include <QDeadlineTimer>
@@ -17,14 +18,24 @@ Program::Folders Program::Folders::ofUser()
     return {folders::documents(), folders::config(), folders::data(), folders::state()};
 }
 
+/// Does what an earlier run could not; what the user has to be told of it.
+static QStringList finishEarlierWrites(const QString &stateFolder)
+{
+    QStringList news = ProtectedFile::replayAll(stateFolder);
+    for (QString &copy : news)
+        copy = u"A file had two versions when the program started. The other one is kept in %1."_s.arg(copy);
+    return news;
+}
+
 Program::Program(TaskManager &manager, NotificationCenter &systemNotices, const Folders &folders,
                  const GatewayAddress &gateway)
-    : scheduleRuns(manager.defaults, gateway)
+    : news(finishEarlierWrites(folders.state))
+    , scheduleRuns(manager.defaults, gateway)
     , screens({manager, notices, systemNotices, colorPanel, folders.data}, scheduleRuns,
               {folders.documents, folders.state})
     , container(CloudHome::read(folders.config + u"/cloud.ini"_s, folders.data), taskRecordType())
     , cloud(manager, notices, container)
-    , window(manager, notices, systemNotices, screens, cloud, folders.documents, folders.state)
+    , window(manager, notices, systemNotices, screens, cloud, folders.documents, folders.state, news)
 {
 }
 

@@ -41,6 +41,7 @@ public:
 private:
     bool finish(std::chrono::nanoseconds limit);
 
+    QStringList news; ///< first: from before any file is read
     AppDelegate delegate;
     NotificationCenter notices;
     ColorPanel colorPanel;

@@ -6,6 +6,7 @@
 
 #include <QFileInfo>
 #include <QKeyEvent>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QTimer>
 
@@ -24,6 +25,10 @@ ViewControllerNotes::ViewControllerNotes(const Folders &folders, QWidget *parent
     ui->findBar->hide();
     connectActions();
     viewDidLoad();
+    if (!file)
+        return;
+    watch = std::make_unique<FileWatch>(file->path());
+    connect(watch.get(), &FileWatch::mayHaveChanged, this, &ViewControllerNotes::followFile);
 }
 
 ViewControllerNotes::~ViewControllerNotes() = default;
@@ -111,7 +116,24 @@ void ViewControllerNotes::loadNotes()
         return;
     }
     ui->textEdit->setText(*text);
+    filedRevision = ui->textEdit->document()->revision();
     diagnostics::line("Read File", *text);
+}
+
+/// Shows what another program has written, unless there is something here that is not in the file yet: then
+/// both are kept when that is written. True when it is shown.
+bool ViewControllerNotes::followFile()
+{
+    if (ui->textEdit->document()->revision() != filedRevision || !file->isChangedByOthers())
+        return false;
+    const int place = ui->textEdit->textCursor().position();
+    const int scrolled = ui->textEdit->verticalScrollBar()->value();
+    loadNotes();
+    QTextCursor cursor = ui->textEdit->textCursor();
+    cursor.setPosition(std::min(place, ui->textEdit->document()->characterCount() - 1));
+    ui->textEdit->setTextCursor(cursor);
+    ui->textEdit->verticalScrollBar()->setValue(scrolled);
+    return true;
 }
 
 /// The text as it is to be in the file.
@@ -126,7 +148,11 @@ QByteArray ViewControllerNotes::content()
 /// Writes the notes, and tells what has become of their file.
 bool ViewControllerNotes::writeNotes()
 {
+    if (followFile())
+        return true;
     const bool isWritten = file->write(content());
+    if (isWritten)
+        filedRevision = ui->textEdit->document()->revision();
     report.tell(isWritten, {}, file->takeCopyPath());
     return isWritten;
 }

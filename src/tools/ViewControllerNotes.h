@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/FileWatch.h"
 #include "platform/TextFile.h"
 #include "widgets/FileReport.h"
 #include "widgets/Screen.h"
@@ -46,6 +47,7 @@ private:
     void viewDidLoad();
 
     void loadNotes();
+    bool followFile();
     bool writeNotes();
     bool saveNotes();
     QByteArray content();
@@ -61,4 +63,6 @@ private:
     QPointer<QTimer> timer;
     QByteArray saved;       ///< what the last save wrote
     int savedRevision = -1; ///< of the document then
+    int filedRevision = -1; ///< of the document when it was last read or successfully written
+    std::unique_ptr<FileWatch> watch;
 };

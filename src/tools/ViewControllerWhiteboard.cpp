@@ -107,6 +107,8 @@ void ViewControllerWhiteboard::viewDidAppear()
     path = QDir::currentPath();
     fileManager.emplace(path + u'/' + pictureName, stateFolder);
     report.tell(true, showPictureFile(), fileManager->takeCopyPath());
+    watch = std::make_unique<FileWatch>(fileManager->path());
+    connect(watch.get(), &FileWatch::mayHaveChanged, this, &ViewControllerWhiteboard::followFile);
     // As large as it was made, unless the display is too small for its buttons.
     const QSize frame(0, style()->pixelMetric(QStyle::PM_TitleBarHeight)); // the real one comes later
     setFixedSize(size().boundedTo(screen()->availableSize() - frame));
@@ -133,6 +135,7 @@ QStringList ViewControllerWhiteboard::showPictureFile()
         fileManager->keepCopy();
     ui->whiteboard->setPicture(picture);
     isChanged = false;
+    isFiled = true;
     if (!picture.isNull() || !QFileInfo::exists(fileManager->path()))
         return {};
     return {u"%1 could not be read as a picture. It is copied before it is overwritten."_s.arg(
@@ -158,10 +161,24 @@ QImage ViewControllerWhiteboard::capture() const
     return image;
 }
 
+/// Shows what another program has written, unless there is something here that is not in the file yet: then
+/// both are kept when that is written. True when it is shown.
+bool ViewControllerWhiteboard::followFile()
+{
+    if (isChanged || !isFiled || !fileManager->isChangedByOthers())
+        return false;
+    clearBoard();
+    report.tell(true, showPictureFile(), fileManager->takeCopyPath());
+    return true;
+}
+
 bool ViewControllerWhiteboard::savePicture()
 {
+    if (followFile())
+        return true;
     const QImage image = capture();
     const bool isWritten = writePNG(image);
+    isFiled = isWritten;
     // What the file now holds, without reading it back; and where it could not be written, the stroke is not
     // lost.
     ui->whiteboard->setPicture(image);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/FileWatch.h"
 #include "platform/ProtectedFile.h"
 #include "tools/WhiteboardLine.h"
 #include "widgets/FileReport.h"
@@ -64,6 +65,7 @@ private:
     bool writePNG(const QImage &image);
     Unsaved unsaved();
     QStringList showPictureFile();
+    bool followFile();
     void clearBoard();
     void replaceDrawingLayer();
     void addDrawingLayer();
@@ -77,5 +79,7 @@ private:
     QString path;                             ///< the folder of the picture
     QString problem;                          ///< why the picture could not be written
     Line *line = nullptr;
-    bool isChanged = false; ///< since the picture was read or written
+    bool isChanged = false; ///< since the picture was read or captured
+    bool isFiled = true;    ///< what was captured then is in the file
+    std::unique_ptr<FileWatch> watch;
 };

@@ -6,10 +6,15 @@
 #include <QBoxLayout>
 #include <QDesktopServices>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QPushButton>
 #include <QUrl>
 
+#include <algorithm>
+#include <array>
+
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 static const QString showText = u"&Show"_s;
 
@@ -20,14 +25,35 @@ FileReport::FileReport(QBoxLayout &layout, std::function<Unsaved()> ofWindow)
 {
     layout.insertWidget(0, newsBanner);
     layout.insertWidget(0, unsavedBanner);
+    retry.setSingleShot(true);
+    QObject::connect(&retry, &QTimer::timeout, &retry, [this] { tryAgain(); });
+}
+
+void FileReport::waitToTryAgain()
+{
+    constexpr std::array pauses{5s, 30s, 60s};
+    if (!retry.isActive() && unsaved().isRepeatable)
+        retry.start(pauses[std::min(retries++, pauses.size() - 1)]);
+}
+
+void FileReport::tryAgain()
+{
+    if (QGuiApplication::mouseButtons() != Qt::NoButton)
+        waitToTryAgain(); // not in the middle of a stroke
+    else
+        unsaved().tryAgain(); // which tells how that went
 }
 
 void FileReport::tell(bool isSaved, QStringList news, const QString &copyPath)
 {
-    if (isSaved)
+    if (isSaved) {
         unsavedBanner->withdraw();
-    else
+        retry.stop();
+        retries = 0;
+    } else {
         unsaved().tell(*unsavedBanner);
+        waitToTryAgain();
+    }
     if (!copyPath.isEmpty())
         news.append(u"What %1 held before is kept in %2."_s.arg(unsaved().path, copyPath));
     if (news.isEmpty())

@@ -3,6 +3,7 @@
 #include "widgets/Unsaved.h"
 
 #include <QStringList>
+#include <QTimer>
 
 class Banner;
 class QBoxLayout;
@@ -16,7 +17,8 @@ public:
     /// \param unsaved  what is to be in the file; called when it is needed
     FileReport(QBoxLayout &layout, std::function<Unsaved()> unsaved);
 
-    /// Brings the banners up to date, after the file was read or written.
+    /// Brings the banners up to date, after the file was read or written. What is not saved is tried again by
+    /// and by.
     /// \param news      whole sentences; none leave what is told
     /// \param copyPath  where the file was copied to; empty for no copy
     void tell(bool isSaved, QStringList news, const QString &copyPath);
@@ -29,9 +31,13 @@ public:
 
 private:
     void showFolder() const;
+    void tryAgain();
+    void waitToTryAgain();
 
     std::function<Unsaved()> unsaved;
     Banner *unsavedBanner;
     Banner *newsBanner;
     QString lastNews;
+    QTimer retry;
+    size_t retries = 0; ///< since it could be saved
 };

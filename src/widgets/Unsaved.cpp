@@ -13,8 +13,10 @@ static const QString tryAgainText = u"&Try Again"_s;
 static const QString saveCopyText = u"Save a &Copy As…"_s;
 static const QString allFiles = u"All files (*)"_s;
 
-static QString sentence(const Unsaved &unsaved)
+static QString sentenceOf(const Unsaved &unsaved)
 {
+    if (!unsaved.sentence.isEmpty())
+        return unsaved.sentence;
     return u"%1 could not be saved to %2: %3."_s.arg(unsaved.what, unsaved.path, unsaved.reason());
 }
 
@@ -31,14 +33,14 @@ void Unsaved::tell(Banner &banner) const
     const auto saveCopy = [&banner, unsaved = *this] {
         saveToFile(*banner.window(), copyPath(unsaved), allFiles, unsaved.content());
     };
-    banner.tell(sentence(*this) + u" What was changed is kept while this window is open."_s,
+    banner.tell(sentenceOf(*this) + u" What was changed is kept while this window is open."_s,
                 {{tryAgainText, tryAgain}, {saveCopyText, saveCopy}});
 }
 
 bool Unsaved::mayBeLeft(QWidget &window, const QString &goOn) const
 {
     for (;;) {
-        Alert alert(&window, sentence(*this),
+        Alert alert(&window, sentenceOf(*this),
                     u"What has been changed since it was last saved may be lost."_s);
         const QPushButton *again = alert.addButton(tryAgainText, QMessageBox::AcceptRole);
         const QPushButton *copy = alert.addButton(saveCopyText, QMessageBox::ActionRole);

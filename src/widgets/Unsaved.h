@@ -17,6 +17,8 @@ struct Unsaved
     std::function<bool()> tryAgain;      ///< true when it is written now
     std::function<QByteArray()> content; ///< what a copy is to hold
     QString copySuffix = {};             ///< of the copy's name, where it is not the file's
+    bool isRepeatable = true;            ///< may be tried again while the user is at work
+    QString sentence = {};               ///< what there is to say, where it is more than a failed save
 
     /// Says in the banner what could not be saved, why and where, and offers to try again and to save a copy.
     void tell(Banner &banner) const;
