@@ -1,7 +1,6 @@
 #include "platform/ProtectedFile.h"
 
 #include "platform/FileDescriptor.h"
-#include "platform/RedoFile.h"
 #include "platform/WholeFile.h"
 
 #include <QDateTime>
@@ -53,7 +52,9 @@ void ProtectedFile::replay()
         return;
     const std::optional<QByteArray> present = readWholeFile(filePath);
     if (present != redo->content) {
-        const bool isWorthACopy = info.exists() && !(present && present->isEmpty());
+        const bool isUntouched =
+            present && (present->isEmpty() || redoFile::digestOf(*present) == redo->replaced);
+        const bool isWorthACopy = info.exists() && !isUntouched;
         const bool isDone = present && isWorthACopy && isOvertaken(redoPath)
                                 ? keepAside(redo->content)
                                 : (!isWorthACopy || copyAside()) && writeInPlace(redo->content, true);
@@ -95,7 +96,7 @@ std::optional<QByteArray> ProtectedFile::read()
     const int reason = errno;
     unreadable.clear();
     if (content) {
-        held = digestOf(*content);
+        held = redoFile::digestOf(*content);
         copyDue = false; // unless whoever reads it finds something wrong again
     } else if (reason != ENOENT || isBehindBrokenLink(filePath)) {
         unreadable = systemText(reason);
@@ -108,11 +109,12 @@ std::optional<QByteArray> ProtectedFile::read()
 bool ProtectedFile::write(QByteArrayView content)
 {
     const std::optional<Digest> known = std::exchange(held, std::nullopt);
-    const Digest wanted = digestOf(content);
+    const Digest wanted = redoFile::digestOf(content);
     const bool isSame = !copyDue && known == wanted && presentState() == lastSeen;
     bool isProtected = isSame;
     if (!isSame) {
-        isProtected = redoFile::write(redoPath, filePath, content, wanted.crc) || fail();
+        isProtected =
+            redoFile::write(redoPath, filePath, known.value_or(Digest()), content, wanted) || fail();
         if ((copyDue || isChangedByOthers(known)) && QFileInfo::exists(filePath) && !copyAside())
             return false;
         copyDue = false;
@@ -128,11 +130,6 @@ bool ProtectedFile::write(QByteArrayView content)
     if (!isSame)
         QFile::remove(redoPath);
     return true;
-}
-
-ProtectedFile::Digest ProtectedFile::digestOf(QByteArrayView content)
-{
-    return {.size = content.size(), .crc = redoFile::crcOf(content)};
 }
 
 ProtectedFile::State ProtectedFile::presentState() const
@@ -151,7 +148,7 @@ bool ProtectedFile::isChangedByOthers(const std::optional<Digest> &known) const
     if (presentState() == lastSeen)
         return false;
     const std::optional<QByteArray> present = readWholeFile(filePath);
-    return !present || !known || digestOf(*present) != *known;
+    return !present || !known || redoFile::digestOf(*present) != *known;
 }
 
 /// Keeps the reason for which the system just refused something; always false.

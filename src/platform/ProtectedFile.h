@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/RedoFile.h"
+
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
@@ -67,15 +69,7 @@ private:
         bool operator==(const State &) const = default;
     };
 
-    /// What tells one content from another.
-    struct Digest
-    {
-        qsizetype size = 0; ///< bytes
-        quint32 crc = 0;    ///< CRC-32
-
-        bool operator==(const Digest &) const = default;
-    };
-    static Digest digestOf(QByteArrayView content);
+    using Digest = redoFile::Digest;
 
     void replay();
     bool isOvertaken(const QString &redo) const;

@@ -16,10 +16,17 @@
 using namespace Qt::StringLiterals;
 
 static constexpr mode_t userOnly = 0600;
+static constexpr int hexadecimal = 16;
 
-quint32 redoFile::crcOf(QByteArrayView bytes)
+/// \param before  CRC-32 of what comes before the bytes
+static quint32 crcOf(QByteArrayView bytes, quint32 before = 0)
 {
-    return quint32(crc32_z(0, reinterpret_cast<const Bytef *>(bytes.data()), size_t(bytes.size())));
+    return quint32(crc32_z(before, reinterpret_cast<const Bytef *>(bytes.data()), size_t(bytes.size())));
+}
+
+redoFile::Digest redoFile::digestOf(QByteArrayView content)
+{
+    return {.size = content.size(), .crc = crcOf(content)};
 }
 
 QString redoFile::pathFor(const QString &path, const QString &stateFolder)
@@ -38,32 +45,42 @@ std::optional<redoFile::Redo> redoFile::read(const QString &redoPath)
     const qsizetype headerEnd = bytes->indexOf('\n') + 1;
     const QByteArrayView rest = QByteArrayView(*bytes).sliced(headerEnd);
     const QList<QByteArray> header = bytes->first(headerEnd).trimmed().split(' ');
-    const bool hasPath = header.size() == 5 && header[1] == "2";
-    if (header.first() != "quorvane-redo" || (!hasPath && (header.size() != 4 || header[1] != "1")))
+    const bool isFirstVersion = header.size() == 4 && header[1] == "1";
+    if (header.first() != "quorvane-redo" || !(isFirstVersion || (header.size() == 7 && header[1] == "2")))
         return std::nullopt;
-    const qlonglong pathSize = hasPath ? header[2].toLongLong() : 0;
-    const qlonglong size = header[header.size() - 2].toLongLong();
-    if (pathSize < 0 || pathSize > rest.size() || size != rest.size() - pathSize ||
-        header.last().toUInt(nullptr, 16) != crcOf(rest))
+    const qlonglong pathSize = isFirstVersion ? 0 : header[4].toLongLong();
+    const qsizetype beforeCrc = isFirstVersion ? 0 : bytes->lastIndexOf(' ', headerEnd - 1) + 1;
+    if (pathSize < 0 || pathSize > rest.size() ||
+        header[header.size() - 2].toLongLong() != rest.size() - pathSize ||
+        header.last().toUInt(nullptr, hexadecimal) != crcOf(rest, crcOf(bytes->first(beforeCrc))))
         return std::nullopt;
-    return Redo{.path = QFile::decodeName(rest.first(pathSize).toByteArray()),
-                .content = rest.sliced(pathSize).toByteArray()};
+    Redo redo{.path = QFile::decodeName(rest.first(pathSize).toByteArray()),
+              .content = rest.sliced(pathSize).toByteArray()};
+    if (!isFirstVersion)
+        redo.replaced = {.size = header[2].toLongLong(), .crc = header[3].toUInt(nullptr, hexadecimal)};
+    return redo;
 }
 
-bool redoFile::write(const QString &redoPath, const QString &path, QByteArrayView content, quint32 crc)
+bool redoFile::write(const QString &redoPath, const QString &path, const Digest &replaced,
+                     QByteArrayView content, const Digest &digest)
 {
     const QString folder = QFileInfo(redoPath).path();
     if (!QDir().mkpath(folder))
         return false;
     const QByteArray name = QFile::encodeName(QFileInfo(path).absoluteFilePath());
-    const auto crcOfBoth = quint32(crc32_combine(crcOf(name), crc, content.size()));
-    const QByteArray header = "quorvane-redo 2 " + QByteArray::number(name.size()) + ' ' +
-                              QByteArray::number(content.size()) + ' ' + QByteArray::number(crcOfBoth, 16) +
-                              '\n';
+    const QByteArray numbers = QByteArrayList{"quorvane-redo 2",
+                                              QByteArray::number(replaced.size),
+                                              QByteArray::number(replaced.crc, hexadecimal),
+                                              QByteArray::number(name.size()),
+                                              QByteArray::number(digest.size),
+                                              QByteArray()}
+                                   .join(' ');
+    const auto crc = quint32(crc32_combine(crcOf(numbers + name), digest.crc, digest.size));
     const QString newPath = redoPath + u".new"_s;
     FileDescriptor file(newPath, O_WRONLY | O_CREAT | O_TRUNC, userOnly);
     const bool isWritten =
-        file.isOpen() && file.write(header + name) && file.write(content) && file.sync() && file.close() &&
+        file.isOpen() && file.write(numbers + QByteArray::number(crc, hexadecimal) + '\n' + name) &&
+        file.write(content) && file.sync() && file.close() &&
         ::rename(QFile::encodeName(newPath), QFile::encodeName(redoPath)) == 0 && syncFolder(folder);
     if (!isWritten) {
         const int reason = errno;

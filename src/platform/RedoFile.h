@@ -8,14 +8,27 @@
 
 /// The file in the state folder that holds the new content of another file while that one is rewritten.
 ///
-/// Format: a line "quorvane-redo 2 LENGTH SIZE CRC", then the other file's absolute path, which is LENGTH
-/// bytes long, then its content of SIZE bytes. CRC is the CRC-32 of both in hexadecimal digits. In version 1
-/// LENGTH and path are missing.
+/// Format: a line "quorvane-redo 2 OLDSIZE OLDCRC LENGTH SIZE CRC", then the other file's absolute path,
+/// which is LENGTH bytes long, then its new content of SIZE bytes. CRC is the CRC-32 of all of it but the
+/// line's last word, in hexadecimal digits. OLDSIZE and OLDCRC are those of the content that is to be
+/// replaced; -1 and 0 where that is not known. In version 1 they, LENGTH and the path are missing, and CRC is
+/// that of the content.
 namespace redoFile {
+
+/// What tells one content from another.
+struct Digest
+{
+    qsizetype size = -1; ///< bytes
+    quint32 crc = 0;     ///< CRC-32
+
+    bool operator==(const Digest &) const = default;
+};
+Digest digestOf(QByteArrayView content);
 
 struct Redo
 {
-    QString path; ///< empty in version 1
+    Digest replaced = {};
+    QString path = {}; ///< empty in version 1
     QByteArray content;
 };
 
@@ -25,9 +38,9 @@ QString pathFor(const QString &path, const QString &stateFolder);
 std::optional<Redo> read(const QString &redoPath);
 /// Writes it so that it is on the disk, whole; an earlier one stays until then. False when that failed, with
 /// the reason in errno.
-/// \param crc  CRC-32 of the content
-bool write(const QString &redoPath, const QString &path, QByteArrayView content, quint32 crc);
-
-quint32 crcOf(QByteArrayView bytes);
+/// \param replaced  the content that the file has
+/// \param digest    of the new content
+bool write(const QString &redoPath, const QString &path, const Digest &replaced, QByteArrayView content,
+           const Digest &digest);
 
 } // namespace redoFile

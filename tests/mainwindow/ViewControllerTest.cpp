@@ -252,6 +252,16 @@ private slots:
         QVERIFY(toldIn(*window).startsWith(u"1 of the rows in "_s + home->path()));
     }
 
+    void theListFollowsItsFile()
+    {
+        searchField->setText(u"task"_s);
+        selectRow(1);
+        writeTo(home->filePath(u"zandulist.txt"_s), row("b", 2, 1) + row("x", 1));
+        QTRY_COMPARE(rows(), u"bx"_s);
+        QCOMPARE(manager->selectedTask().key, u"b"_s);
+        QCOMPARE(table->selectionModel()->selectedRows().value(0).row(), 0);
+    }
+
     void aCopyIsShownToItsEnd()
     {
         auto *copy = window->findChild<QAction *>(u"actionCopyToCloud"_s);

@@ -1,11 +1,15 @@
 #include "platform/ProtectedFile.h"
+#include "platform/FileWatch.h"
+#include "support/FullDisk.h"
 #include "support/ScratchHome.h"
 #include "support/TestProgram.h"
 
 #include <QDir>
 #include <QProcess>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 
+#include <cstdio>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -177,6 +181,56 @@ private slots:
         writeTo(scene.path, "written by somebody else");
         QCOMPARE(scene.afterNextStart(), newText);
         QCOMPARE(copiesIn(scene.folder.filePath(u"documents"_s)), QByteArrayList{"written by somebody else"});
+    }
+
+    void allIsReplayedAtTheStart()
+    {
+        const Scene scene;
+        QCOMPARE(scene.write(newText, wholeRedoFile, u"kill"_s), killed);
+        writeTo(scene.state + u"/list.txt.1.redo.new"_s, "half");
+        QCOMPARE(ProtectedFile::replayAll(scene.state), QStringList());
+        QCOMPARE(contentOf(scene.path), newText);
+        QCOMPARE(QDir(scene.state).entryList(QDir::Files), QStringList());
+
+        QCOMPARE(scene.write("never got there", wholeRedoFile, u"kill"_s), killed);
+        writeTo(scene.path, "written by somebody else later on");
+        QFile file(scene.path);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QVERIFY(
+            file.setFileTime(QDateTime::currentDateTime().addSecs(90), QFileDevice::FileModificationTime));
+        QCOMPARE(ProtectedFile::replayAll(scene.state).size(), 1);
+        QCOMPARE(contentOf(scene.path), "written by somebody else later on");
+        QCOMPARE(copiesIn(scene.folder.filePath(u"documents"_s)), QByteArrayList{"never got there"});
+    }
+
+    void whereNoRedoFileCanBeMadeTheFileIsWritten()
+    {
+        const Scene scene;
+        writeTo(scene.state, "in the way of the folder");
+        ProtectedFile file(scene.path, scene.state);
+        QVERIFY(file.write(newText));
+        QCOMPARE(contentOf(scene.path), newText);
+        const FullDisk full(100);
+        QVERIFY(!file.write(QByteArray(200, 'x')) && !file.errorString().isEmpty());
+        QCOMPARE(contentOf(scene.path), newText);
+    }
+
+    void changesAreNoticed()
+    {
+        const Scene scene;
+        const QString link = scene.folder.filePath(u"link.txt"_s);
+        QVERIFY(QFile::link(scene.path, link));
+        const FileWatch watch(link);
+        QSignalSpy changed(&watch, &FileWatch::mayHaveChanged);
+        for (int round = 0; round < 2; ++round) {
+            changed.clear();
+            writeTo(scene.path, "in place");
+            QTRY_VERIFY(!changed.isEmpty());
+            changed.clear();
+            writeTo(scene.aside, "replaced");
+            QCOMPARE(::rename(QFile::encodeName(scene.aside), QFile::encodeName(scene.path)), 0);
+            QTRY_VERIFY(!changed.isEmpty());
+        }
     }
 };
 

@@ -12,6 +12,7 @@
 
 #include <memory>
 #include <random>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -130,6 +131,80 @@ private slots:
         for (qsizetype i = 0; i < before.size(); ++i)
             QVERIFY(haveEqualFields(*manager->tasks()[i], *before[i]));
         QCOMPARE(written(), text);
+        // Whatever is done to the list, it is written as by one that is written for the first time.
+        for (int i = 0; i < 200; ++i) {
+            manager->select(number(int(manager->tasks().size())));
+            switch (number(6)) {
+            case 0:
+                manager->deleteSelectedTask();
+                break;
+            case 1:
+                manager->cloneSelectedTask();
+                break;
+            case 2:
+                manager->moveSelectedTask(number(2) == 1);
+                break;
+            case 3:
+                manager->hideSelectedTask();
+                break;
+            case 4:
+                manager->invertColors();
+                break;
+            default:
+                manager->sortByColumn({.key = number(2) == 1 ? u"name"_s : u"date"_s, .ascending = true});
+            }
+            QCOMPARE(written(), TaskListFile(*manager, QString(), QString()).text());
+        }
+    }
+
+    void otherProgramsWriteTheFile()
+    {
+        load(fenceRow);
+        manager->startSearch(u"paint"_s);
+        QVERIFY(!file->followFile());
+        const QByteArray others = QByteArray(fenceRow).replace("Anna", "Bert") + fenceRow;
+        writeTo(filePath(), others);
+        QVERIFY(file->followFile() && !file->followFile());
+        QCOMPARE(manager->tasks().size(), 2);
+        QCOMPARE(firstTask().teamMember, u"Bert"_s);
+        writeTo(filePath(), {}); // as when it is about to be written
+        QVERIFY(!file->followFile());
+        QCOMPARE(manager->tasks().size(), 2);
+        writeTo(filePath(), others);
+        {
+            const FullDisk full(10);
+            QVERIFY(!file->writeFile());
+        }
+        writeTo(filePath(), fenceRow); // while the list is not saved
+        QVERIFY(!file->followFile());
+        QCOMPARE(written(), others);
+        QCOMPARE(copiesIn(home->filePath(u"Documents"_s)), QByteArrayList{fenceRow});
+    }
+
+    void aFileOutOfReachIsNotReplaced()
+    {
+        // A disk that is not mounted, or a file that cannot be read.
+        for (const bool isLink : {true, false}) {
+            init();
+            const QString real = home->filePath(u"disk/list.txt"_s);
+            QDir(home->path()).mkpath(u"Documents"_s);
+            QVERIFY(isLink ? QFile::link(real, filePath())
+                           : ::mkfifo(QFile::encodeName(filePath()).constData(), 0600) == 0);
+            reopen();
+            QVERIFY(!file->readProblem().isEmpty());
+            manager->addTask({.key = u"new"_s, .name = u"new"_s});
+            manager->addTask({.key = u"3F2504E0-4F89-41D3-9A0C-0305E82C3301"_s, .name = u"changed"_s});
+            QVERIFY(!file->writeFile() && !file->isSaved() && !file->followFile());
+            QVERIFY(isLink || QFile::remove(filePath()));
+            writeTo(isLink ? real : filePath(), QByteArray(fenceRow).replace("3F", "4F") + fenceRow);
+            QVERIFY(file->followFile() && file->isSaved());
+            QStringList names;
+            for (const SharedTask &entry : manager->tasks())
+                names.append(entry->name);
+            QCOMPARE(names, QStringList({u"Paint fence"_s, u"changed"_s, u"new"_s}));
+            QCOMPARE(contentOf(filePath()).count('^'), 3);
+            QVERIFY(copiesIn(home->filePath(u"Documents"_s)).isEmpty());
+        }
     }
 
     void olderRows()

@@ -109,6 +109,33 @@ private slots:
         QCOMPARE(contentOf(notesPath()).size(), 5006);
     }
 
+    void otherProgramsWriteTheFiles()
+    {
+        writeTo(notesPath(), "before and after");
+        QPlainTextEdit &text = openNotes();
+        text.moveCursor(QTextCursor::Start);
+        text.moveCursor(QTextCursor::NextWord);
+        writeTo(notesPath(), "before and later");
+        notes->tick(nullptr);
+        QCOMPARE(contentOf(notesPath()), "before and later");
+        QCOMPARE(text.toPlainText(), u"before and later"_s);
+        QCOMPARE(text.textCursor().position(), 7);
+        text.insertPlainText(u"now "_s);
+        writeTo(notesPath(), "from elsewhere");
+        notes->tick(nullptr);
+        QCOMPARE(contentOf(notesPath()), "before now and later");
+        QCOMPARE(copiesIn(folder->path()), QByteArrayList{"from elsewhere"});
+        QVERIFY(toldIn(*notes).contains(u".damaged-"));
+
+        open();
+        drag({{100, 100}, {200, 100}});
+        const QByteArray first = contentOf(picturePath());
+        drag({{100, 200}, {200, 200}});
+        writeTo(picturePath(), first);
+        whiteboard->close();
+        QCOMPARE(contentOf(picturePath()), first);
+    }
+
     void notesAreSavedByOneTimerWhileShown()
     {
         const auto timers = [this] {
