@@ -1,5 +1,7 @@
 #include "mainwindow/WindowState.h"
 
+#include "platform/Diagnostics.h"
+
 #include <QHeaderView>
 #include <QMainWindow>
 
@@ -18,56 +20,70 @@ QString widthKeyOf(int column)
     return u"column%1"_s.arg(column);
 }
 
-/// The number under the key; nothing when there is none within these limits.
-std::optional<int> number(const QSettings &settings, const QString &key, int least, int most)
+using Values = QList<std::pair<QString, QString>>;
+
+Values orderOf(const QHeaderView &header)
 {
-    bool isNumber = false;
-    const int value = settings.value(key).toString().toInt(&isNumber);
-    return isNumber && value >= least && value <= most ? std::optional(value) : std::nullopt;
+    const bool isDescending = header.sortIndicatorOrder() == Qt::DescendingOrder;
+    return {{sortColumnKey, QString::number(header.sortIndicatorSection())},
+            {descendingKey, QString::number(int(isDescending))}};
 }
 
 } // namespace
 
 WindowState::WindowState(const QString &stateFolder)
-    : settings(stateFolder + u"/window.ini"_s, QSettings::IniFormat)
+    : file(stateFolder + u"/window.ini"_s)
 {
 }
 
 bool WindowState::isOrderedByHand() const
 {
-    return number(settings, sortColumnKey, -1, -1).has_value();
+    return number(sortColumnKey, -1, -1).has_value();
 }
 
 void WindowState::restore(QMainWindow &window, QHeaderView &header) const
 {
     constexpr int narrowest = 20;
     constexpr int widest = 10'000; // pixels
-    const auto width = number(settings, widthKey, window.minimumWidth(), widest);
-    const auto height = number(settings, heightKey, window.minimumHeight(), widest);
+    const auto width = number(widthKey, window.minimumWidth(), widest);
+    const auto height = number(heightKey, window.minimumHeight(), widest);
     window.resize(width.value_or(window.width()), height.value_or(window.height()));
-    if (number(settings, maximizedKey, 1, 1))
+    if (number(maximizedKey, 1, 1))
         window.setWindowState(Qt::WindowMaximized);
     for (int column = 0; column < header.count(); ++column)
-        if (const auto kept = number(settings, widthKeyOf(column), narrowest, widest))
+        if (const auto kept = number(widthKeyOf(column), narrowest, widest))
             header.resizeSection(column, *kept);
-    if (const auto column = number(settings, sortColumnKey, 0, header.count() - 1))
-        header.setSortIndicator(*column, number(settings, descendingKey, 1, 1) ? Qt::DescendingOrder
-                                                                               : Qt::AscendingOrder);
+    if (const auto column = number(sortColumnKey, 0, header.count() - 1))
+        header.setSortIndicator(*column,
+                                number(descendingKey, 1, 1) ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
 void WindowState::save(const QMainWindow &window, const QHeaderView &header)
 {
     const QSize size = window.isMaximized() ? window.normalGeometry().size() : window.size();
-    settings.setValue(widthKey, size.width());
-    settings.setValue(heightKey, size.height());
-    settings.setValue(maximizedKey, int(window.isMaximized()));
+    Values values{{widthKey, QString::number(size.width())},
+                  {heightKey, QString::number(size.height())},
+                  {maximizedKey, QString::number(int(window.isMaximized()))}};
     for (int column = 0; column < header.count(); ++column)
-        settings.setValue(widthKeyOf(column), header.sectionSize(column));
-    saveOrder(header);
+        values.append({widthKeyOf(column), QString::number(header.sectionSize(column))});
+    store(values + orderOf(header));
 }
 
 void WindowState::saveOrder(const QHeaderView &header)
 {
-    settings.setValue(sortColumnKey, header.sortIndicatorSection());
-    settings.setValue(descendingKey, int(header.sortIndicatorOrder() == Qt::DescendingOrder));
+    store(orderOf(header));
+}
+
+/// The number under the key; nothing when there is none within these limits.
+std::optional<int> WindowState::number(const QString &key, int least, int most) const
+{
+    bool isNumber = false;
+    const int value = file.text(key).value_or(QString()).toInt(&isNumber);
+    return isNumber && value >= least && value <= most ? std::optional(value) : std::nullopt;
+}
+
+void WindowState::store(const Values &values)
+{
+    if (!file.store(values))
+        diagnostics::line("Window state not kept");
 }

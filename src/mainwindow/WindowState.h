@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QSettings>
+#include "platform/IniFile.h"
 
 class QHeaderView;
 class QMainWindow;
@@ -22,5 +22,8 @@ public:
     void saveOrder(const QHeaderView &header);
 
 private:
-    QSettings settings;
+    std::optional<int> number(const QString &key, int least, int most) const;
+    void store(const QList<std::pair<QString, QString>> &values);
+
+    IniFile file;
 };

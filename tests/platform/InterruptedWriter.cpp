@@ -1,4 +1,5 @@
 #include "platform/ProtectedFile.h"
+#include "platform/WholeFile.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -9,10 +10,10 @@
 #include <unistd.h>
 
 // Writes a file as the program does and is interrupted at the step it is told: `interrupted_writer FILE STATE
-// TEXT STEP kill|fail`. The system calls that change a file are replaced by ones that count; at the given
-// count, half of the work is done and then the process dies or, from then on, every call fails. Ends with 0
-// when the write succeeded, 1 when it failed, 9 when it was killed. With STEP -1 it names the calls on
-// standard output instead.
+// TEXT STEP kill|fail`. Without STATE, the file is replaced. The system calls that change a file are replaced
+// by ones that count; at the given count, half of the work is done and then the process dies or, from then
+// on, every call fails. Ends with 0 when the write succeeded, 1 when it failed, 9 when it was killed. With
+// STEP -1 it names the calls on standard output instead.
 
 namespace {
 
@@ -89,7 +90,7 @@ int main(int argc, char **argv)
     lastStep = std::atoi(argv[4]);
     killed = std::strcmp(argv[5], "kill") == 0;
     isWriting = true;
-    const bool written = file.write(argv[3]);
+    const bool written = *argv[2] ? file.write(argv[3]) : replaceWholeFile(file.path(), argv[3]);
     isWriting = false;
     return written ? EXIT_SUCCESS : EXIT_FAILURE;
 }

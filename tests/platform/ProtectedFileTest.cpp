@@ -79,6 +79,22 @@ private slots:
         }
     }
 
+    void aReplacedFileIsTheOldOrTheNewOne()
+    {
+        for (const QString &how : {u"kill"_s, u"fail"_s}) {
+            Scene scene;
+            scene.state.clear();
+            int steps = 0;
+            while (scene.write(newText, steps, how) != EXIT_SUCCESS) {
+                const QByteArray text = contentOf(scene.path);
+                QVERIFY2(text == (steps < 3 ? oldText : newText),
+                         text); // written, flushed and named, each once
+                QVERIFY(++steps < 5);
+            }
+            QCOMPARE(contentOf(scene.path), newText);
+        }
+    }
+
     void laterWriteKeepsTheOnlyGoodCopy()
     {
         // The file itself is half overwritten and cannot be mended; the next write dies while it makes its

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <limits>
+#include <optional>
+
+#include <sys/types.h>
+
+/// Opens a regular file with the flags and mode of open(2), without ever waiting for what else may be under
+/// the path, such as a pipe or a device; −1 when that failed, with the reason in errno.
+int openRegularFile(const QString &path, int flags, mode_t mode = 0);
+
+/// The whole content of a regular file; nothing when it cannot be read, with the reason in errno.
+/// \param most  a file of more bytes is not read: EFBIG
+std::optional<QByteArray> readWholeFile(const QString &path,
+                                        qint64 most = std::numeric_limits<qint64>::max());
+
+/// Replaces the whole file, or what it links to, by one that only its owner can read. Its folder is made when
+/// missing. On false, with the reason in errno, the content is the old one or, when only its folder could not
+/// be made to last, the new one; it is never a part.
+bool replaceWholeFile(const QString &path, QByteArrayView content);
