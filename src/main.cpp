@@ -26,5 +26,5 @@ int main(int argc, char **argv)
     Program program(TaskManager::shared(), systemNotices, Program::Folders::ofUser());
     QObject::connect(&instance, &SingleInstance::activated, &program.mainWindow(),
                      [&program] { bringToFront(program.mainWindow()); });
-    return program.run();
+    return program.run([&instance] { instance.release(); });
 }

@@ -47,11 +47,11 @@ LockFile::State LockFile::take()
 LockFile::Owner LockFile::owner() const
 {
     constexpr qint64 longest = 4096; // bytes
-    const QByteArray signature = readWholeFile(filePath, longest).value_or(QByteArray());
-    const QByteArrayList lines = signature.split('\n');
+    const QByteArray present = readWholeFile(filePath, longest).value_or(QByteArray());
+    const QByteArrayList lines = present.split('\n');
     const qint64 processId = lines[0].toLongLong();
     const QString machine = QString::fromUtf8(lines.value(2));
-    if (processId <= 0 || machine.isEmpty() || !signature.endsWith('\n')) // the disk was full
+    if (processId <= 0 || machine.isEmpty() || !present.endsWith('\n')) // the disk was full
         return {};
     const QByteArray machineId = lines.value(3);
     const bool isSameName = machine == QSysInfo::machineHostName() &&
@@ -72,15 +72,17 @@ void LockFile::sign()
                                QSysInfo::machineUniqueId(),
                                QSysInfo::bootUniqueId(),
                                {}};
-    isSigned = ::ftruncate(descriptor, 0) == 0 && writeFully(descriptor, lines.join('\n'));
+    signature = lines.join('\n');
+    if (::ftruncate(descriptor, 0) != 0 || !writeFully(descriptor, signature))
+        signature.clear();
 }
 
 void LockFile::release()
 {
     if (descriptor < 0)
         return;
-    if (isSigned)
-        isSigned = ::ftruncate(descriptor, 0) != 0;
+    if (!signature.isEmpty() && readWholeFile(filePath) == signature && ::ftruncate(descriptor, 0) == 0)
+        signature.clear();
     ::close(descriptor);
     descriptor = -1;
 }

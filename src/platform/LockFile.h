@@ -35,11 +35,11 @@ public:
     /// Writes into the file, which has been taken, that this process is the owner, as far as the disk allows
     /// it.
     void sign();
-    /// Gives up the lock, and takes the signature back if it is this process's.
+    /// Gives up the lock, and takes the signature back unless somebody else has signed meanwhile.
     void release();
 
 private:
     QString filePath;
     int descriptor = -1;
-    bool isSigned = false;
+    QByteArray signature;
 };

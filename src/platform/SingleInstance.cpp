@@ -1,5 +1,6 @@
 #include "platform/SingleInstance.h"
 
+#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -46,14 +47,21 @@ SingleInstance::Outcome SingleInstance::acquire(bool evenIfUncertain)
     }
     if ((state == LockFile::State::Held || other.isElsewhere) && !evenIfUncertain) {
         // Whoever starts while the user is asked is asked as well.
-        giveNameBack();
-        lock.release();
+        release();
         return Outcome::Uncertain;
     }
     isNameTaken();
+    // From then on there is nothing that could be shown.
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &SingleInstance::giveNameBack);
     if (state == LockFile::State::Taken)
         lock.sign();
     return Outcome::Acquired;
+}
+
+void SingleInstance::release()
+{
+    giveNameBack();
+    lock.release();
 }
 
 /// Whether another program on this machine has the lock. One that has not signed it is taken for such a one.
@@ -90,9 +98,10 @@ bool SingleInstance::activateOther()
         const int timeLeft = std::max(1, int(deadline.remainingTime()));
         if (bus.call(call, QDBus::Block, timeLeft).type() == QDBusMessage::ReplyMessage)
             return true;
-        if (lock.take() != LockFile::State::Held)
+        // It may just have started, and have no name yet, or just have ended.
+        QThread::msleep(pauseMilliseconds);
+        if (lock.take() != LockFile::State::Held && !bus.interface()->isServiceRegistered(service))
             break;
-        QThread::msleep(pauseMilliseconds); // it may have started just now, and have no name yet
     }
     return false;
 }

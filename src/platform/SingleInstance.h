@@ -28,6 +28,8 @@ public:
     /// Waits at most some seconds, for another program's answer.
     /// \param evenIfUncertain  the user wants to start all the same
     Outcome acquire(bool evenIfUncertain = false);
+    /// Lets another program start; for the very end of this one.
+    void release();
     /// The other program, as far as it is known.
     const LockFile::Owner &otherProgram() const { return other; }
     const QString &lockPath() const { return lock.path(); }

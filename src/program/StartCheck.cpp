@@ -41,10 +41,11 @@ bool askAbout(const LockFile::Owner &other, const QString &lockPath)
                                  : u"Is Quorvane running already?"_s;
     const QString reason =
         other.isElsewhere
-            ? u"It was started there on %1 as process %2, and has not told of its end. Whether it still runs "
+            ? u"It was started there on %1 as process %2, and either still runs or has crashed; which of "
+              u"them, "
               "cannot be seen from here."_s.arg(QLocale().toString(other.since, QLocale::ShortFormat),
                                                 QString::number(other.processId))
-            : u"The file \"%1\" is locked by a program that cannot be told from here."_s.arg(lockPath);
+            : u"The file \"%1\" is locked by a program that has not said which one it is."_s.arg(lockPath);
     const QString consequence = u"Two running programs overwrite each other's changes."_s;
     bool isWanted = false;
     show({question, reason, consequence}, [&] {

@@ -114,6 +114,7 @@ private slots:
               {"\xef\xbb\xbf url = a  b ;c\r\nurl2=x", u"a  b"_s},
               {"url=x\n[ general ]\nurl=\\xfc\\\\", u"ü\\"_s},
               {"[other]\nurl=x", u"none"_s},
+              {"url=x" + QByteArray(1'000'000, '\n'), u"none"_s},
               {"url=a,b", u"none"_s},
               {"url=\"x", u"none"_s},
               {"url=\\x", u"none"_s}}) {
