@@ -22,6 +22,7 @@ int main(int argc, char **argv)
     application.followAppearance(systemNotices);
     if (!mayStart(instance, outcome))
         return EXIT_FAILURE;
+    Application::keepDialogSettings();
     Application::findWritableFolder();
     Program program(TaskManager::shared(), systemNotices, Program::Folders::ofUser());
     QObject::connect(&instance, &SingleInstance::activated, &program.mainWindow(),

@@ -1,3 +1,5 @@
+#include "platform/Folders.h"
+#include "program/Application.h"
 #include "program/StartCheck.h"
 #include "support/Dialogs.h"
 #include "support/FakePortal.h"
@@ -5,6 +7,7 @@
 #include "widgets/Palettes.h"
 
 #include <QDir>
+#include <QFileDialog>
 #include <QImage>
 #include <QProcess>
 #include <QSysInfo>
@@ -126,6 +129,20 @@ private slots:
             }
             QCOMPARE(contentOf(path), starts && !isHeld ? QByteArray() : signature);
             ::close(other);
+        }
+    }
+
+    void dialogsWaitForNoLockOfACrash()
+    {
+        const QString path = folders::state() + u"/QtProject.conf"_s;
+        for (const bool isStuck : {false, true}) {
+            writeTo(path + (isStuck ? u".lock/in the way"_s : u".lock"_s), "12\nquorvane\nfar-away\n");
+            Application::keepDialogSettings();
+            QElapsedTimer timer;
+            timer.start();
+            QFileDialog(nullptr).show();
+            QVERIFY(timer.elapsed() < limit);
+            QVERIFY(QFileInfo::exists(path));
         }
     }
 
