@@ -1,6 +1,7 @@
 #include "cloud/CloudHome.h"
 
-#include <QSettings>
+#include "platform/IniFile.h"
+
 #include <QUrl>
 #include <QUrlQuery>
 
@@ -37,13 +38,13 @@ static CloudHome homeOnServer(const QUrl &url)
 
 CloudHome CloudHome::read(const QString &accountFile, const QString &dataFolder)
 {
-    const QSettings account(accountFile, QSettings::IniFormat);
-    const QVariant url = account.value(u"url"_s);
-    if (account.status() != QSettings::NoError)
+    const IniFile account(accountFile);
+    const QString key = u"url"_s;
+    if (!account.isWhole() || (account.contains(key) && !account.text(key)))
         return unusable(accountFile + u" cannot be read"_s);
-    if (!url.isValid())
+    if (!account.contains(key))
         return {.file = dataFolder + u"/Cloud.sqlite"_s};
-    const QString text = url.toString().trimmed();
+    const QString text = account.text(key)->trimmed();
     if (text == u"none")
         return {.kind = Kind::SignedOut};
     return homeOnServer(QUrl(text, QUrl::StrictMode));

@@ -1,5 +1,6 @@
 #include "mainwindow/WindowState.h"
 
+#include "platform/Diagnostics.h"
 #include "widgets/WindowSize.h"
 
 #include <QHeaderView>
@@ -18,41 +19,53 @@ QString widthKeyOf(int column)
     return u"column%1"_s.arg(column);
 }
 
+windowSize::Values orderOf(const QHeaderView &header)
+{
+    const bool isDescending = header.sortIndicatorOrder() == Qt::DescendingOrder;
+    return {{sortColumnKey, QString::number(header.sortIndicatorSection())},
+            {descendingKey, QString::number(int(isDescending))}};
+}
+
 } // namespace
 
 WindowState::WindowState(const QString &stateFolder)
-    : settings(windowSize::path(stateFolder), QSettings::IniFormat)
+    : file(windowSize::path(stateFolder))
 {
 }
 
 bool WindowState::isOrderedByHand() const
 {
-    return number(settings, sortColumnKey, -1, -1).has_value();
+    return number(file, sortColumnKey, -1, -1).has_value();
 }
 
 void WindowState::restore(QMainWindow &window, QHeaderView &header) const
 {
     constexpr int narrowest = 20;
     constexpr int widest = 10'000; // pixels
-    windowSize::restore(window, settings);
+    windowSize::restore(window, file);
     for (int column = 0; column < header.count(); ++column)
-        if (const auto kept = number(settings, widthKeyOf(column), narrowest, widest))
+        if (const auto kept = number(file, widthKeyOf(column), narrowest, widest))
             header.resizeSection(column, *kept);
-    if (const auto column = number(settings, sortColumnKey, 0, header.count() - 1))
-        header.setSortIndicator(*column, number(settings, descendingKey, 1, 1) ? Qt::DescendingOrder
-                                                                               : Qt::AscendingOrder);
+    if (const auto column = number(file, sortColumnKey, 0, header.count() - 1))
+        header.setSortIndicator(*column,
+                                number(file, descendingKey, 1, 1) ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
 void WindowState::save(const QMainWindow &window, const QHeaderView &header)
 {
-    windowSize::save(window, settings);
+    windowSize::Values values = windowSize::valuesOf(window);
     for (int column = 0; column < header.count(); ++column)
-        settings.setValue(widthKeyOf(column), header.sectionSize(column));
-    saveOrder(header);
+        values.append({widthKeyOf(column), QString::number(header.sectionSize(column))});
+    store(values + orderOf(header));
 }
 
 void WindowState::saveOrder(const QHeaderView &header)
 {
-    settings.setValue(sortColumnKey, header.sortIndicatorSection());
-    settings.setValue(descendingKey, int(header.sortIndicatorOrder() == Qt::DescendingOrder));
+    store(orderOf(header));
+}
+
+void WindowState::store(const QList<std::pair<QString, QString>> &values)
+{
+    if (!file.store(values))
+        diagnostics::line("Window state not kept");
 }

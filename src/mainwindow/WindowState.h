@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QSettings>
+#include "platform/IniFile.h"
 
 class QHeaderView;
 class QMainWindow;
@@ -22,5 +22,7 @@ public:
     void saveOrder(const QHeaderView &header);
 
 private:
-    QSettings settings;
+    void store(const QList<std::pair<QString, QString>> &values);
+
+    IniFile file;
 };

@@ -4,6 +4,8 @@
 
 #include <QLocale>
 
+#include <algorithm>
+
 Calendar::Calendar()
     : zone(QTimeZone::systemTimeZone())
 {
@@ -32,6 +34,12 @@ QDate Calendar::dayOf(Instant instant) const
 Instant Calendar::startOfDay(QDate day) const
 {
     return instantOf(day.startOfDay(zone));
+}
+
+int firstShortYear()
+{
+    static const int first = std::max(QDate::currentDate().year(), QUORVANE_BUILD_YEAR) - 80;
+    return first;
 }
 
 QString shortDate(QDate day)

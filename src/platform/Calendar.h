@@ -39,11 +39,10 @@ private:
     QTimeZone zone;
 };
 
-/// The first of the hundred years that two digits stand for.
-inline int firstShortYear(QDate today)
-{
-    return today.year() - 80;
-}
+/// The first of the hundred years that two digits stand for: 80 years before the year in which the program
+/// was started or, by a clock that is wrong, the one in which it was built. The same one as long as the
+/// program runs, so that a clock put right does not change what has been read.
+int firstShortYear();
 
 /// The day in the short form of the user's locale.
 QString shortDate(QDate day);

@@ -29,21 +29,39 @@ bool writeFully(int descriptor, QByteArrayView bytes)
     return true;
 }
 
-FileDescriptor::FileDescriptor(const QString &path, int flags, mode_t mode)
-    : descriptor(uninterrupted([name = QFile::encodeName(path), flags, mode] {
-        return ::open(name.constData(), flags | O_CLOEXEC | O_NONBLOCK, mode);
-    }))
+static int openAny(const QString &path, int flags, mode_t mode)
 {
+    return uninterrupted([name = QFile::encodeName(path), flags, mode] {
+        return ::open(name.constData(), flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, mode);
+    });
+}
+
+int openRegularFile(const QString &path, int flags, mode_t mode)
+{
+    const int file = openAny(path, flags, mode);
     struct stat entry = {};
-    if (!isOpen() || (::fstat(descriptor, &entry) == 0 && (S_ISREG(entry.st_mode) || S_ISDIR(entry.st_mode))))
-        return;
-    close();
-    errno = EINVAL;
+    if (file < 0 || (::fstat(file, &entry) == 0 && S_ISREG(entry.st_mode)))
+        return file;
+    ::close(file);
+    errno = S_ISDIR(entry.st_mode) ? EISDIR : ENOTSUP;
+    return -1;
+}
+
+FileDescriptor::FileDescriptor(const QString &path, int flags, mode_t mode)
+    : descriptor(flags & O_DIRECTORY ? openAny(path, flags, mode) : openRegularFile(path, flags, mode))
+{
 }
 
 FileDescriptor::~FileDescriptor()
 {
+    const int reason = errno; // of what went wrong before
     close();
+    errno = reason;
+}
+
+qsizetype FileDescriptor::read(char *bytes, qsizetype most)
+{
+    return uninterrupted([&] { return ::read(descriptor, bytes, size_t(most)); });
 }
 
 bool FileDescriptor::reserve(qsizetype size)

@@ -8,6 +8,10 @@
 /// Writes all of the bytes to the descriptor; false when that failed, with the reason in errno.
 bool writeFully(int descriptor, QByteArrayView bytes);
 
+/// Opens a regular file with the flags and mode of open(2), without ever waiting for what else may be under
+/// the path, such as a pipe or a device; −1 when that failed, with the reason in errno.
+int openRegularFile(const QString &path, int flags, mode_t mode = 0);
+
 /// Makes a change of the folder's entries last; false when that failed, with the reason in errno.
 bool syncFolder(const QString &path);
 
@@ -16,8 +20,7 @@ bool syncFolder(const QString &path);
 class FileDescriptor
 {
 public:
-    /// Opens the path with the flags and mode of open(2). Nothing but a regular file or a folder is opened,
-    /// and nothing is waited for, as a pipe in the file's place would have it.
+    /// Opens a regular file as `openRegularFile` does, or with O_DIRECTORY a folder.
     FileDescriptor(const QString &path, int flags, mode_t mode = 0);
     ~FileDescriptor();
     FileDescriptor(const FileDescriptor &) = delete;
@@ -27,6 +30,8 @@ public:
     /// Takes room on the disk for a content of this many bytes, without changing the file; EOPNOTSUPP where
     /// the file system has no such operation.
     bool reserve(qsizetype size);
+    /// Reads up to so many bytes at the current position; 0 at the end, −1 when that failed.
+    qsizetype read(char *bytes, qsizetype most);
     /// Writes all of the bytes at the current position.
     bool write(QByteArrayView bytes);
     bool truncate(qsizetype size);

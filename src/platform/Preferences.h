@@ -1,8 +1,9 @@
 #pragma once
 
+#include "platform/IniFile.h"
+
 #include <QHash>
 #include <QMutex>
-#include <QSettings>
 #include <QString>
 #include <QVariant>
 
@@ -13,8 +14,8 @@
 /// The user's preferences by key: an ini file of the user's own, behind it the desktop's global settings.
 ///
 /// A key the file lacks is asked of the global settings, which live in memory and are fed by the desktop.
-/// The file is read when the program starts; nobody but the program changes it. It holds an account secret,
-/// so that only its owner can read it. Safe to use from any thread.
+/// The file is read when the program starts. It holds an account secret, so that only its owner can read it.
+/// Safe to use from any thread.
 class Preferences
 {
 public:
@@ -31,8 +32,8 @@ public:
     /// 0 when there is none or it is no number.
     qint64 integer(const QString &key) const;
 
-    /// Writes texts, booleans and integers, each under its key, to the file at once; false when that fails.
-    /// The new values hold in any case.
+    /// Writes texts, booleans and integers, each under its key, to the file at once, all of them or none;
+    /// false when that fails. The new values hold in any case.
     bool store(std::initializer_list<std::pair<QString, QVariant>> values);
 
     /// Sets one of the desktop's global settings, or removes it where there is no text.
@@ -40,6 +41,6 @@ public:
 
 private:
     mutable QMutex mutex;
-    QSettings settings;
+    IniFile file;
     QHash<QString, QString> globalTexts;
 };

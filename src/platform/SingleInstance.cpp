@@ -1,65 +1,120 @@
 #include "platform/SingleInstance.h"
 
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QSysInfo>
+#include <QThread>
 
-#include <cerrno>
-#include <csignal>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-const QString service = u"example.quorvane.Quorvane"_s;
 const QString path = u"/example/quorvane/Quorvane"_s;
 const QString interface = u"org.freedesktop.Application"_s;
-constexpr int answerMilliseconds = 2000;
 
-/// Whether the program that is named in the lock file may still be running.
-bool mayHaveOwner(const QLockFile &lock)
+QString serviceOf(const QString &stateFolder)
 {
-    qint64 processId = 0;
-    QString host;
-    QString program;
-    return lock.getLockInfo(&processId, &host, &program) &&
-           (host != QSysInfo::machineHostName() || ::kill(pid_t(processId), 0) == 0 || errno != ESRCH);
+    const QByteArray mark = QCryptographicHash::hash(stateFolder.toUtf8(), QCryptographicHash::Sha1);
+    return u"example.quorvane.Quorvane.S"_s + QString::fromLatin1(mark.toHex());
 }
 
 } // namespace
 
 SingleInstance::SingleInstance(const QString &stateFolder, const QDBusConnection &session)
-    : folder(stateFolder)
-    , lock(stateFolder + u"/quorvane.lock"_s)
+    : lock(stateFolder + u"/quorvane.lock"_s)
+    , service(serviceOf(stateFolder))
     , bus(session)
 {
-    // The lock of a program that no longer runs is stale, however young; that of a running one never is.
-    lock.setStaleLockTime(0);
+    QDir().mkpath(stateFolder);
 }
 
-bool SingleInstance::acquire()
+SingleInstance::Outcome SingleInstance::acquire(bool evenIfUncertain)
 {
-    QDir().mkpath(folder);
-    const auto isFree = [this] {
-        return lock.tryLock() || lock.error() != QLockFile::LockFailedError;
-    };
-    // A lock that was half written when its program died names nobody, and on a full disk the lock file does
-    // not remove a stale one by itself.
-    if (!isFree() && (mayHaveOwner(lock) || !lock.removeStaleLockFile() || !isFree())) {
-        activateOther();
-        return false;
+    LockFile::State state = lock.take();
+    other = lock.owner();
+    if (isHeldHere(state) || isNameTaken()) {
+        if (activateOther())
+            return Outcome::Shown;
+        state = lock.take(); // it may have been about to end
+        other = lock.owner();
+        if (identifyOther() || (isHeldHere(state) && other.processId > 0))
+            return Outcome::Running;
     }
-    if (bus.isConnected() && bus.registerObject(path, this, QDBusConnection::ExportScriptableSlots))
-        bus.registerService(service);
-    return true;
+    if ((state == LockFile::State::Held || other.isElsewhere) && !evenIfUncertain) {
+        // Whoever starts while the user is asked is asked as well.
+        release();
+        return Outcome::Uncertain;
+    }
+    isNameTaken();
+    // From then on there is nothing that could be shown.
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &SingleInstance::giveNameBack);
+    if (state == LockFile::State::Taken)
+        lock.sign();
+    return Outcome::Acquired;
 }
 
-void SingleInstance::activateOther()
+void SingleInstance::release()
+{
+    giveNameBack();
+    lock.release();
+}
+
+/// Whether another program on this machine has the lock. One that has not signed it is taken for such a one.
+bool SingleInstance::isHeldHere(LockFile::State state) const
+{
+    return state == LockFile::State::Held && !other.isElsewhere;
+}
+
+/// Whether another program has the name. Otherwise it is this one's from now on, where there is a bus.
+bool SingleInstance::isNameTaken()
+{
+    if (!bus.isConnected())
+        return false;
+    bus.registerObject(path, this, QDBusConnection::ExportScriptableSlots);
+    return !bus.registerService(service) && bus.interface()->isServiceRegistered(service);
+}
+
+void SingleInstance::giveNameBack()
 {
     if (!bus.isConnected())
         return;
+    bus.unregisterService(service);
+    bus.unregisterObject(path);
+}
+
+bool SingleInstance::activateOther()
+{
+    constexpr int answerMilliseconds = 3000;
+    constexpr int pauseMilliseconds = 20;
     QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, u"Activate"_s);
     call << QVariantMap();
-    bus.call(call, QDBus::Block, answerMilliseconds);
+    const QDeadlineTimer deadline(answerMilliseconds);
+    while (bus.isConnected() && !deadline.hasExpired()) {
+        const int timeLeft = std::max(1, int(deadline.remainingTime()));
+        if (bus.call(call, QDBus::Block, timeLeft).type() == QDBusMessage::ReplyMessage)
+            return true;
+        // It may just have started, and have no name yet, or just have ended.
+        QThread::msleep(pauseMilliseconds);
+        if (lock.take() != LockFile::State::Held && !bus.interface()->isServiceRegistered(service))
+            break;
+    }
+    return false;
+}
+
+/// Asks the bus who has the name, which may not be whoever has signed the lock file; false when nobody has.
+bool SingleInstance::identifyOther()
+{
+    if (!bus.isConnected())
+        return false;
+    const QDBusReply<uint> processId = bus.interface()->servicePid(service);
+    if (processId.isValid())
+        other = {.processId = processId.value(), .machine = QSysInfo::machineHostName()};
+    return processId.isValid();
 }
 
 void SingleInstance::Activate(const QVariantMap &)

@@ -1,24 +1,38 @@
 #pragma once
 
+#include "platform/LockFile.h"
+
 #include <QDBusConnection>
-#include <QLockFile>
 #include <QObject>
 #include <QVariantMap>
 
-/// Lets one program run per user: a lock file always, and on the session bus a name under which a second
-/// start asks the first one to show itself.
+/// Lets one program run per user: a lock file, and on the session bus a name under which a second start asks
+/// the first one to show itself. Where there can be no lock, the name alone decides.
 class SingleInstance : public QObject
 {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
 public:
-    /// \param stateFolder  the folder of the lock file; made when missing
+    enum class Outcome {
+        Acquired,  ///< No other program is running, as far as can be seen.
+        Shown,     ///< Another one is, and has shown itself.
+        Running,   ///< Another one is, on this machine, but does not answer.
+        Uncertain, ///< Another one may be, on another machine or unnamed.
+    };
+
+    /// \param stateFolder  the folder of the lock file, made when missing; those of different folders do not
+    ///                     know each other
     SingleInstance(const QString &stateFolder, const QDBusConnection &bus);
 
-    /// True when this is the only running program. Otherwise the other one has been asked to show itself,
-    /// where there is a bus.
-    bool acquire();
+    /// Waits at most some seconds, for another program's answer.
+    /// \param evenIfUncertain  the user wants to start all the same
+    Outcome acquire(bool evenIfUncertain = false);
+    /// Lets another program start; for the very end of this one.
+    void release();
+    /// The other program, as far as it is known.
+    const LockFile::Owner &otherProgram() const { return other; }
+    const QString &lockPath() const { return lock.path(); }
 
 signals:
     /// Another start asked this program to show itself.
@@ -29,9 +43,14 @@ public slots:
     Q_SCRIPTABLE void Activate(const QVariantMap &platformData);
 
 private:
-    void activateOther();
+    bool isHeldHere(LockFile::State state) const;
+    bool isNameTaken();
+    void giveNameBack();
+    bool activateOther();
+    bool identifyOther();
 
-    QString folder;
-    QLockFile lock;
+    LockFile lock;
+    LockFile::Owner other;
+    QString service;
     QDBusConnection bus;
 };

@@ -2,17 +2,73 @@
 
 #include "platform/FileDescriptor.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Where the content is, or is to be: a link is kept.
+QString targetOf(const QString &path)
+{
+    const QFileInfo info(path);
+    if (info.exists())
+        return info.canonicalFilePath();
+    return info.isSymLink() ? info.symLinkTarget() : path;
+}
+
+bool writeNew(const QString &path, QByteArrayView content)
+{
+    constexpr mode_t userOnly = 0600;
+    FileDescriptor file(path, O_WRONLY | O_CREAT | O_EXCL, userOnly);
+    return file.isOpen() && file.write(content) && file.sync() && file.close();
+}
+
+} // namespace
 
 std::optional<QByteArray> readWholeFile(const QString &path, qint64 most)
 {
-    if (!FileDescriptor(path, O_RDONLY).isOpen())
+    constexpr qsizetype chunk = 65'536; // bytes
+    FileDescriptor file(path, O_RDONLY);
+    if (!file.isOpen())
         return std::nullopt;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() > most)
-        return std::nullopt;
-    const QByteArray content = file.readAll();
-    return file.error() == QFileDevice::NoError ? std::optional(content) : std::nullopt;
+    QByteArray content;
+    for (qsizetype size = 0;;) {
+        content.resize(std::max(size + chunk, size * 2));
+        const qsizetype count = file.read(content.data() + size, content.size() - size);
+        if (count < 0)
+            return std::nullopt;
+        size += count;
+        if (size > most) {
+            errno = EFBIG;
+            return std::nullopt;
+        }
+        if (count == 0)
+            return content.first(size);
+    }
+}
+
+bool replaceWholeFile(const QString &path, QByteArrayView content)
+{
+    const QString target = targetOf(path);
+    const QString folderPath = QFileInfo(target).path();
+    const QString newPath = target + u".new"_s;
+    if (!QDir().mkpath(folderPath))
+        return false;
+    QFile::remove(newPath); // what an interrupted run has left
+    if (!writeNew(newPath, content) ||
+        std::rename(QFile::encodeName(newPath).constData(), QFile::encodeName(target).constData()) != 0) {
+        const int error = errno;
+        QFile::remove(newPath);
+        errno = error;
+        return false;
+    }
+    return syncFolder(folderPath);
 }

@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QIcon>
 #include <QPixmapCache>
+#include <QSettings>
 #include <QStyleFactory>
 #include <QTemporaryFile>
 
@@ -52,4 +53,12 @@ void Application::findWritableFolder()
     const bool isWritable = QTemporaryFile(u"quorvane-XXXXXX"_s).open(); // its permissions alone do not tell
     if (!isWritable && !documents.isEmpty() && QDir().mkpath(documents))
         QDir::setCurrent(documents);
+}
+
+void Application::keepDialogSettings()
+{
+    const QString lockPath = folders::state() + u"/QtProject.conf.lock"_s;
+    const bool isFree = QFile::remove(lockPath) || !QFileInfo::exists(lockPath);
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                       isFree ? folders::state() : u"/dev/null"_s);
 }

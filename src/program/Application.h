@@ -19,6 +19,9 @@ public:
     /// Moves to the documents folder when nothing can be written in the working folder, where the
     /// whiteboard's picture is kept.
     static void findWritableFolder();
+    /// Has Qt's own dialogs keep what they remember, such as custom colours, in the state folder, where no
+    /// lock is left that they would wait for without limit. Only one running program may do so.
+    static void keepDialogSettings();
 
 private:
     WheelGuard wheelGuard;

@@ -39,7 +39,7 @@ Program::Program(TaskManager &manager, NotificationCenter &systemNotices, const 
 {
 }
 
-int Program::run()
+int Program::run(const std::function<void()> &cutShort)
 {
     window.show();
     delegate.applicationDidFinishLaunching();
@@ -48,6 +48,7 @@ int Program::run()
     if (!finish(std::chrono::seconds(5))) {
         // A server keeps one of the threads waiting, and the destructors would wait for that thread.
         diagnostics::drain();
+        cutShort();
         std::_Exit(result);
     }
     return result;

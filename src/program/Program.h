@@ -9,6 +9,8 @@
 #include "platform/NotificationCenter.h"
 #include "widgets/ColorWell.h"
 
+#include <functional>
+
 /// One user's program: builds the objects, hands them to each other, and ends them. The only place that knows
 /// all of them.
 class Program
@@ -32,7 +34,8 @@ public:
 
     /// Shows the main window, runs the event loop and ends what is still under way; the exit code. Does not
     /// return when something under way cannot be ended in time.
-    int run();
+    /// \param cutShort  what is left to be done then
+    int run(const std::function<void()> &cutShort);
 
     ViewController &mainWindow() { return window; }
     NotificationCenter &applicationNotices() { return notices; }

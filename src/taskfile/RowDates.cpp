@@ -28,11 +28,6 @@ bool takeSlash(QStringView &text)
 
 } // namespace
 
-RowDates::RowDates()
-    : firstShortYear(::firstShortYear(calendar.dayOf(Calendar::now())))
-{
-}
-
 std::optional<Instant> RowDates::fromText(QStringView text)
 {
     const std::optional<QDate> day = dayFromText(text);
@@ -66,8 +61,8 @@ std::optional<QDate> RowDates::dayFromText(QStringView text) const
     if (year < 0 || !text.isEmpty() || yearDigits == 3 || (beforeChrist && yearDigits < 4))
         return std::nullopt;
     if (yearDigits == 2) {
-        year += firstShortYear - firstShortYear % 100;
-        if (year < firstShortYear)
+        year += firstYear - firstYear % 100;
+        if (year < firstYear)
             year += 100;
     }
     const QDate date(beforeChrist ? -year : year, month, day);
@@ -78,7 +73,7 @@ QByteArray RowDates::dayToText(QDate day) const
 {
     const int year = day.year();
     QByteArray text = QByteArray::number(day.month()) + '/' + QByteArray::number(day.day()) + '/';
-    if (year >= firstShortYear && year < firstShortYear + 100)
+    if (year >= firstYear && year < firstYear + 100)
         return text + QByteArray::number(year % 100).rightJustified(2, '0');
     if (year < 0)
         text += '-';

@@ -11,13 +11,11 @@
 /// Dates as the task list file holds them: month/day/year without leading zeros, such as 3/7/24, whatever the
 /// locale.
 ///
-/// A year of the hundred years that begin 80 years before this one has two digits; any other has at least
-/// four. Made for one reading or writing of the file: the dates it has met it does not work out again.
+/// A year of the hundred years that begin with `firstShortYear` has two digits; any other has at least four.
+/// Made for one reading or writing of the file: the dates it has met it does not work out again.
 class RowDates
 {
 public:
-    RowDates();
-
     /// The start of the day. Takes one- or two-digit month and day and a year of two or of at least four
     /// digits; nothing when the text is no date of that form.
     std::optional<Instant> fromText(QStringView text);
@@ -30,7 +28,7 @@ private:
     QByteArray dayToText(QDate day) const;
 
     Calendar calendar;
-    int firstShortYear;
+    int firstYear = firstShortYear();
     QHash<QDate, Instant> starts;
     QHash<qint64, QByteArray> texts; ///< by milliseconds of the instant
 };

@@ -104,7 +104,7 @@ std::optional<QDate> dayOfGroups(const QStringList &groups, QString order, QDate
             return std::nullopt;
         (isYear ? year : order[i] == u'M' ? month : day) = groups[i].toInt();
         if (isYear && digits == 2) {
-            const int first = firstShortYear(today);
+            const int first = firstShortYear();
             year += first - first % 100 + (year < first % 100 ? 100 : 0);
         }
     }

@@ -1,53 +1,51 @@
 #include "widgets/WindowSize.h"
 
-#include <QDialog>
+#include "platform/Diagnostics.h"
 
-#include <memory>
+#include <QDialog>
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-const QString widthKey = u"width"_s;
-const QString heightKey = u"height"_s;
-const QString maximizedKey = u"maximized"_s;
-
-} // namespace
+static QString keyOf(const QString &name, const QString &what)
+{
+    return name.isEmpty() ? what : name + u'.' + what;
+}
 
 QString windowSize::path(const QString &stateFolder)
 {
     return stateFolder + u"/window.ini"_s;
 }
 
-std::optional<int> windowSize::number(const QSettings &settings, const QString &key, int least, int most)
+std::optional<int> windowSize::number(const IniFile &file, const QString &key, int least, int most)
 {
     bool isNumber = false;
-    const int value = settings.value(key).toString().toInt(&isNumber);
+    const int value = file.text(key).value_or(QString()).toInt(&isNumber);
     return isNumber && value >= least && value <= most ? std::optional(value) : std::nullopt;
 }
 
-void windowSize::restore(QWidget &window, const QSettings &settings)
+void windowSize::restore(QWidget &window, const IniFile &file, const QString &name)
 {
     constexpr int widest = 10'000; // pixels
-    const auto width = number(settings, widthKey, window.minimumWidth(), widest);
-    const auto height = number(settings, heightKey, window.minimumHeight(), widest);
+    const auto width = number(file, keyOf(name, u"width"_s), window.minimumWidth(), widest);
+    const auto height = number(file, keyOf(name, u"height"_s), window.minimumHeight(), widest);
     window.resize(width.value_or(window.width()), height.value_or(window.height()));
-    if (number(settings, maximizedKey, 1, 1))
+    if (number(file, keyOf(name, u"maximized"_s), 1, 1))
         window.setWindowState(Qt::WindowMaximized);
 }
 
-void windowSize::save(const QWidget &window, QSettings &settings)
+windowSize::Values windowSize::valuesOf(const QWidget &window, const QString &name)
 {
     const QSize size = window.isMaximized() ? window.normalGeometry().size() : window.size();
-    settings.setValue(widthKey, size.width());
-    settings.setValue(heightKey, size.height());
-    settings.setValue(maximizedKey, int(window.isMaximized()));
+    return {{keyOf(name, u"width"_s), QString::number(size.width())},
+            {keyOf(name, u"height"_s), QString::number(size.height())},
+            {keyOf(name, u"maximized"_s), QString::number(int(window.isMaximized()))}};
 }
 
 void windowSize::keep(QDialog &dialog, const QString &stateFolder)
 {
-    const auto settings = std::make_shared<QSettings>(path(stateFolder), QSettings::IniFormat);
-    settings->beginGroup(dialog.objectName());
-    restore(dialog, *settings);
-    QObject::connect(&dialog, &QDialog::finished, &dialog, [&dialog, settings] { save(dialog, *settings); });
+    restore(dialog, IniFile(path(stateFolder)), dialog.objectName());
+    QObject::connect(&dialog, &QDialog::finished, &dialog, [&dialog, file = path(stateFolder)] {
+        if (!IniFile(file).store(valuesOf(dialog, dialog.objectName())))
+            diagnostics::line("Window state not kept");
+    });
 }

@@ -504,7 +504,6 @@ private:
     CloudHome newFile() { return {.file = folder.filePath(u"%1/Cloud.sqlite"_s.arg(++files))}; }
     QList<CloudHome> homes() { return {newFile(), homeOnServer(u"anna"_s)}; }
 
-    /// From a file of its own: one of the same size and time QSettings takes for the one it knows.
     static CloudHome readHome(const QByteArray &url)
     {
         const QTemporaryDir own;

@@ -1,12 +1,20 @@
+#include "platform/Folders.h"
+#include "program/Application.h"
+#include "program/StartCheck.h"
+#include "support/Dialogs.h"
 #include "support/FakePortal.h"
 #include "support/TestProgram.h"
 #include "widgets/Palettes.h"
 
 #include <QDir>
+#include <QFileDialog>
 #include <QImage>
 #include <QProcess>
+#include <QSysInfo>
 
 #include <csignal>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -67,20 +75,74 @@ private:
 private slots:
     void secondStartShowsTheFirst()
     {
-        for (const QString &bus : {qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), u"unix:path=/none"_s}) {
-            Running first(home.path());
-            Running second(home.path());
+        const QString bus = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+        // Without a bus it can only say what is there; without a lock file it asks the bus.
+        for (const auto &[address, own] :
+             {std::pair(bus, home.path()), {u"unix:path=/none"_s, home.path()}, {bus, u"/proc/nowhere"_s}}) {
+            Running first(own);
+            Running second(own);
             for (Running *process : {&first, &second})
-                process->setVariable(u"DBUS_SESSION_BUS_ADDRESS"_s, bus);
+                process->setVariable(u"DBUS_SESSION_BUS_ADDRESS"_s, address);
             QCOMPARE(first.rowsShown(), 0); // although a dead program has left its lock
-            QCOMPARE(second.rowsShown(), -1);
-            QVERIFY(second.state() == QProcess::NotRunning || second.waitForFinished(limit));
-            QCOMPARE(second.exitCode(), 0);
-            QByteArray complaints; // the platform without a screen says what it cannot do
-            if (!bus.endsWith(u"none"))
+            QByteArray complaints;          // the platform without a screen says what it cannot do
+            if (address == bus) {
+                QCOMPARE(second.rowsShown(), -1);
                 QTRY_VERIFY_WITH_TIMEOUT((complaints += first.readAllStandardError()).contains("raise()"),
                                          limit);
+            } else {
+                second.start();
+                const QByteArray sentence = "as process " + QByteArray::number(first.processId());
+                QTRY_VERIFY_WITH_TIMEOUT((complaints += second.readAllStandardError()).contains(sentence),
+                                         limit);
+                second.terminate(); // which its window does not prevent
+            }
+            QVERIFY(second.state() == QProcess::NotRunning || second.waitForFinished(limit));
+            QCOMPARE(second.exitStatus(), QProcess::NormalExit);
+            QCOMPARE(second.exitCode(), address == bus ? EXIT_SUCCESS : EXIT_FAILURE);
             QCOMPARE(first.state(), QProcess::Running);
+        }
+    }
+
+    void asksWhereAnotherOneMayRun()
+    {
+        const QTemporaryDir own;
+        const QString path = own.filePath(u"quorvane.lock"_s);
+        const QByteArray here = "12\nquorvane\n" + QSysInfo::machineHostName().toUtf8() + '\n';
+        const QByteArray there = "12\nquorvane\nfar-away\n";
+        for (const auto &[signature, isHeld, words, answer, starts] :
+             {std::tuple<QByteArray, bool, QString, QString, bool>(here, false, {}, {}, true),
+              {there, false, u"far-away"_s, u"No"_s, false},
+              {there, false, u"far-away"_s, u"Yes"_s, true},
+              {there, true, u"far-away"_s, u"Yes"_s, true},
+              {"garbled\n", true, path, u"No"_s, false},
+              {here, true, u"as process 12 on"_s, u"OK"_s, false}}) {
+            writeTo(path, signature);
+            const int other = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+            QCOMPARE(::flock(other, isHeld ? LOCK_EX : LOCK_UN), 0);
+            {
+                SingleInstance instance(own.path(), QDBusConnection(u"none"_s));
+                const AlertAnswer alert(answer);
+                QCOMPARE(mayStart(instance, instance.acquire()), starts);
+                QVERIFY((alert.text + alert.informativeText).contains(words));
+                QCOMPARE(alert.wasShown(), !answer.isEmpty());
+                QCOMPARE(contentOf(path) == signature, isHeld || !starts);
+            }
+            QCOMPARE(contentOf(path), starts && !isHeld ? QByteArray() : signature);
+            ::close(other);
+        }
+    }
+
+    void dialogsWaitForNoLockOfACrash()
+    {
+        const QString path = folders::state() + u"/QtProject.conf"_s;
+        for (const bool isStuck : {false, true}) {
+            writeTo(path + (isStuck ? u".lock/in the way"_s : u".lock"_s), "12\nquorvane\nfar-away\n");
+            Application::keepDialogSettings();
+            QElapsedTimer timer;
+            timer.start();
+            QFileDialog(nullptr).show();
+            QVERIFY(timer.elapsed() < limit);
+            QVERIFY(QFileInfo::exists(path));
         }
     }
 
@@ -92,6 +154,7 @@ private slots:
         for (const auto &[path, content, rows] : std::initializer_list<std::tuple<QString, QByteArray, int>>{
                  {state + u"quorvane.lock"_s, "", 0},
                  {state + u"quorvane.lock"_s, "garbled\n", 0},
+                 {state + u"window.ini.lock"_s, "1\nquorvane\nfar-away\n", 0},
                  {list, row + QByteArray(3'000'000, '\x01') + '^' + row, 2},
                  {list, row.repeated(20'000), 20'000}}) {
             writeTo(path, content);
@@ -128,6 +191,9 @@ private slots:
 
     void endsOrderlyWhenTheSystemSaysSo()
     {
+        const QByteArray pipe = QFile::encodeName(home.filePath(u".config/quorvane/preferences.ini"_s));
+        QVERIFY(QDir().mkpath(QFileInfo(QFile::decodeName(pipe)).path()) &&
+                ::mkfifo(pipe.constData(), 0600) == 0);
         for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
             QProcess reader;
             Running process(home.path());
