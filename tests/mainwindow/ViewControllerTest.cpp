@@ -251,6 +251,7 @@ private slots:
         copy->trigger();
         QTest::keyClick(table, Qt::Key_Escape);
         QTRY_COMPARE(status->text(), u"Stopped: 0 of 4 tasks were copied to the cloud."_s);
+        QTRY_VERIFY(copy->isEnabled());
         copy->trigger();
         QVERIFY(!window->close()); // before the copy has ended
         QTRY_VERIFY(!window->isVisible());
