@@ -37,7 +37,7 @@ SingleInstance::Outcome SingleInstance::acquire(bool evenIfUncertain)
 {
     LockFile::State state = lock.take();
     other = lock.owner();
-    if (isHeldHere(state) || isNameTaken()) {
+    if (isHeldHere(state) || !takeName()) {
         if (activateOther())
             return Outcome::Shown;
         state = lock.take(); // it may have been about to end
@@ -50,7 +50,7 @@ SingleInstance::Outcome SingleInstance::acquire(bool evenIfUncertain)
         release();
         return Outcome::Uncertain;
     }
-    isNameTaken();
+    takeName();
     // From then on there is nothing that could be shown.
     connect(qApp, &QCoreApplication::aboutToQuit, this, &SingleInstance::giveNameBack);
     if (state == LockFile::State::Taken)
@@ -70,13 +70,13 @@ bool SingleInstance::isHeldHere(LockFile::State state) const
     return state == LockFile::State::Held && !other.isElsewhere;
 }
 
-/// Whether another program has the name. Otherwise it is this one's from now on, where there is a bus.
-bool SingleInstance::isNameTaken()
+/// Takes the name on the bus, where there is one; false when another program has it.
+bool SingleInstance::takeName()
 {
     if (!bus.isConnected())
-        return false;
+        return true;
     bus.registerObject(path, this, QDBusConnection::ExportScriptableSlots);
-    return !bus.registerService(service) && bus.interface()->isServiceRegistered(service);
+    return bus.registerService(service) || !bus.interface()->isServiceRegistered(service);
 }
 
 void SingleInstance::giveNameBack()

@@ -44,7 +44,7 @@ public slots:
 
 private:
     bool isHeldHere(LockFile::State state) const;
-    bool isNameTaken();
+    bool takeName();
     void giveNameBack();
     bool activateOther();
     bool identifyOther();

@@ -27,10 +27,9 @@ void show(const QStringList &sentences, const std::function<void()> &window)
 
 void tellOf(const LockFile::Owner &other)
 {
-    const QString message = u"Quorvane is running already, as process %1 on the machine %2, but does not "
-                            u"show itself when asked to. "
-                            "Look for its window, or end that process and start again."_s.arg(
-                                QString::number(other.processId), other.machine);
+    const QString message = u"Quorvane is running already, as process %1 on the machine %2, and could not be "
+                            "brought to the front. Look for its window, or end that process and start "
+                            "again."_s.arg(QString::number(other.processId), other.machine);
     show({message}, [message] { alertMessage(nullptr, message); });
 }
 
@@ -39,12 +38,11 @@ bool askAbout(const LockFile::Owner &other, const QString &lockPath)
     const QString question = other.isElsewhere
                                  ? u"Is Quorvane running on the machine %1?"_s.arg(other.machine)
                                  : u"Is Quorvane running already?"_s;
+    const QString started = QLocale().toString(other.since, QLocale::ShortFormat);
     const QString reason =
         other.isElsewhere
-            ? u"It was started there on %1 as process %2, and either still runs or has crashed; which of "
-              u"them, "
-              "cannot be seen from here."_s.arg(QLocale().toString(other.since, QLocale::ShortFormat),
-                                                QString::number(other.processId))
+            ? u"It was started there on %1 as process %2. It cannot be seen from here whether it still runs."_s
+                  .arg(started, QString::number(other.processId))
             : u"The file \"%1\" is locked by a program that has not said which one it is."_s.arg(lockPath);
     const QString consequence = u"Two running programs overwrite each other's changes."_s;
     bool isWanted = false;
