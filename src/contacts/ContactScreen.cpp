@@ -11,7 +11,9 @@ ContactScreen::ContactScreen(const QString &dataFolder, QWidget *parent)
     , report(*ui->mainLayout, [this] { return unsaved(); })
 {
     persistentContainer.loadPersistentStores();
-    if (const QString reason = persistentContainer.errorString(); !reason.isEmpty())
+    const QString reason = persistentContainer.errorString();
+    isReadable = reason.isEmpty();
+    if (!isReadable)
         report.tell(true,
                     {u"The contacts in %1 could not be read: %2."_s.arg(persistentContainer.path(), reason)},
                     {});
@@ -26,6 +28,7 @@ void ContactScreen::showContacts(ContactTable &contacts, const QString &title, c
     setWindowTitle(title);
     ui->table->setAccessibleName(title);
     ui->table->setTable(contacts);
+    shown = &contacts;
     ui->addButton->setToolTip(addTip);
     ui->removeButton->setToolTip(removeTip);
 }
@@ -41,6 +44,10 @@ bool ContactScreen::save()
     ui->table->endEditing();
     const bool isSaved = persistentContainer.save();
     report.tell(isSaved, {}, {});
+    if (isSaved && !std::exchange(isReadable, true)) {
+        report.withdrawNews();
+        shown->reload();
+    }
     return isSaved;
 }
 

@@ -41,4 +41,6 @@ private:
     Unsaved unsaved();
 
     FileReport report;
+    ContactTable *shown = nullptr;
+    bool isReadable = true; ///< the store's contacts are in the table
 };

@@ -7,11 +7,17 @@ using namespace Qt::StringLiterals;
 void ContactTable::fill(ObjectContext &ofScreen, const FetchRequest &request,
                         std::function<Contact()> insertion)
 {
-    beginResetModel();
     context = &ofScreen;
+    entity = &request.entity;
     insert = std::move(insertion);
+    reload();
+}
+
+void ContactTable::reload()
+{
+    beginResetModel();
     contacts.clear();
-    for (const ManagedObject &object : context->fetch(request))
+    for (const ManagedObject &object : context->fetch({*entity}))
         contacts.append(Contact(object));
     endResetModel();
 }

@@ -19,6 +19,8 @@ public:
         fill(ofScreen, Record::fetchRequest(), [&ofScreen]() -> Contact { return Record(ofScreen); });
     }
 
+    /// Fills it anew from the same context.
+    void reload();
     /// Adds a contact at the end and returns its row.
     int add();
     /// Removes the rows; they may come in any order.
@@ -37,6 +39,7 @@ private:
     void fill(ObjectContext &ofScreen, const FetchRequest &request, std::function<Contact()> insertion);
 
     ObjectContext *context = nullptr;
+    const Entity *entity = nullptr;
     std::function<Contact()> insert;
     QList<Contact> contacts;
 };

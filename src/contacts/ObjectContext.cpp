@@ -81,8 +81,10 @@ std::vector<ManagedObject> ObjectContext::fetch(const FetchRequest &request)
     if (!version)
         version = storeVersion(); // before the records, which may be newer then but not older
     if (!records.fetched)
-        records.stored = read(request.entity).value_or(std::deque<Record>());
-    records.fetched = true;
+        if (std::optional<std::deque<Record>> stored = read(request.entity)) {
+            records.stored = std::move(*stored);
+            records.fetched = true;
+        }
     std::vector<ManagedObject> objects;
     objects.reserve(records.stored.size() + records.added.size());
     for (std::deque<Record> *list : {&records.stored, &records.added})

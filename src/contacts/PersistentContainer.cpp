@@ -75,7 +75,14 @@ bool PersistentContainer::save()
         return false;
     }
     loadPersistentStores();
-    return context.save();
+    if (!QSqlDatabase::database(connection, false).isOpen())
+        return false;
+    for (const Entity *entity : model.entities)
+        context.fetch(
+            {*entity}); // what could not be read before; with what is about to be saved it would be twice
+    const bool isSaved = context.save();
+    problem = isSaved ? QString() : context.errorString();
+    return isSaved;
 }
 
 void PersistentContainer::close()

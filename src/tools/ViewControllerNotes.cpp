@@ -111,12 +111,14 @@ void ViewControllerNotes::loadNotes()
         news.append(
             u"%1 could not be read as text. It is copied before it is overwritten."_s.arg(file->path()));
     report.tell(true, news, file->takeCopyPath());
+    if (text)
+        ui->textEdit->setText(*text);
+    if (text || news.isEmpty())
+        filedRevision = ui->textEdit->document()->revision();
     if (!text) {
         diagnostics::line("Error");
         return;
     }
-    ui->textEdit->setText(*text);
-    filedRevision = ui->textEdit->document()->revision();
     diagnostics::line("Read File", *text);
 }
 
@@ -172,7 +174,8 @@ Unsaved ViewControllerNotes::unsaved()
 /// Notes that cannot be saved stay open, unless the user lets them go.
 bool ViewControllerNotes::viewShouldClose()
 {
-    return !file || report.mayClose(u"&Close Without Saving"_s);
+    const bool isUnchanged = ui->textEdit->document()->revision() == filedRevision;
+    return !file || isUnchanged || report.mayClose(u"&Close Without Saving"_s);
 }
 
 bool ViewControllerNotes::saveNotes()

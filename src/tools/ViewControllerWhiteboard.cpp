@@ -135,8 +135,9 @@ QStringList ViewControllerWhiteboard::showPictureFile()
         fileManager->keepCopy();
     ui->whiteboard->setPicture(picture);
     isChanged = false;
-    isFiled = true;
-    if (!picture.isNull() || !QFileInfo::exists(fileManager->path()))
+    isFiled = !picture.isNull() || !QFileInfo::exists(fileManager->path());
+    unfiled = QImage();
+    if (isFiled)
         return {};
     return {u"%1 could not be read as a picture. It is copied before it is overwritten."_s.arg(
         fileManager->path())};
@@ -179,6 +180,7 @@ bool ViewControllerWhiteboard::savePicture()
     const QImage image = capture();
     const bool isWritten = writePNG(image);
     isFiled = isWritten;
+    unfiled = isWritten ? QImage() : image;
     // What the file now holds, without reading it back; and where it could not be written, the stroke is not
     // lost.
     ui->whiteboard->setPicture(image);
@@ -215,7 +217,8 @@ Unsaved ViewControllerWhiteboard::unsaved()
 /// A picture that cannot be saved stays open, unless the user lets it go.
 bool ViewControllerWhiteboard::viewShouldClose()
 {
-    return !fileManager || report.mayClose(u"&Close Without Saving"_s);
+    const bool isUnchanged = !isChanged && isFiled;
+    return !fileManager || isUnchanged || report.mayClose(u"&Close Without Saving"_s);
 }
 
 void ViewControllerWhiteboard::clearBoard()
@@ -278,7 +281,12 @@ void ViewControllerWhiteboard::revertToImage(QObject *)
 {
     clearBoard();
     diagnostics::line("Revert Image");
-    report.tell(true, showPictureFile(), {});
+    if (unfiled.isNull()) {
+        report.tell(true, showPictureFile(), {});
+        return;
+    }
+    ui->whiteboard->setPicture(unfiled); // what the file could not take is newer than the file
+    isChanged = false;
 }
 
 void ViewControllerWhiteboard::deleteImage(QObject *)

@@ -81,5 +81,6 @@ private:
     Line *line = nullptr;
     bool isChanged = false; ///< since the picture was read or captured
     bool isFiled = true;    ///< what was captured then is in the file
+    QImage unfiled;         ///< what was captured then, otherwise
     std::unique_ptr<FileWatch> watch;
 };

@@ -4,6 +4,8 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 Banner::Banner(QWidget *parent)
@@ -28,19 +30,25 @@ Banner::Banner(QWidget *parent)
 void Banner::tell(const QString &text, const QList<Choice> &choices)
 {
     message->setText(text);
+    show();
+    // The same choices keep their buttons: one of them may have the focus, or be pressed just now.
+    QStringList texts;
+    for (const Choice &choice : choices)
+        texts.append(QString(choice.text).remove(u'&')); // the window's own keys come first
+    if (std::exchange(shownTexts, texts) == texts)
+        return;
     while (QLayoutItem *item = buttons->takeAt(0)) {
         item->widget()->deleteLater(); // one of them may be what brought this about
         item->widget()->hide();
         delete item;
     }
     for (const Choice &choice : choices) {
-        auto *button = new QPushButton(choice.text, this);
+        auto *button = new QPushButton(QString(choice.text).remove(u'&'), this);
         button->setAutoDefault(false);
         connect(button, &QPushButton::clicked, this, choice.action);
         buttons->addWidget(button);
         button->show();
     }
-    show();
 }
 
 void Banner::withdraw()

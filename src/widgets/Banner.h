@@ -23,11 +23,13 @@ public:
 
     explicit Banner(QWidget *parent);
 
-    /// Shows the message, instead of one that is shown, with a button for each choice.
+    /// Shows the message, instead of one that is shown, with a button for each choice. Choices with the same
+    /// texts as before have to do the same as before.
     void tell(const QString &message, const QList<Choice> &choices);
     void withdraw();
 
 private:
     QLabel *message;
     QBoxLayout *buttons;
+    QStringList shownTexts; ///< of the buttons
 };

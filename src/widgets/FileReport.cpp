@@ -68,6 +68,11 @@ void FileReport::tell(bool isSaved, QStringList news, const QString &copyPath)
                                  }}});
 }
 
+void FileReport::withdrawNews()
+{
+    newsBanner->withdraw();
+}
+
 bool FileReport::mayClose(const QString &goOn)
 {
     lastNews.clear();

@@ -22,6 +22,7 @@ public:
     /// \param news      whole sentences; none leave what is told
     /// \param copyPath  where the file was copied to; empty for no copy
     void tell(bool isSaved, QStringList news, const QString &copyPath);
+    void withdrawNews();
     /// Saves once more, and says whether the window may go; while that fails, it is asked of the user. News
     /// that come up on the way are told in an alert, since nobody would see them in the window.
     /// \param goOn  text of the button that lets go what is not saved

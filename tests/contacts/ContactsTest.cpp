@@ -100,6 +100,26 @@ private slots:
         QCOMPARE(stored(home->path()), u"Zoë 🌳=1 Last=- Kept=- "_s);
     }
 
+    void aStoreThatCanBeReadLaterIsShown()
+    {
+        PersistentContainer other(contactModel(), home->path());
+        other.loadPersistentStores();
+        Clients(other.viewContext()).setValue(Contact::Name, u"Anna"_s);
+        QVERIFY(other.viewContext().save() && run(other, u"BEGIN EXCLUSIVE"_s));
+        ViewControllerClientMgmt screen(home->path());
+        screen.show();
+        screen.AddCient(nullptr);
+        {
+            const AlertAnswer alert(u"Cancel"_s);
+            screen.okpressed(nullptr);
+        }
+        QVERIFY(run(other, u"ROLLBACK"_s));
+        choose(screen, u"Try Again"_s);
+        QCOMPARE(tableOf(screen).model()->rowCount(), 2);
+        QCOMPARE(toldIn(screen), QString());
+        QCOMPARE(stored(home->path()), u"Anna=- -=- "_s);
+    }
+
     void aStoreThatCannotBeUsedIsLeftAlone()
     {
         for (const auto &[harm, reason] : {std::pair(u""_s, u"not a database"_s), // damaged

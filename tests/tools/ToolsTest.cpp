@@ -93,6 +93,10 @@ private slots:
             const FullDisk full(1000);
             notes->tick(nullptr);
             QVERIFY(toldIn(*notes).startsWith(u"The notes could not be saved to "_s + notesPath()));
+            const QPointer<QPushButton> button = notes->findChild<QPushButton *>();
+            notes->tick(nullptr);
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            QVERIFY(button); // it may have the focus
             const AlertAnswer answer(u"Cancel"_s);
             notes->close();
             QVERIFY(answer.wasShown() && notes->isVisible());
