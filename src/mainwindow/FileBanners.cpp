@@ -39,7 +39,7 @@ bool FileBanners::tryAgain()
 {
     if (file.followFile())
         showList();
-    else
+    else if (file.readProblem().isEmpty())
         file.writeFile();
     tell();
     return file.isSaved();
