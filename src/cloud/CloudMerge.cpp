@@ -1,23 +1,22 @@
 #include "cloud/CloudMerge.h"
 
 #include "cloud/TaskRecord.h"
-#include "model/Appearance.h"
 #include "model/TaskManager.h"
 #include "platform/Diagnostics.h"
 
 CloudMerge::CloudMerge(TaskManager &taskManager, std::vector<CloudRecord> fetched)
     : manager(taskManager)
     , records(std::move(fetched))
-    , isDark(isDarkMode())
+    , seenLoads(taskManager.loadCount())
 {
 }
 
 bool CloudMerge::mergeSome(const QSet<QString> &deletedKeys)
 {
     constexpr size_t some = 50;
-    // The window reads the list anew from its file when the appearance changes, without what was merged so
-    // far.
-    if (std::exchange(isDark, isDarkMode()) != isDark)
+    // The window reads the list anew from its file when the appearance changes or another program has written
+    // it, without what was merged so far.
+    if (std::exchange(seenLoads, manager.loadCount()) != seenLoads)
         next = 0;
     // Between two calls the user may have changed the list.
     if (next == 0 || manager.changeCount() != seenChanges)

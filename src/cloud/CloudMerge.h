@@ -28,5 +28,5 @@ private:
     /// The last task of each key in the working list, as it was at the end of the last call.
     QHash<QString, qint64> lastOfKey;
     qint64 seenChanges = 0;
-    bool isDark;
+    qint64 seenLoads;
 };

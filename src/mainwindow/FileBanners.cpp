@@ -13,10 +13,9 @@ FileBanners::FileBanners(TaskListFile &taskListFile, QBoxLayout &layout, std::fu
     , watch(taskListFile.path())
 {
     QObject::connect(&watch, &FileWatch::mayHaveChanged, &watch, [this] {
-        if (file.followFile()) {
+        if (file.followFile())
             showList();
-            tell();
-        }
+        tell();
     });
 }
 
@@ -55,5 +54,6 @@ Unsaved FileBanners::unsaved()
             .reason = [this] { return file.problem(); },
             .tryAgain = [this] { return tryAgain(); },
             .content = [this] { return file.text(); },
+            .isRepeatable = !file.isSaved(),
             .sentence = file.readProblem().isEmpty() ? QString() : unreadable};
 }

@@ -68,6 +68,7 @@ void TaskManager::load(const std::function<void()> &addTasks)
 {
     const QString selectedKey = selectedTask().key;
     const bool wasSearching = std::exchange(searching, false);
+    ++loads;
     changedList().clear();
     addTasks();
     searching = wasSearching;

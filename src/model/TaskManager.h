@@ -35,6 +35,8 @@ public:
     const TaskList &workingList() const { return searching ? setAsideTasks : allOrFound; }
     /// How often the working list has been changed so far, for whoever keeps something that follows from it.
     qint64 changeCount() const { return changes; }
+    /// How often the whole list has been replaced.
+    qint64 loadCount() const { return loads; }
     /// Index in the working list, or −1.
     qint64 selected() const { return selectedIndex; }
     bool isSearching() const { return searching; }
@@ -135,6 +137,7 @@ private:
     TaskList setAsideTasks;
     qint64 selectedIndex = -1;
     qint64 changes = 0;
+    qint64 loads = 0;
     bool searching = false;
     QString searchedText;
 };

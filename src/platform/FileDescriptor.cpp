@@ -88,6 +88,11 @@ bool FileDescriptor::truncate(qsizetype size)
     return uninterrupted([&] { return ::ftruncate(descriptor, size); }) == 0;
 }
 
+bool FileDescriptor::stat(struct stat &entry) const
+{
+    return ::fstat(descriptor, &entry) == 0;
+}
+
 bool FileDescriptor::sync() const
 {
     return uninterrupted([this] { return ::fsync(descriptor); }) == 0;
@@ -104,5 +109,6 @@ bool FileDescriptor::close()
 bool syncFolder(const QString &path)
 {
     const FileDescriptor folder(path, O_RDONLY | O_DIRECTORY);
-    return folder.isOpen() && folder.sync();
+    // Some network file systems have no such operation for folders.
+    return folder.isOpen() && (folder.sync() || errno == EINVAL || errno == ENOTSUP);
 }

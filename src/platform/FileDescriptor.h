@@ -3,6 +3,7 @@
 #include <QByteArrayView>
 #include <QString>
 
+#include <sys/stat.h>
 #include <sys/types.h>
 
 /// Writes all of the bytes to the descriptor; false when that failed, with the reason in errno.
@@ -35,6 +36,7 @@ public:
     /// Writes all of the bytes at the current position.
     bool write(QByteArrayView bytes);
     bool truncate(qsizetype size);
+    bool stat(struct stat &entry) const;
     /// Waits until the content is on the disk.
     bool sync() const;
     bool close();

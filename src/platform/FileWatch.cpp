@@ -15,9 +15,14 @@ FileWatch::FileWatch(const QString &filePath, QObject *parent)
     pause.setSingleShot(true);
     pause.setInterval(200ms);
     connect(&pause, &QTimer::timeout, this, &FileWatch::look);
-    const auto wait = qOverload<>(&QTimer::start);
-    connect(&watcher, &QFileSystemWatcher::fileChanged, &pause, wait);
-    connect(&watcher, &QFileSystemWatcher::directoryChanged, &pause, wait);
+    if (path.isEmpty())
+        return;
+    const auto wait = [this] {
+        if (!pause.isActive()) // or a folder with many changes would never be looked at
+            pause.start();
+    };
+    connect(&watcher, &QFileSystemWatcher::fileChanged, this, wait);
+    connect(&watcher, &QFileSystemWatcher::directoryChanged, this, wait);
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
         if (state == Qt::ApplicationActive)
             look();
@@ -39,18 +44,15 @@ void FileWatch::watchAnew()
         QFileInfo folder(file.absolutePath());
         while (!folder.exists() && !folder.isRoot())
             folder.setFile(folder.absolutePath());
-        places.append(folder.absoluteFilePath());
+        places << folder.absoluteFilePath() << folder.absolutePath(); // which may be replaced as well
         if (file.exists())
             places.append(file.absoluteFilePath());
         if (!file.isSymLink())
             break;
     }
     places.removeDuplicates();
-    const QStringList watched = watcher.files() + watcher.directories();
-    for (const QString &place : watched)
-        if (!places.contains(place))
-            watcher.removePath(place);
-    for (const QString &place : std::as_const(places))
-        if (!watched.contains(place))
-            watcher.addPath(place);
+    // All of them anew: a name may stand for another file or folder by now.
+    if (const QStringList watched = watcher.files() + watcher.directories(); !watched.isEmpty())
+        watcher.removePaths(watched);
+    watcher.addPaths(places);
 }

@@ -110,6 +110,7 @@ QByteArray valueOf(const QString &text)
 IniFile::IniFile(const QString &path)
     : filePath(path)
 {
+    removeUnfinished(path);
     read();
 }
 
@@ -131,7 +132,7 @@ void IniFile::read()
 {
     const std::optional<QByteArray> content = readWholeFile(filePath, largest);
     isRead = content || errno == ENOENT || errno == ENOTDIR;
-    if (!isRead)
+    if (!isRead || (!content && !lines.isEmpty())) // one that is gone for a moment keeps what it held
         return;
     hasUnreadableLine = false;
     entries.clear();

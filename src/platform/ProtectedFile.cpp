@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -17,6 +18,21 @@
 using namespace Qt::StringLiterals;
 
 static constexpr mode_t byUmask = 0666;
+static constexpr mode_t userOnly = 0600;
+
+static QString systemText(int error)
+{
+    return QString::fromStdString(std::generic_category().message(error));
+}
+
+/// Whether a link on the way to the file leads nowhere, as when a disk is not mounted.
+static bool isBehindBrokenLink(const QString &path)
+{
+    QFileInfo part(path);
+    while (!part.exists() && !part.isSymLink() && !part.isRoot())
+        part.setFile(part.absolutePath());
+    return part.isSymLink() && !part.exists();
+}
 
 ProtectedFile::ProtectedFile(const QString &path, const QString &redoFolder)
     : filePath(path)
@@ -39,70 +55,58 @@ QStringList ProtectedFile::replayAll(const QString &stateFolder)
     return copies;
 }
 
+/// Whether the content is what an interrupted write leaves: the new content's beginning, and behind it the
+/// rest of what was there.
+static bool isHalfWritten(const QByteArray &present, const redoFile::Redo &redo)
+{
+    const auto differ = std::ranges::mismatch(present, redo.content);
+    const qsizetype same = differ.in1 - present.cbegin();
+    return redo.replaced.size < 0 ||
+           (same > 0 && (present.size() == same || present.size() == redo.replaced.size));
+}
+
 void ProtectedFile::replay()
 {
-    const std::optional<redoFile::Redo> redo = redoFile::read(redoPath);
-    if (!redo) {
-        if (QFileInfo(redoPath).isReadable())
-            QFile::remove(redoPath); // not whole: the file itself was not touched
-        return;
-    }
+    bool isBroken = false;
+    const std::optional<redoFile::Redo> redo = redoFile::read(redoPath, &isBroken);
+    if (isBroken)
+        QFile::remove(redoPath); // never became whole: the file itself was not touched
+    isPending = redo && !replay(*redo);
+    if (redo && !isPending)
+        QFile::remove(redoPath);
+}
+
+/// False when the file could not be made to hold what was left unfinished, and it is not kept aside either.
+bool ProtectedFile::replay(const redoFile::Redo &redo)
+{
     const QFileInfo info(filePath);
     if (info.exists() && !info.isWritable())
-        return;
+        return false;
     const std::optional<QByteArray> present = readWholeFile(filePath);
-    if (present != redo->content) {
-        const bool isUntouched =
-            present && (present->isEmpty() || redoFile::digestOf(*present) == redo->replaced);
-        const bool isWorthACopy = info.exists() && !isUntouched;
-        const bool isDone = present && isWorthACopy && isOvertaken(redoPath)
-                                ? keepAside(redo->content)
-                                : (!isWorthACopy || copyAside()) && writeInPlace(redo->content, true);
-        if (!isDone)
-            return;
-    }
-    QFile::remove(redoPath);
-}
-
-static QString systemText(int error)
-{
-    return QString::fromStdString(std::generic_category().message(error));
-}
-
-/// Whether a link on the way to the file leads nowhere, as when a disk is not mounted.
-static bool isBehindBrokenLink(const QString &path)
-{
-    QFileInfo part(path);
-    while (!part.exists() && !part.isSymLink() && !part.isRoot())
-        part.setFile(part.absolutePath());
-    return part.isSymLink() && !part.exists();
-}
-
-/// Whether somebody else has written the file since the redo file was made. What the program itself has
-/// written half may be that much newer as writing takes at most.
-bool ProtectedFile::isOvertaken(const QString &byWhich) const
-{
-    constexpr qint64 longestWrite = 60; // seconds
-    return QFileInfo(byWhich).lastModified().secsTo(QFileInfo(filePath).lastModified()) > longestWrite;
+    if (present == redo.content)
+        return true;
+    const bool isUntouched = present && (present->isEmpty() || redoFile::digestOf(*present) == redo.replaced);
+    const bool isOvertaken = present && !isUntouched && !isHalfWritten(*present, redo) &&
+                             info.lastModified() >= QFileInfo(redoPath).lastModified();
+    if (isOvertaken)
+        return keepAside(redo.content); // somebody else has written the file since
+    return (!info.exists() || isUntouched || copyAside()) && writeInPlace(redo.content, true);
 }
 
 std::optional<QByteArray> ProtectedFile::read()
 {
     held.reset();
-    if (const std::optional<redoFile::Redo> unfinished = redoFile::read(redoPath))
+    if (const auto unfinished = isPending ? redoFile::read(redoPath) : std::nullopt)
         return unfinished->content;
     lastSeen = presentState(); // before it is read: a change in between is somebody else's
     std::optional<QByteArray> content = readWholeFile(filePath);
     const int reason = errno;
     unreadable.clear();
-    if (content) {
+    if (content)
         held = redoFile::digestOf(*content);
-        copyDue = false; // unless whoever reads it finds something wrong again
-    } else if (reason != ENOENT || isBehindBrokenLink(filePath)) {
+    else if (reason != ENOENT || isBehindBrokenLink(filePath))
         unreadable = systemText(reason);
-    }
-    if (!content && QFileInfo::exists(filePath))
-        keepCopy();
+    isUnread = !content && QFileInfo::exists(filePath);
     return content;
 }
 
@@ -113,20 +117,24 @@ bool ProtectedFile::write(QByteArrayView content)
     const bool isSame = !copyDue && known == wanted && presentState() == lastSeen;
     bool isProtected = isSame;
     if (!isSame) {
-        isProtected =
-            redoFile::write(redoPath, filePath, known.value_or(Digest()), content, wanted) || fail();
-        if ((copyDue || isChangedByOthers(known)) && QFileInfo::exists(filePath) && !copyAside())
+        const Digest replaced = known.value_or(lastSeen == State() ? redoFile::digestOf({}) : Digest());
+        isProtected = redoFile::write(redoPath, filePath, replaced, content, wanted) || fail();
+        isPending |= isProtected;
+        // An older redo file that stays would be replayed over what is written without a new one.
+        if (!isProtected && QFileInfo::exists(redoPath) && !QFileInfo(stateFolder).isWritable())
             return false;
-        copyDue = false;
+        if ((copyDue || isUnread || isChangedByOthers(known)) && QFileInfo::exists(filePath) && !copyAside())
+            return false;
+        copyDue = isUnread = false;
     }
     const QString whyNoRedo = error;
-    const bool isWritten = writeInPlace(content, isProtected);
-    lastSeen = presentState();
-    if (!isWritten) {
+    if (!writeInPlace(content, isProtected)) {
+        lastSeen = presentState();
         error = isProtected ? error : whyNoRedo;
         return false;
     }
     held = wanted;
+    isPending = false;
     if (!isSame)
         QFile::remove(redoPath);
     return true;
@@ -135,8 +143,11 @@ bool ProtectedFile::write(QByteArrayView content)
 ProtectedFile::State ProtectedFile::presentState() const
 {
     struct stat entry = {};
-    if (::stat(QFile::encodeName(filePath).constData(), &entry) != 0)
-        return {};
+    return ::stat(QFile::encodeName(filePath).constData(), &entry) == 0 ? stateOf(entry) : State();
+}
+
+ProtectedFile::State ProtectedFile::stateOf(const struct stat &entry)
+{
     return {.inode = entry.st_ino,
             .size = entry.st_size,
             .modified = {entry.st_mtim.tv_sec, entry.st_mtim.tv_nsec}};
@@ -173,24 +184,21 @@ QString ProtectedFile::nameOfCopy() const
 
 bool ProtectedFile::copyAside()
 {
-    const QString copyPath = nameOfCopy();
-    QFile file(filePath);
-    if (!file.copy(copyPath)) {
-        error = copyPath + u": "_s + file.errorString();
-        return false;
-    }
-    copiedTo = copyPath;
-    const FileDescriptor copy(copyPath, O_RDONLY);
-    return (copy.isOpen() && copy.sync() && syncFolder(QFileInfo(copyPath).path())) || fail();
+    const std::optional<QByteArray> content = readWholeFile(filePath);
+    return content ? keepAside(*content) : fail();
 }
 
 /// Keeps the content where a copy of the file would be.
 bool ProtectedFile::keepAside(QByteArrayView content)
 {
     const QString copyPath = nameOfCopy();
-    FileDescriptor copy(copyPath, O_WRONLY | O_CREAT | O_EXCL, byUmask);
+    struct stat entry = {};
+    const bool hasMode = ::stat(QFile::encodeName(filePath).constData(), &entry) == 0;
+    const mode_t mode = hasMode ? entry.st_mode & byUmask : userOnly;
+    FileDescriptor copy(copyPath, O_WRONLY | O_CREAT | O_EXCL, mode);
     if (!copy.isOpen() || !copy.write(content) || !copy.sync() || !syncFolder(QFileInfo(copyPath).path())) {
         fail();
+        error = copyPath + u": "_s + error;
         QFile::remove(copyPath);
         return false;
     }
@@ -203,6 +211,10 @@ bool ProtectedFile::writeInPlace(QByteArrayView content, bool isProtected)
 {
     const QFileInfo info(filePath);
     const bool isNew = !info.exists();
+    if (isBehindBrokenLink(filePath)) { // what is made there would be hidden by what belongs there
+        errno = ENOENT;
+        return fail();
+    }
     if (isNew && !QDir().mkpath(info.path()))
         return fail();
     FileDescriptor file(filePath, O_WRONLY | O_CREAT, byUmask);
@@ -210,7 +222,10 @@ bool ProtectedFile::writeInPlace(QByteArrayView content, bool isProtected)
     const auto hasRoom = [&] {
         return file.reserve(content.size()) || (isProtected && (errno == EOPNOTSUPP || errno == ENOSYS));
     };
-    return (file.isOpen() && hasRoom() && file.write(content) && file.truncate(content.size()) &&
-            file.sync() && file.close() && (!isNew || syncFolder(info.path()))) ||
-           fail();
+    struct stat entry = {};
+    const bool isWritten = file.isOpen() && hasRoom() && file.write(content) &&
+                           file.truncate(content.size()) && file.sync() && file.stat(entry) && file.close() &&
+                           (!isNew || syncFolder(info.path()));
+    lastSeen = stateOf(entry); // by the open file: whoever replaces it now is somebody else
+    return isWritten || fail();
 }

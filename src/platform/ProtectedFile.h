@@ -10,6 +10,8 @@
 #include <optional>
 #include <utility>
 
+struct stat;
+
 /// A file that is written in place, so that it keeps its identity, links and mode, and that is never lost on
 /// the way.
 ///
@@ -23,9 +25,9 @@ public:
     /// \return the copies that were made beside files of which there were two versions
     static QStringList replayAll(const QString &stateFolder);
 
-    /// Replays what an earlier run left unfinished for this path. Where the file differs from that, it is
-    /// copied aside first, as by `keepCopy`; and where somebody else has clearly written it since, it stays
-    /// as it is, and what was left unfinished becomes the copy.
+    /// Replays what an earlier run left unfinished for this path. Where somebody else has written the file
+    /// since, it stays as it is, and what was left unfinished becomes a copy of the kind that `keepCopy`
+    /// makes; where that is uncertain, the file is copied first.
     ///
     /// \param path         the file; its folder is made when the file is first written
     /// \param stateFolder  where redo files are kept; made when needed
@@ -72,8 +74,9 @@ private:
     using Digest = redoFile::Digest;
 
     void replay();
-    bool isOvertaken(const QString &redo) const;
+    bool replay(const redoFile::Redo &redo);
     State presentState() const;
+    static State stateOf(const struct stat &entry);
     bool isChangedByOthers(const std::optional<Digest> &known) const;
     QString nameOfCopy() const;
     bool copyAside();
@@ -90,4 +93,6 @@ private:
     State lastSeen;
     std::optional<Digest> held; ///< what it held then; nothing when that is uncertain
     bool copyDue = false;
+    bool isUnread = false;  ///< there is a file, and it could not be read
+    bool isPending = false; ///< what the redo file holds is not in the file yet
 };

@@ -37,27 +37,33 @@ QString redoFile::pathFor(const QString &path, const QString &stateFolder)
            QString::number(crcOf(file.absoluteFilePath().toUtf8()), 16) + u".redo"_s;
 }
 
-std::optional<redoFile::Redo> redoFile::read(const QString &redoPath)
+static std::optional<redoFile::Redo> parse(const QByteArray &bytes)
 {
-    const std::optional<QByteArray> bytes = readWholeFile(redoPath);
-    if (!bytes)
-        return std::nullopt;
-    const qsizetype headerEnd = bytes->indexOf('\n') + 1;
-    const QByteArrayView rest = QByteArrayView(*bytes).sliced(headerEnd);
-    const QList<QByteArray> header = bytes->first(headerEnd).trimmed().split(' ');
+    const qsizetype headerEnd = bytes.indexOf('\n') + 1;
+    const QByteArrayView rest = QByteArrayView(bytes).sliced(headerEnd);
+    const QList<QByteArray> header = bytes.first(headerEnd).trimmed().split(' ');
     const bool isFirstVersion = header.size() == 4 && header[1] == "1";
     if (header.first() != "quorvane-redo" || !(isFirstVersion || (header.size() == 7 && header[1] == "2")))
         return std::nullopt;
     const qlonglong pathSize = isFirstVersion ? 0 : header[4].toLongLong();
-    const qsizetype beforeCrc = isFirstVersion ? 0 : bytes->lastIndexOf(' ', headerEnd - 1) + 1;
+    const qsizetype beforeCrc = isFirstVersion ? 0 : bytes.lastIndexOf(' ', headerEnd - 1) + 1;
     if (pathSize < 0 || pathSize > rest.size() ||
         header[header.size() - 2].toLongLong() != rest.size() - pathSize ||
-        header.last().toUInt(nullptr, hexadecimal) != crcOf(rest, crcOf(bytes->first(beforeCrc))))
+        header.last().toUInt(nullptr, hexadecimal) != crcOf(rest, crcOf(bytes.first(beforeCrc))))
         return std::nullopt;
-    Redo redo{.path = QFile::decodeName(rest.first(pathSize).toByteArray()),
-              .content = rest.sliced(pathSize).toByteArray()};
+    redoFile::Redo redo{.path = QFile::decodeName(rest.first(pathSize).toByteArray()),
+                        .content = rest.sliced(pathSize).toByteArray()};
     if (!isFirstVersion)
         redo.replaced = {.size = header[2].toLongLong(), .crc = header[3].toUInt(nullptr, hexadecimal)};
+    return redo;
+}
+
+std::optional<redoFile::Redo> redoFile::read(const QString &redoPath, bool *isBroken)
+{
+    const std::optional<QByteArray> bytes = readWholeFile(redoPath);
+    std::optional<Redo> redo = bytes ? parse(*bytes) : std::nullopt;
+    if (isBroken)
+        *isBroken = bytes && !redo;
     return redo;
 }
 

@@ -34,8 +34,9 @@ struct Redo
 
 /// Where the redo file for this path is.
 QString pathFor(const QString &path, const QString &stateFolder);
-/// Nothing when there is no such file or it is not whole.
-std::optional<Redo> read(const QString &redoPath);
+/// Nothing when there is no such file, it is not whole or cannot be read.
+/// \param isBroken  is set when it was read to its end, and is not whole
+std::optional<Redo> read(const QString &redoPath, bool *isBroken = nullptr);
 /// Writes it so that it is on the disk, whole; an earlier one stays until then. False when that failed, with
 /// the reason in errno.
 /// \param replaced  the content that the file has

@@ -55,11 +55,21 @@ std::optional<QByteArray> readWholeFile(const QString &path, qint64 most)
     }
 }
 
+static QString unfinishedPath(const QString &target)
+{
+    return target + u".new"_s;
+}
+
+void removeUnfinished(const QString &path)
+{
+    QFile::remove(unfinishedPath(targetOf(path)));
+}
+
 bool replaceWholeFile(const QString &path, QByteArrayView content)
 {
     const QString target = targetOf(path);
     const QString folderPath = QFileInfo(target).path();
-    const QString newPath = target + u".new"_s;
+    const QString newPath = unfinishedPath(target);
     if (!QDir().mkpath(folderPath))
         return false;
     QFile::remove(newPath); // what an interrupted run has left

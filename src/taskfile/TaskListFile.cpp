@@ -52,6 +52,7 @@ bool TaskListFile::writeFile()
             return false;
         }
         diagnostics::line("Write File", rows);
+        filedChanges = manager.changeCount();
     }
     invertedColors = isDarkMode();
     return true;
@@ -93,6 +94,7 @@ void TaskListFile::parseFile(const QString &text)
         file->keepCopy(); // what follows the last row end is part of a row
     manager.setListAside();
     invertedColors = isDark;
+    filedChanges = manager.changeCount();
 }
 
 void TaskListFile::parseRow(qsizetype number, QStringView row, TaskRowReader &reader, bool isDark)
@@ -122,9 +124,9 @@ void TaskListFile::parseRow(qsizetype number, QStringView row, TaskRowReader &re
 void TaskListFile::followAppearance()
 {
     const std::optional<QString> text = lastWriteFailed ? std::nullopt : read();
-    if (text) {
-        manager.load([&] { parseFile(*text); });
-    } else if (const bool isDark = isDarkMode(); isDark != invertedColors) {
+    if (text && takeOver(*text))
+        return;
+    if (const bool isDark = isDarkMode(); isDark != invertedColors) {
         manager.invertColors();
         invertedColors = isDark;
     }
@@ -139,10 +141,23 @@ bool TaskListFile::followFile()
     if (lastWriteFailed || !file->isChangedByOthers())
         return false; // when the list is written, the other content is copied aside
     const std::optional<QString> text = read();
-    if (!text || text->isEmpty()) // whoever writes it may have only begun
-        return false;
-    manager.load([&] { parseFile(*text); });
-    return true;
+    return text && takeOver(*text);
+}
+
+/// Makes the list what the file holds, unless whoever writes it is not done: what is there then is copied
+/// before it is overwritten.
+bool TaskListFile::takeOver(const QString &text)
+{
+    const qsizetype lastRowEnd = text.lastIndexOf(QChar(separatorRowsFile));
+    const bool isEmptied = text.isEmpty() && !manager.workingList().isEmpty();
+    if (!isEmptied && QStringView(text).sliced(lastRowEnd + 1).trimmed().isEmpty()) {
+        manager.load([&] { parseFile(text); });
+        filedChanges = manager.changeCount();
+        return true;
+    }
+    if (!isEmptied)
+        file->keepCopy();
+    return false;
 }
 
 bool TaskListFile::putTogether()
@@ -150,28 +165,34 @@ bool TaskListFile::putTogether()
     const std::optional<QString> text = read();
     if (!readProblem().isEmpty())
         return false;
+    if (text && manager.changeCount() == filedChanges)
+        return takeOver(*text);
     const TaskList added = manager.workingList();
     if (text)
         manager.load([&] {
             parseFile(*text);
-            addAgain(added);
+            if (addAgain(added))
+                file->keepCopy(); // the file's version of those tasks
         });
     writeFile();
     return true;
 }
 
-/// What has been done to the list while its file could not be read is newer than the file.
-void TaskListFile::addAgain(const TaskList &tasks)
+/// Puts what has been done to the list while its file could not be read into the list from the file; true
+/// when tasks of the file were replaced.
+bool TaskListFile::addAgain(const TaskList &tasks)
 {
     QHash<QString, qint64> places;
-    for (const SharedTask &entry : manager.tasks())
-        places.insert(entry->key, places.size());
+    for (qint64 place = 0; place < manager.tasks().size(); ++place)
+        places.insert(manager.tasks()[place]->key, place);
+    bool isReplaced = false;
     for (const SharedTask &entry : tasks) {
         const auto place = places.constFind(entry->key);
         if (place == places.cend()) {
             manager.addTask(*entry);
             continue;
         }
+        isReplaced = true;
         manager.select(*place);
         manager.editSelectedTask(*entry);
         if (entry->hidden)
@@ -180,4 +201,5 @@ void TaskListFile::addAgain(const TaskList &tasks)
             manager.unhideSelectedTask();
     }
     manager.setListAside();
+    return isReplaced;
 }

@@ -55,8 +55,9 @@ public:
     bool followFile();
 
 private:
+    bool takeOver(const QString &text);
     bool putTogether();
-    void addAgain(const TaskList &tasks);
+    bool addAgain(const TaskList &tasks);
     std::optional<QString> read();
     void parseRow(qsizetype number, QStringView row, TaskRowReader &reader, bool isDark);
 
@@ -69,5 +70,6 @@ private:
     std::optional<TextFile> file;
     RowTexts rowTexts;
     bool lastWriteFailed = false;
+    qint64 filedChanges = 0; ///< the manager's count of changes when list and file were last the same
     qsizetype skipped = 0;
 };

@@ -101,38 +101,56 @@ void ViewControllerNotes::tick(QObject *)
     diagnostics::line("Saved File");
 }
 
-void ViewControllerNotes::loadNotes()
+/// False when there was no text to be had from the file.
+bool ViewControllerNotes::loadNotes()
 {
     if (!file)
-        return;
+        return false;
     const std::optional<QString> text = file->read();
+    const bool isNoText = !text && file->readProblem().isEmpty() && QFileInfo::exists(file->path());
     QStringList news;
-    if (!text && QFileInfo::exists(file->path()))
+    if (isNoText)
         news.append(
             u"%1 could not be read as text. It is copied before it is overwritten."_s.arg(file->path()));
+    else if (!text && !file->readProblem().isEmpty())
+        news.append(
+            u"%1 cannot be read: %2. It is shown as soon as it can be read, unless you type meanwhile."_s.arg(
+                file->path(), file->readProblem()));
     report.tell(true, news, file->takeCopyPath());
     if (text)
         ui->textEdit->setText(*text);
-    if (text || news.isEmpty())
+    if (!isNoText)
         filedRevision = ui->textEdit->document()->revision();
-    if (!text) {
+    if (text)
+        diagnostics::line("Read File", *text);
+    else
         diagnostics::line("Error");
-        return;
-    }
-    diagnostics::line("Read File", *text);
+    return text.has_value();
 }
 
 /// Shows what another program has written, unless there is something here that is not in the file yet: then
-/// both are kept when that is written. True when it is shown.
+/// both are kept when that is written. True when there is nothing to be written.
 bool ViewControllerNotes::followFile()
 {
-    if (ui->textEdit->document()->revision() != filedRevision || !file->isChangedByOthers())
+    if (ui->textEdit->document()->revision() != filedRevision)
         return false;
+    if (!file->readProblem().isEmpty()) {
+        file->read();
+        if (!file->readProblem().isEmpty())
+            return true;
+        report.withdrawNews();
+    } else if (!file->isChangedByOthers()) {
+        return isLeftAlone;
+    }
+    const int anchor = ui->textEdit->textCursor().anchor();
     const int place = ui->textEdit->textCursor().position();
     const int scrolled = ui->textEdit->verticalScrollBar()->value();
-    loadNotes();
+    isLeftAlone = !loadNotes();
+    filedRevision = ui->textEdit->document()->revision();
+    const int end = ui->textEdit->document()->characterCount() - 1;
     QTextCursor cursor = ui->textEdit->textCursor();
-    cursor.setPosition(std::min(place, ui->textEdit->document()->characterCount() - 1));
+    cursor.setPosition(std::min(anchor, end));
+    cursor.setPosition(std::min(place, end), QTextCursor::KeepAnchor);
     ui->textEdit->setTextCursor(cursor);
     ui->textEdit->verticalScrollBar()->setValue(scrolled);
     return true;
@@ -153,8 +171,10 @@ bool ViewControllerNotes::writeNotes()
     if (followFile())
         return true;
     const bool isWritten = file->write(content());
-    if (isWritten)
+    if (isWritten) {
         filedRevision = ui->textEdit->document()->revision();
+        isLeftAlone = false;
+    }
     report.tell(isWritten, {}, file->takeCopyPath());
     return isWritten;
 }

@@ -46,7 +46,7 @@ private:
     void connectActions();
     void viewDidLoad();
 
-    void loadNotes();
+    bool loadNotes();
     bool followFile();
     bool writeNotes();
     bool saveNotes();
@@ -61,8 +61,9 @@ private:
     std::optional<TextFile> file;
     FileReport report;
     QPointer<QTimer> timer;
-    QByteArray saved;       ///< what the last save wrote
-    int savedRevision = -1; ///< of the document then
-    int filedRevision = -1; ///< of the document when it was last read or successfully written
+    QByteArray saved;         ///< what the last save wrote
+    int savedRevision = -1;   ///< of the document then
+    int filedRevision = -1;   ///< of the document when it was last read or successfully written
+    bool isLeftAlone = false; ///< the file, as long as nothing is typed: others have made it what it is
     std::unique_ptr<FileWatch> watch;
 };

@@ -135,10 +135,15 @@ QStringList ViewControllerWhiteboard::showPictureFile()
         fileManager->keepCopy();
     ui->whiteboard->setPicture(picture);
     isChanged = false;
-    isFiled = !picture.isNull() || !QFileInfo::exists(fileManager->path());
+    isFiled = !picture.isNull() ||
+              (fileManager->readProblem().isEmpty() && !QFileInfo::exists(fileManager->path()));
     unfiled = QImage();
     if (isFiled)
         return {};
+    if (!fileManager->readProblem().isEmpty())
+        return {
+            u"%1 cannot be read: %2. It is shown as soon as it can be read, unless you draw meanwhile."_s.arg(
+                fileManager->path(), fileManager->readProblem())};
     return {u"%1 could not be read as a picture. It is copied before it is overwritten."_s.arg(
         fileManager->path())};
 }
@@ -163,13 +168,27 @@ QImage ViewControllerWhiteboard::capture() const
 }
 
 /// Shows what another program has written, unless there is something here that is not in the file yet: then
-/// both are kept when that is written. True when it is shown.
+/// both are kept when that is written. True when there is nothing to be written.
 bool ViewControllerWhiteboard::followFile()
 {
-    if (isChanged || !isFiled || !fileManager->isChangedByOthers())
+    if (isChanged || !unfiled.isNull())
         return false;
+    if (!fileManager->readProblem().isEmpty()) {
+        fileManager->read();
+        if (!fileManager->readProblem().isEmpty())
+            return true;
+    } else if (!fileManager->isChangedByOthers()) {
+        return false;
+    }
+    const QImage picture = QImage::fromData(fileManager->read().value_or(QByteArray()), "PNG");
+    if (picture.isNull()) {
+        fileManager->keepCopy(); // whoever writes it may not be done
+        return true;
+    }
     clearBoard();
-    report.tell(true, showPictureFile(), fileManager->takeCopyPath());
+    ui->whiteboard->setPicture(picture);
+    isFiled = true;
+    report.withdrawNews();
     return true;
 }
 

@@ -155,6 +155,7 @@ private slots:
         QCOMPARE(timers().size(), 1);
         QCOMPARE(timers().first()->interval(), 30'000);
         QFile::remove(notesPath());
+        notes->findChild<QPlainTextEdit *>()->insertPlainText(u"typed"_s);
         timers().first()->start(0);
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(notesPath()), 20'000);
     }
