@@ -6,7 +6,7 @@
 
 ScheduleRuns::ScheduleRuns(const Preferences &userPreferences, const GatewayAddress &address)
     : preferences(userPreferences)
-    , gateway(address)
+    , gateway(address, preferences)
 {
 }
 
