@@ -55,7 +55,7 @@ void composeRun(benchmark::State &state)
     const Preferences preferences(folder.filePath(u"preferences.ini"_s)); // sending is off
     const auto run = sampleRun(RecipientKind(state.range(1)), state.range(0), preferences);
     RunCounters counters;
-    GatewayClient gateway({});
+    GatewayClient gateway({}, preferences);
     for (auto _ : state) {
         SendWorker(*run, counters, preferences, gateway).run();
         diagnostics::drain();
@@ -126,13 +126,15 @@ void sendMessages(benchmark::State &state)
 {
     const QTemporaryDir folder;
     Preferences preferences(folder.filePath(u"preferences.ini"_s));
-    preferences.store({{messagingKey::accountId, u"AC12"_s}, {messagingKey::secret, u"secret"_s}});
+    preferences.store({{messagingKey::accountId, u"AC12"_s},
+                       {messagingKey::secret, u"secret"_s},
+                       {messagingKey::notifications, true}});
     const LocalGateway local;
     for (auto _ : state) {
-        GatewayClient gateway(local.address());
+        GatewayClient gateway(local.address(), preferences);
         for (int number = 0; number < messages; ++number)
             sendTextMessage(u"11/6/26 09:00AM-11/6/26 05:30PM Mow the lawn-Ann"_s,
-                            u"+1 555 %1"_s.arg(number * recipients / messages), preferences, gateway);
+                            u"+1 555 %1"_s.arg(number * recipients / messages), gateway);
         gateway.drain();
         if (!gateway.finish(std::chrono::minutes(5)))
             state.SkipWithError("not every message was answered");

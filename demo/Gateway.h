@@ -9,7 +9,7 @@
 class Gateway
 {
 public:
-    /// While it is held, no message is answered, and so no run of more than a few can end.
+    /// While it is held, no message is answered, and so no run of several messages can end.
     std::mutex answers;
 
     GatewayAddress address() const

@@ -48,9 +48,10 @@ void UIUtil::prepareSound() const
     candidate->prepareToPlay();
 }
 
-bool UIUtil::askYesNo(const QString &question, const QString &informativeText) const
+bool UIUtil::askYesNo(const QString &question, const QString &informativeText, const QString &details) const
 {
     Alert alert(QApplication::activeWindow(), question, informativeText);
+    alert.setDetailedText(details);
     const QPushButton *yes = alert.addButton(u"Yes"_s, QMessageBox::YesRole);
     QPushButton *no = alert.addButton(u"No"_s, QMessageBox::NoRole);
     alert.setEscapeButton(no);

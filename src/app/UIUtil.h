@@ -18,7 +18,8 @@ public:
     void prepareSound() const;
 
     /// Asks with a modal alert; true when the answer is "Yes".
-    bool askYesNo(const QString &question, const QString &informativeText) const;
+    /// \param details  what may be too long for a small screen; shown on demand, where it can be scrolled
+    bool askYesNo(const QString &question, const QString &informativeText, const QString &details = {}) const;
 
     /// The text before its first line feed followed by "...", or the whole text when it has none. A carriage
     /// return and line feed together are no line feed.

@@ -1,13 +1,16 @@
 #include "mainwindow/Screens.h"
 
+#include "app/UIUtil.h"
 #include "contacts/ViewControllerClientMgmt.h"
 #include "contacts/ViewControllerTeamMgmt.h"
 #include "forms/ViewControllerAdd.h"
 #include "forms/ViewControllerEdit.h"
 #include "mainwindow/GuideProgram.h"
+#include "messaging/ScheduleRuns.h"
 #include "messaging/ViewControllerSending.h"
 #include "messaging/ViewControllerSettings.h"
 #include "model/TaskManager.h"
+#include "platform/TerminationSignals.h"
 #include "tools/ViewControllerNotes.h"
 #include "widgets/WindowSize.h"
 
@@ -96,4 +99,13 @@ void Screens::openGuide(QWidget &mainWindow)
     if (!guide)
         guide = new GuideProgram(services.systemNotices, &mainWindow);
     guide->bringToFront();
+}
+
+bool Screens::mayQuit() const
+{
+    if (!runs.current() || terminationSignals::isReceived())
+        return true;
+    const bool isWanted =
+        util().askYesNo(u"Messages are still being sent. Quit and leave the rest unsent?"_s, {});
+    return isWanted || !runs.current() || terminationSignals::isReceived(); // meanwhile
 }

@@ -39,6 +39,8 @@ public:
     void openNotes(QWidget &mainWindow);
     void openWhiteboard(QWidget &mainWindow);
     void openGuide(QWidget &mainWindow);
+    /// Asks before messages are left unsent, unless it is the system that ends the program.
+    bool mayQuit() const;
 
 private:
     TaskFormServices services;

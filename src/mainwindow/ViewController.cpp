@@ -148,7 +148,7 @@ void ViewController::showEvent(QShowEvent *event)
 
 void ViewController::closeEvent(QCloseEvent *event)
 {
-    if (!cloudStatus.mayQuit() || !closeScreens() || !fileBanners.mayQuit()) {
+    if (!cloudStatus.mayQuit() || !screens.mayQuit() || !closeScreens() || !fileBanners.mayQuit()) {
         event->ignore();
         return;
     }

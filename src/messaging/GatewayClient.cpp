@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <optional>
-#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -18,9 +17,6 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr qsizetype connections = 6; // as many as a QNetworkAccessManager opens to one host
-// Enough for several recipients side by side, and few when sending is switched off meanwhile.
-constexpr qsizetype mostHeldOfOne = 10;
-constexpr qsizetype mostHeld = connections * mostHeldOfOne;
 constexpr qint64 longestAnswer = 1 << 20;
 
 /// A request's body that can be read only once. Where a connection breaks after a request was sent, Qt would
@@ -138,11 +134,14 @@ QSslConfiguration tlsConfiguration(const GatewayAddress &address)
     return tls;
 }
 
-GatewayClient::GatewayClient(const GatewayAddress &gateway, std::chrono::milliseconds requestTimeLimit,
+GatewayClient::GatewayClient(const GatewayAddress &gateway, const Preferences &userPreferences,
+                             std::chrono::milliseconds requestTimeLimit,
                              std::chrono::milliseconds connectionIdleLimit)
     : address(gateway)
+    , preferences(userPreferences)
     , timeLimit(requestTimeLimit)
     , idleLimit(connectionIdleLimit)
+    , held(preferences)
 {
     threadContext.moveToThread(&thread);
     thread.setObjectName(u"gateway"_s);
@@ -157,28 +156,23 @@ GatewayClient::~GatewayClient()
     thread.wait();
 }
 
-bool GatewayClient::start(const GatewayRequest &request)
+bool GatewayClient::start(const GatewayMessage &message)
 {
-    const auto isFree = [this, &request] {
-        return held.size() < mostHeld &&
-               std::ranges::count(held, request.recipient, &GatewayRequest::recipient) < mostHeldOfOne;
-    };
     std::unique_lock lock(mutex);
-    changed.wait(lock, [&] { return closed || isFree(); });
+    changed.wait(lock, [this] { return closed || !held.isFull(); });
     if (closed)
         return false;
-    held.append(request);
+    held.append(message);
     sendHeld();
     return true;
 }
 
-/// Hands the requests whose turn it is to the thread. To be called with the mutex locked.
+/// Hands the messages whose turn it is to the thread. To be called with the mutex locked.
 void GatewayClient::sendHeld()
 {
     while (!isPausing && underWay.size() < connections) {
-        const auto next = std::ranges::find_if(
-            held, [this](const GatewayRequest &request) { return !underWay.contains(request.recipient); });
-        if (next == held.end())
+        const std::optional<GatewayRequest> next = held.takeNext(underWay);
+        if (!next)
             break;
         underWay.append(next->recipient);
         isPausing = next->pause > 0ms;
@@ -186,7 +180,6 @@ void GatewayClient::sendHeld()
             thread.start(); // not before, so that the program starts without it
         QMetaObject::invokeMethod(
             &threadContext, [this, request = *next] { send(request); }, Qt::QueuedConnection);
-        held.erase(next);
     }
     changed.notify_all();
 }
@@ -200,12 +193,12 @@ void GatewayClient::pause(std::chrono::milliseconds duration)
     changed.wait_for(lock, duration, [this] { return closed.load(); });
 }
 
-qsizetype GatewayClient::drain()
+qsizetype GatewayClient::drain(const void *run)
 {
     diagnostics::flush();
     std::unique_lock lock(mutex);
-    changed.wait(lock, [this] { return held.isEmpty(); });
-    return std::exchange(dropped, 0);
+    changed.wait(lock, [this, run] { return !held.isAnyOf(run); });
+    return held.takeDropped(run);
 }
 
 void GatewayClient::close()
@@ -213,8 +206,7 @@ void GatewayClient::close()
     {
         const std::lock_guard lock(mutex);
         closed = true;
-        dropped += held.size();
-        held.clear();
+        held.dropAll();
     }
     changed.notify_all();
 }

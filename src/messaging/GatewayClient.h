@@ -1,11 +1,11 @@
 #pragma once
 
+#include "messaging/HeldMessages.h"
+
 #include <QElapsedTimer>
-#include <QList>
 #include <QNetworkAccessManager>
 #include <QSslCertificate>
 #include <QSslConfiguration>
-#include <QStringList>
 #include <QThread>
 
 #include <atomic>
@@ -26,17 +26,6 @@ struct GatewayAddress
 /// The TLS settings, with the certificates by which the gateway has to prove who it is.
 QSslConfiguration tlsConfiguration(const GatewayAddress &address);
 
-/// A form to be posted to the gateway.
-struct GatewayRequest
-{
-    QString path;
-    QByteArray userName;
-    QByteArray password;
-    QByteArray body; ///< application/x-www-form-urlencoded
-    QString recipient;
-    std::chrono::milliseconds pause = {}; ///< for so long after it no other request goes out
-};
-
 /// The one HTTPS client through which all messages go, on a thread of its own.
 ///
 /// Every request goes out once: it is not repeated, does not follow a redirection and does not answer a
@@ -46,25 +35,29 @@ struct GatewayRequest
 class GatewayClient
 {
 public:
+    /// \param preferences  with what account and to what number each message is sent when it leaves; have to
+    ///                     outlive the client
     /// \param timeLimit  for the answer to each request
     /// \param idleLimit  connections that have been idle for longer are given up: the gateway closes idle
     ///                   ones, and a message that is sent just then would be lost
-    explicit GatewayClient(const GatewayAddress &address,
-                           std::chrono::milliseconds timeLimit = std::chrono::minutes(1),
-                           std::chrono::milliseconds idleLimit = std::chrono::seconds(2));
+    GatewayClient(const GatewayAddress &address, const Preferences &preferences,
+                  std::chrono::milliseconds timeLimit = std::chrono::minutes(1),
+                  std::chrono::milliseconds idleLimit = std::chrono::seconds(2));
     /// Breaks off the requests under way.
     ~GatewayClient();
     GatewayClient(const GatewayClient &) = delete;
     GatewayClient &operator=(const GatewayClient &) = delete;
 
-    /// Sends the request as soon as its turn comes and does not wait for that, unless there are many before
+    /// Sends the message as soon as its turn comes and does not wait for that, unless there are many before
     /// it. False when the client was closed.
-    bool start(const GatewayRequest &request);
+    bool start(const GatewayMessage &message);
     /// Waits for the duration. Ends at once when the client is closed.
     void pause(std::chrono::milliseconds duration);
-    /// Waits until no request waits for its turn. The answer is how many never got it because the client was
-    /// closed; each of them is told once.
-    qsizetype drain();
+    /// Waits until none of the run's messages waits for its turn. The answer is how many never got it because
+    /// the client was closed or they were not to be sent any more; each of them is told once.
+    qsizetype drain(const void *run = nullptr);
+    /// How a message would be sent now.
+    SendSettings settings() const { return SendSettings(preferences); }
 
     /// From here on nothing is sent. May be called from any thread.
     void close();
@@ -80,6 +73,7 @@ private:
     void complete(QNetworkReply &reply, const GatewayRequest &request);
 
     GatewayAddress address;
+    const Preferences &preferences;
     std::chrono::milliseconds timeLimit;
     std::chrono::milliseconds idleLimit;
     QThread thread;
@@ -92,8 +86,7 @@ private:
     std::mutex mutex;
     std::condition_variable changed;
     std::atomic<bool> closed = false;
-    QList<GatewayRequest> held; ///< in the order in which they were started
-    QStringList underWay;       ///< whose requests have not been answered
-    bool isPausing = false;     ///< after a request
-    qsizetype dropped = 0;      ///< requests that were held when the client was closed
+    HeldMessages held;
+    QStringList underWay;   ///< whose requests have not been answered
+    bool isPausing = false; ///< after a request
 };

@@ -28,5 +28,7 @@ struct RunSnapshot
     std::vector<ScheduledTask> tasks;  ///< in the order of the schedules
     ScheduleText text;
 
+    /// The recipient's own ones, in the same order.
+    std::vector<const task *> scheduleOf(const Recipient &recipient) const;
     qint64 lastStep() const { return qint64(recipients.size()) * qint64(tasks.size()); }
 };

@@ -6,7 +6,7 @@
 
 ScheduleRuns::ScheduleRuns(const Preferences &userPreferences, const GatewayAddress &address)
     : preferences(userPreferences)
-    , gateway(address)
+    , gateway(address, preferences)
 {
 }
 
@@ -21,22 +21,17 @@ static QByteArray digestOf(const RunSnapshot &snapshot)
     QCryptographicHash digest(QCryptographicHash::Sha256);
     bool isEmpty = true;
     for (const Recipient &recipient : snapshot.recipients) {
-        if (!recipient.name)
-            continue;
-        const QString name = matchedName(*recipient.name);
-        const QString person = name + u'\n' + recipient.phoneNo.value_or(QString());
-        for (const ScheduledTask &candidate : snapshot.tasks) {
-            if (!snapshot.text.matches(name, candidate, ScheduleText::DayLines::Omitted))
-                continue;
+        const QString person =
+            matchedName(recipient.name.value_or(QString())) + u'\n' + recipient.phoneNo.value_or(QString());
+        for (const task *entry : snapshot.scheduleOf(recipient)) {
             isEmpty = false;
-            const task &entry = *candidate.entry;
-            const QStringList texts{person, entry.name, entry.client, entry.teamMember};
-            const std::array<qint64, 6> moments{entry.date.time_since_epoch().count(),
-                                                entry.due.time_since_epoch().count(),
-                                                entry.startHour,
-                                                entry.startMin,
-                                                entry.endHour,
-                                                entry.endMin};
+            const QStringList texts{person, entry->name, entry->client, entry->teamMember};
+            const std::array<qint64, 6> moments{entry->date.time_since_epoch().count(),
+                                                entry->due.time_since_epoch().count(),
+                                                entry->startHour,
+                                                entry->startMin,
+                                                entry->endHour,
+                                                entry->endMin};
             digest.addData(texts.join(u'\n').toUtf8());
             digest.addData(QByteArrayView(reinterpret_cast<const char *>(moments.data()), sizeof moments));
         }

@@ -22,7 +22,7 @@ void SendWorker::run()
     bool isComplete = true;
     for (const Recipient &recipient : snapshot.recipients)
         isComplete &= sendSchedule(++position, recipient);
-    unsent += gateway.drain();
+    unsent += gateway.drain(this);
     if (!isComplete || unsent > 0)
         diagnostics::line("Messages not sent:", unsent);
 }
@@ -82,7 +82,7 @@ void SendWorker::send(const QString &message)
 {
     if (!preferences.boolean(messagingKey::notifications))
         return;
-    if (!sendTextMessage(message, sendingTask.phoneNo.value_or(QString()), preferences, gateway))
+    if (!sendTextMessage(message, sendingTask.phoneNo.value_or(QString()), gateway, this))
         ++unsent;
 }
 

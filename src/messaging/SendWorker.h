@@ -12,8 +12,8 @@ public:
     SendWorker(const RunSnapshot &snapshot, RunCounters &counters, const Preferences &preferences,
                GatewayClient &gateway);
 
-    /// Returns when everything has been handed over, or soon after the client was closed; in that case a
-    /// diagnostic line tells how many messages were not sent.
+    /// Returns when everything has been handed over, or soon after the client was closed. A diagnostic line
+    /// tells how many messages were not sent, if any.
     void run();
 
 private:

@@ -8,12 +8,14 @@
 #include "platform/Preferences.h"
 #include "ui_ViewControllerSending.h"
 #include "widgets/Alert.h"
+#include "widgets/Banner.h"
 
 #include <QApplication>
 #include <QLocale>
 #include <QShortcut>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -83,6 +85,12 @@ ViewControllerSending::ViewControllerSending(const Services &services, QWidget *
     for (DatePicker *picker : {ui->startSendDate, ui->endSendDate})
         picker->setMoment(Calendar::now());
     connectActions();
+    if (const QString reason = persistentContainer.errorString(); !reason.isEmpty()) {
+        auto *banner = new Banner(this);
+        ui->mainLayout->insertWidget(0, banner);
+        banner->tell(u"The contacts in %1 could not be read: %2."_s.arg(persistentContainer.path(), reason),
+                     {});
+    }
     if (const ScheduleRun *run = runs.current())
         follow(*run);
 }
@@ -237,11 +245,16 @@ bool ViewControllerSending::isWanted(const RunSnapshot &snapshot)
     const QString testNumber = preferences.text(messagingKey::testPhoneNo).value_or(QString());
     QStringList people;
     for (const Recipient &recipient : snapshot.recipients)
-        people.append(u"%1 (%2)"_s.arg(recipient.name.value_or(QString()),
-                                       isTest ? testNumber : recipient.phoneNo.value_or(u"–"_s)));
+        if (!snapshot.scheduleOf(recipient).empty())
+            people.append(u"%1 (%2)"_s.arg(recipient.name.value_or(QString()),
+                                           isTest ? testNumber : recipient.phoneNo.value_or(u"–"_s)));
+    constexpr qsizetype mostShown = 20; // on a small screen
+    const QStringList more = people.mid(mostShown);
+    if (!more.isEmpty())
+        people = people.first(mostShown) << u"and %1 more"_s.arg(more.size());
     const bool isAgain = util().askYesNo(u"The same messages were sent at %1. Send them again?"_s.arg(
                                              QLocale().toString(*before, QLocale::ShortFormat)),
-                                         enumeration(people));
+                                         people.join(u'\n'), more.join(u'\n'));
     lastPress.start();
     return isAgain;
 }
@@ -259,8 +272,10 @@ void ViewControllerSending::follow(const ScheduleRun &run)
 void ViewControllerSending::showProgress(const ScheduleRun &run)
 {
     const auto [steps, schedules, isSending, isHandingOver] = run.progress();
-    for (QPushButton *button : {ui->sendMsgClients, ui->sendMsgTeamMembers})
-        button->setEnabled(!isSending);
+    // Not once more when the last message has gone: the screen may have come up again with other settings.
+    if (isSending != std::exchange(isSendingShown, isSending))
+        for (QPushButton *button : {ui->sendMsgClients, ui->sendMsgTeamMembers})
+            button->setEnabled(!isSending);
     ui->progressBar->setStep(steps);
     if (isSending) {
         ui->progressBar->startAnimation();

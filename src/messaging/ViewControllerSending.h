@@ -62,6 +62,7 @@ private:
     std::unique_ptr<Ui::ViewControllerSending> ui;
     QElapsedTimer lastPress;          ///< of a send button
     QMetaObject::Connection followed; ///< to the run that is shown
+    bool isSendingShown = false;
     TaskManager &manager;
     ScheduleRuns &runs;
     PersistentContainer persistentContainer;

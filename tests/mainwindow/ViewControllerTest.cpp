@@ -1,5 +1,8 @@
 #include "app/UIUtil.h"
+#include "contacts/Contact.h"
+#include "contacts/PersistentContainer.h"
 #include "mainwindow/TaskTable.h"
+#include "messaging/MessagingSettings.h"
 #include "model/TaskManager.h"
 #include "platform/DayWatch.h"
 #include "platform/Preferences.h"
@@ -284,6 +287,29 @@ private slots:
         QVERIFY(window->findChild<QLabel *>(u"cloudProgressLabel"_s)->text().startsWith(u"Quorvane quits"));
         QTRY_VERIFY(!window->isVisible());
         QCOMPARE(status->text(), u"4 tasks were copied to the cloud."_s);
+    }
+
+    void quittingAsksWhileMessagesAreSent()
+    {
+        preferences.store({{messagingKey::accountId, u"a"_s},
+                           {messagingKey::secret, u"b"_s},
+                           {messagingKey::sendingPhoneNo, u"1"_s},
+                           {messagingKey::notifications, true},
+                           {messagingKey::delay, 3'600'000}});
+        PersistentContainer store(contactModel(), home->filePath(u"data"_s));
+        store.loadPersistentStores();
+        Clients(store.viewContext()).setValue(Contact::Name, u"Ann"_s);
+        QVERIFY(store.save());
+        manager->addTask({.date = Calendar::now(), .client = u"Ann"_s});
+        window->findChild<QAction *>(u"actionMessages"_s)->trigger();
+        const auto *sending = window->findChild<QWidget *>(u"ViewControllerSending"_s);
+        sending->findChild<QAbstractButton *>(u"allClients"_s)->click();
+        sending->findChild<QAbstractButton *>(u"sendMsgClients"_s)->click();
+        for (const QString &choice : {u"No"_s, u"Yes"_s}) {
+            const AlertAnswer answer(choice);
+            QCOMPARE(window->close(), choice == u"Yes");
+            QVERIFY(answer.text.startsWith(u"Messages are still being sent."));
+        }
     }
 
     void closesATaskOnceWithASound()

@@ -23,8 +23,8 @@ QStringList linesOfMessage(const QString &message, const Preferences &preference
                            const GatewayAddress &address, std::chrono::milliseconds timeLimit = 1min)
 {
     CapturedOutput output;
-    GatewayClient gateway(address, timeLimit);
-    sendTextMessage(message, u"+49 30 & 1"_s, preferences, gateway);
+    GatewayClient gateway(address, preferences, timeLimit);
+    sendTextMessage(message, u"+49 30 & 1"_s, gateway);
     gateway.finish(20s);
     return output.takeLines();
 }
@@ -66,8 +66,12 @@ private slots:
     {
         QFile file(u"/usr/share/unicode/auxiliary/GraphemeBreakTest.txt"_s);
         QVERIFY2(file.open(QIODevice::ReadOnly), "comes with the package unicode-data");
-        QStringList messages{u"üe\u0301🇩🇪\r\n"_s.repeated(40)}; // 160 as a reader counts
-        QStringList cut = messages;
+        QStringList messages;
+        QStringList cut;
+        for (const QString &four : {u"üe\u0301🇩🇪\r\n"_s, u"ก😀🇩🇪क"_s, u"😀👍ท🇫🇷"_s}) { // as a reader counts
+            messages.append(four.repeated(50));
+            cut.append(four.repeated(40));
+        }
         while (!file.atEnd()) { // lines such as ÷ 0020 × 0308 ÷ 0020 ÷, a remark after them
             const QString line = QString::fromUtf8(file.readLine()).section(u'#', 0, 0).remove(u' ');
             QStringList characters;
@@ -78,7 +82,7 @@ private slots:
             }
             if (characters.isEmpty())
                 continue;
-            characters.last() = u"\u0001"_s; // stands for itself beside whatever it is
+            characters.append(u"\u0001"_s); // stands for itself beside whatever it is
             messages.append(QString());
             for (int count = 0; count < 200; ++count) {
                 if (count == 160)
@@ -90,9 +94,9 @@ private slots:
         const HttpsServer server(created);
         const Account account;
         CapturedOutput output;
-        GatewayClient gateway(addressOf(server));
+        GatewayClient gateway(addressOf(server), account.preferences);
         for (const QString &message : messages)
-            sendTextMessage(message, u"1"_s, account.preferences, gateway);
+            sendTextMessage(message, u"1"_s, gateway);
         QVERIFY(gateway.drain() == 0 && gateway.finish(20s));
         QStringList sent;
         for (const HttpsServer::Request &request : server.requests())
@@ -183,11 +187,11 @@ private slots:
         });
         const Account account;
         CapturedOutput output;
-        GatewayClient patient(addressOf(server), 1min, 1h);
-        GatewayClient impatient(addressOf(server), 1min, -1ms); // gives up every connection
+        GatewayClient patient(addressOf(server), account.preferences, 1min, 1h);
+        GatewayClient impatient(addressOf(server), account.preferences, 1min,
+                                -1ms); // gives up every connection
         for (const int number : {1, 2, 3, 4, 5, 6}) {
-            sendTextMessage(QString::number(number), u"1"_s, account.preferences,
-                            number < 5 ? patient : impatient);
+            sendTextMessage(QString::number(number), u"1"_s, number < 5 ? patient : impatient);
             qsizetype finished = 0;
             QTRY_COMPARE_WITH_TIMEOUT(finished += output.takeLines().count(u"Finished"_s), 1, 20'000);
         }
@@ -217,15 +221,15 @@ private slots:
         });
         const Account account;
         CapturedOutput output;
-        GatewayClient gateway(addressOf(server));
+        GatewayClient gateway(addressOf(server), account.preferences);
         client = &gateway;
         for (const QString &message : {u"a"_s, u"b"_s, u"c"_s})
             for (const QString &number : {u"1"_s, u"2"_s})
-                sendTextMessage(message, number, account.preferences, gateway);
+                sendTextMessage(message, number, gateway);
         int started = 10;
-        while (sendTextMessage(u"a"_s, QString::number(started), account.preferences, gateway))
+        while (sendTextMessage(u"a"_s, QString::number(started), gateway))
             ++started;
-        QVERIFY(started <= 76 && gateway.drain() == started - 16); // so many are held in memory
+        QVERIFY(started <= 5016 && gateway.drain() == started - 16); // so many are held in memory
         QVERIFY(!gateway.finish(1ms));
         QStringList errors;
         QTRY_COMPARE_WITH_TIMEOUT((errors += output.takeLines().filter(u"Error:"_s)).size(), 6, 20'000);
@@ -244,17 +248,43 @@ private slots:
         for (const auto &[set, paused] :
              {std::pair(-5, 0), {300, 300}, {4'294'967, 4'294'967}, {4'294'968, 4'294'967}}) {
             account.preferences.store({{messagingKey::delay, set}});
-            QCOMPARE(delayAfterMessage(account.preferences).count(), paused);
+            QCOMPARE(SendSettings(account.preferences).delay.count(), paused);
         }
-        account.preferences.store({{messagingKey::delay, 150}});
-        const HttpsServer server(created);
-        GatewayClient gateway(addressOf(server));
-        QElapsedTimer timer;
-        timer.start();
-        for (const QString &number : {u"1"_s, u"1"_s, u"2"_s})
-            sendTextMessage(u"x"_s, number, account.preferences, gateway);
-        QVERIFY(timer.elapsed() >= 450 && gateway.drain() == 0 && gateway.finish(20s));
-        QCOMPARE(server.requests().size(), 3);
+        account.preferences.store({{messagingKey::delay, 200}});
+        QList<std::chrono::steady_clock::time_point> arrivals;
+        const HttpsServer server([&arrivals](const HttpsServer::Request &request) {
+            arrivals.append(std::chrono::steady_clock::now());
+            return HttpsServer::Answer{created(request).bytes, false, 600ms};
+        });
+        GatewayClient gateway(addressOf(server), account.preferences);
+        const auto start = std::chrono::steady_clock::now();
+        // The second message's turn comes together with the fourth one's.
+        for (const QString &number : {u"A"_s, u"A"_s, u"B"_s, u"C"_s, u"D"_s})
+            sendTextMessage(u"x"_s, number, gateway);
+        QVERIFY(std::chrono::steady_clock::now() - start >= 1s);
+        QVERIFY(gateway.drain() == 0 && gateway.finish(20s));
+        QCOMPARE(arrivals.size(), 5);
+        for (qsizetype next = 1; next < arrivals.size(); ++next)
+            QVERIFY(arrivals[next] - arrivals[next - 1] >= 100ms); // some need a new connection
+    }
+
+    void runsAreToldOfTheirOwn()
+    {
+        const HttpsServer server([](const HttpsServer::Request &request) {
+            return HttpsServer::Answer{created(request).bytes, false,
+                                       request.body.contains("To=1") ? 1h : 0h};
+        });
+        Account account;
+        GatewayClient gateway(addressOf(server), account.preferences);
+        const int one = 0;
+        const int other = 0;
+        for (int number = 0; number < 20; ++number)
+            sendTextMessage(u"x"_s, u"1"_s, gateway, &one);
+        sendTextMessage(u"x"_s, u"2"_s, gateway, &other);
+        QCOMPARE(gateway.drain(&other), 0); // although those of the first have to wait
+        account.preferences.store({{messagingKey::notifications, false}});
+        sendTextMessage(u"x"_s, u"3"_s, gateway, &other);
+        QVERIFY(gateway.drain(&one) == 19 && gateway.drain(&other) == 1 && gateway.drain(&one) == 0);
     }
 };
 
