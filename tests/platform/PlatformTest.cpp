@@ -7,7 +7,6 @@
 #include "platform/Preferences.h"
 #include "support/CapturedOutput.h"
 #include "support/FakePortal.h"
-#include "support/ScratchHome.h"
 #include "support/TestProgram.h"
 
 #include <QDBusConnectionInterface>
@@ -51,19 +50,16 @@ private slots:
             QCOMPARE(count, lines);
     }
 
-    void preferencesFallBackOnGlobalSettings()
+    void ownPreferencesComeBeforeGlobalSettings()
     {
         const QTemporaryDir folder;
         const QString path = folder.filePath(u"preferences.ini"_s);
         writeTo(path, "[General]\nlist=a, b\nown=Light\n");
         Preferences preferences(path);
-        for (const QString &key : {u"own"_s, u"list"_s, u"other"_s})
+        for (const QString &key : {u"own"_s, u"list"_s})
             preferences.setGlobalText(key, u"Dark"_s);
         QCOMPARE(preferences.text(u"own"_s), u"Light"_s);
         QCOMPARE(preferences.text(u"list"_s), std::nullopt); // present, but no text
-        QCOMPARE(preferences.text(u"other"_s), u"Dark"_s);
-        preferences.setGlobalText(u"other"_s, std::nullopt);
-        QCOMPARE(preferences.text(u"other"_s), std::nullopt);
     }
 
     void iniFilesHoldAnyText()
