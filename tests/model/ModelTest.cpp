@@ -76,6 +76,7 @@ private slots:
         for (const qint64 nowhere : {-1, 1, 2}) {
             fill(named(u"a"_s));
             manager->select(nowhere);
+            manager->editSelectedTask({.name = u"other"_s});
             manager->deleteSelectedTask();
             manager->hideSelectedTask();
             manager->unhideSelectedTask();

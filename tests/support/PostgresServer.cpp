@@ -97,24 +97,14 @@ void PostgresServer::stop()
     server.waitForFinished();
 }
 
-QString PostgresServer::psql(const QString &role, const QStringList &arguments) const
+QString PostgresServer::run(const QString &role, const QString &sql) const
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(toolPath(u"psql"_s),
-                  QStringList{u"-XqtAw"_s, u"--dbname="_s + url(role) + u"?password="_s + role} + arguments);
+                  {u"-XqtAw"_s, u"--dbname="_s + url(role) + u"?password="_s + role, u"--command="_s + sql});
     process.waitForFinished();
     return QString::fromUtf8(process.readAll()).trimmed();
-}
-
-QString PostgresServer::run(const QString &role, const QString &sql) const
-{
-    return psql(role, {u"--command="_s + sql});
-}
-
-QString PostgresServer::runFile(const QString &role, const QString &path) const
-{
-    return psql(role, {u"--set=ON_ERROR_STOP=1"_s, u"--file="_s + path});
 }
 
 QString PostgresServer::url(const QString &role) const
