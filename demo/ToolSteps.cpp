@@ -6,11 +6,15 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QProcess>
+#include <QPushButton>
 
 using namespace Qt::StringLiterals;
+
+constexpr QRgb white = qRgb(255, 255, 255);
 
 void writeNotes(Tour &tour)
 {
@@ -22,8 +26,21 @@ void writeNotes(Tour &tour)
     QGuiApplication::clipboard()->setText(text);
     hand::press(notes, Qt::Key_V, Qt::ControlModifier);
     hand::shortcut(screen, Qt::Key_F, Qt::ControlModifier);
-    hand::fill(hand::child<QLineEdit>(screen, u"findField"_s), u"TWINE"_s);
-    hand::press(hand::child<QLineEdit>(screen, u"findField"_s), Qt::Key_Return);
+    auto &findField = hand::child<QLineEdit>(screen, u"findField"_s);
+    tour.stage.check(notes.textCursor().atEnd(), u"the text goes on at its end"_s);
+    hand::fill(findField, u"TH"_s);
+    for (const auto &[button, found] : {std::pair(u"Next"_s, u"the"_s),
+                                        {u"Next"_s, u"th Frau"_s},
+                                        {u"Next"_s, u"the"_s},
+                                        {u"Previous"_s, u"th Frau"_s}}) {
+        hand::click(hand::child<QPushButton>(screen, u"find%1Button"_s.arg(button)));
+        tour.stage.same(notes.textCursor().selectionStart(), text.indexOf(found), u"the place of "_s + found);
+    }
+    hand::fill(findField, u"prune"_s);
+    hand::press(findField, Qt::Key_Return);
+    tour.stage.same(hand::child<QLabel>(screen, u"findResult"_s).text(), u"Not found", u"the result"_s);
+    hand::fill(findField, u"TWINE"_s);
+    hand::press(findField, Qt::Key_Return);
     tour.stage.same(notes.textCursor().selectedText(), u"twine"_s, u"what was found"_s);
     tour.takePicturesOf(screen, u"notes"_s);
     hand::shortcut(screen, Qt::Key_Escape, {});
@@ -50,9 +67,17 @@ void drawOnWhiteboard(Tour &tour)
     dragMouse(canvas, {{340, 380}, {340, 420}});
     tour.stage.picture(screen, u"whiteboard"_s);
 
-    const QImage drawn(u"zandulistwhiteboard.png"_s);
-    tour.throughAlert([&screen] { hand::click(hand::child<QToolButton>(screen, u"deleteButton"_s)); },
-                      u"Are you sure you want to erase the Whiteboard ?"_s, u"Yes"_s, u"erase-question"_s);
+    const QString file = u"zandulistwhiteboard.png"_s;
+    const QImage drawn(file);
+    tour.stage.check(drawn.pixel(200, 400) != white && drawn.pixel(300, 500) == white, u"a straight line"_s);
+    tour.stage.check(drawn.pixel(340, 400) == white, u"what was rubbed out"_s);
+    for (const QString &answer : {u"No"_s, u"Yes"_s}) {
+        tour.stage.check(QImage(file) == drawn, u"the picture is still there"_s);
+        tour.throughAlert([&screen] { hand::click(hand::child<QToolButton>(screen, u"deleteButton"_s)); },
+                          u"Are you sure you want to erase the Whiteboard ?"_s, answer,
+                          u"erase-question-"_s + answer.toLower());
+    }
+    tour.stage.check(screen.grab().toImage().pixel(200, 400) == white, u"nothing is left"_s);
     hand::click(hand::child<QToolButton>(screen, u"revertButton"_s));
     hand::click(hand::child<QToolButton>(screen, u"shareButton"_s));
     tour.stage.check(!screen.isVisible(), u"the whiteboard is closed"_s);

@@ -109,6 +109,7 @@ void Tour::throughAlert(const std::function<void()> &open, const QString &messag
     });
     open();
     hand::waitFor([&answer] { return answer.wasShown(); }, u"nothing is told or asked"_s);
+    stage.check(answer.isPlain, u"a task's text is no markup"_s);
     stage.check(QStringList{answer.text, answer.informativeText}.contains(message), message + u" is told"_s);
     if (!pictureName.isEmpty())
         stage.keepPicture(picture, pictureName);

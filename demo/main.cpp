@@ -22,7 +22,7 @@ using namespace Qt::StringLiterals;
 static void makeHomeOnServer(const PostgresServer &server)
 {
     const QString user = u"gardener"_s;
-    server.runFile(u"admin"_s, u"" SOURCE_DIR "/resources/cloud/postgresql.sql"_s);
+    server.run(u"admin"_s, QString::fromUtf8(contentOf(u"" SOURCE_DIR "/resources/cloud/postgresql.sql"_s)));
     server.run(u"admin"_s, u"CREATE ROLE %1 LOGIN PASSWORD '%1' IN ROLE quorvane"_s.arg(user));
     qputenv("PGPASSWORD", user.toUtf8());
     QSettings(folders::config() + u"/cloud.ini"_s, QSettings::IniFormat).setValue(u"url"_s, server.url(user));

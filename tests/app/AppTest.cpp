@@ -1,6 +1,5 @@
 #include "app/UIUtil.h"
 #include "support/CapturedOutput.h"
-#include "support/Dialogs.h"
 #include "support/TestProgram.h"
 
 #include <QDir>
@@ -33,15 +32,8 @@ private slots:
             QCOMPARE(util().formatTime(hour, minute), text);
     }
 
-    void questionsAndMessages()
+    void escapeMeansNo()
     {
-        for (const QString &answer : {u"Yes"_s, u"No"_s}) {
-            const AlertAnswer alert(answer);
-            QCOMPARE(util().askYesNo(u"<i>Really?</i>"_s, u"<b>a task</b>"_s), answer == u"Yes");
-            QCOMPARE(alert.text, u"<i>Really?</i>"_s);
-            QCOMPARE(alert.informativeText, u"<b>a task</b>"_s);
-            QVERIFY(alert.isPlain);
-        }
         QTimer::singleShot(0, qApp,
                            [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
         QVERIFY(!util().askYesNo(u"Really?"_s, QString()));

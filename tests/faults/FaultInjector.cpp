@@ -80,8 +80,8 @@ void faultInjector::disarm()
         const bool changes = (flags & O_ACCMODE) != O_RDONLY;                                                \
         return changes && goesWrong(#name, nothing) ? -1 : real(path, flags, mode);                          \
     }
-#define REPLACE(name, Parameters, Arguments)                                                                 \
-    int name Parameters noexcept                                                                             \
+#define REPLACE(name, Parameters, Arguments, Exceptions)                                                     \
+    int name Parameters Exceptions                                                                           \
     {                                                                                                        \
         static auto *real = original<int Parameters>(#name);                                                 \
         return goesWrong(#name, nothing) ? -1 : real Arguments;                                              \
@@ -98,31 +98,16 @@ ssize_t write(int file, const void *bytes, size_t size)
     return file > STDERR_FILENO && goesWrong("write", half) ? -1 : real(file, bytes, size);
 }
 
-int fsync(int file)
-{
-    static auto *real = original<int(int)>("fsync");
-    return goesWrong("fsync", nothing) ? -1 : real(file);
-}
-
-int fdatasync(int file)
-{
-    static auto *real = original<int(int)>("fdatasync");
-    return goesWrong("fdatasync", nothing) ? -1 : real(file);
-}
-
 REPLACE_WRITE(pwrite, off_t)
 REPLACE_WRITE(pwrite64, off64_t)
 REPLACE_OPEN(open)
 REPLACE_OPEN(open64)
-REPLACE(ftruncate, (int file, off_t size), (file, size))
-REPLACE(ftruncate64, (int file, off64_t size), (file, size))
-REPLACE(rename, (const char *from, const char *to), (from, to))
-REPLACE(unlink, (const char *path), (path))
-
-int fallocate(int file, int mode, off_t start, off_t size)
-{
-    static auto *real = original<int(int, int, off_t, off_t)>("fallocate");
-    return goesWrong("fallocate", nothing) ? -1 : real(file, mode, start, size);
-}
+REPLACE(fsync, (int file), (file), )
+REPLACE(fdatasync, (int file), (file), )
+REPLACE(fallocate, (int file, int mode, off_t start, off_t size), (file, mode, start, size), )
+REPLACE(ftruncate, (int file, off_t size), (file, size), noexcept)
+REPLACE(ftruncate64, (int file, off64_t size), (file, size), noexcept)
+REPLACE(rename, (const char *from, const char *to), (from, to), noexcept)
+REPLACE(unlink, (const char *path), (path), noexcept)
 
 } // extern "C"

@@ -252,7 +252,7 @@ private slots:
         for (const bool hasGone : {false, true}) {
             openEdit(edited);
             // While the form is open, a merge selects another task, or the file is changed by others.
-            showTasks(hasGone ? QList<task>{other} : QList<task>{other, edited}, 0);
+            showTasks(hasGone ? QList<task>{other} : QList<task>{other, edited});
             child<QLineEdit>("txtTaskName").setText(u"new"_s);
             if (hasGone)
                 click("resetButton"); // to nothing
@@ -266,16 +266,6 @@ private slots:
             QCoreApplication::processEvents();
             QVERIFY(QApplication::activePopupWidget() && form->isVisible());
         }
-    }
-
-    void withoutASelectionNothingIsStored()
-    {
-        const task other{.key = u"other"_s};
-        openEdit(other, -1);
-        child<TimePicker>("startTime").setTime(QTime(9, 30));
-        click("storeButton");
-        QVERIFY(tasks().size() == 1 && haveEqualFields(*tasks()[0], other));
-        QCOMPARE(manager->defaultStartHour, 9);
     }
 
 private:
@@ -298,16 +288,16 @@ private:
 
     void openAdd() { open<ViewControllerAdd>(); }
 
-    void openEdit(const task &edited, qint64 selected = 0)
+    void openEdit(const task &edited)
     {
-        showTasks({edited}, selected);
+        showTasks({edited});
         open<ViewControllerEdit>();
     }
 
-    void showTasks(const QList<task> &list, qint64 selected)
+    void showTasks(const QList<task> &list)
     {
         setTasks(*manager, list);
-        manager->select(selected);
+        manager->select(0);
     }
 
     const TaskList &tasks() const { return manager->tasks(); }

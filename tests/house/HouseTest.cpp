@@ -1,4 +1,5 @@
 #include "model/TaskManager.h"
+#include "support/ScratchHome.h"
 
 #include <QDirIterator>
 #include <QRegularExpression>
@@ -46,9 +47,7 @@ private slots:
             if (folder == u"main.cpp")
                 continue;
             QVERIFY2(storeys.contains(folder), qPrintable(path));
-            QFile file(source.filePath(path));
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            const QString text = QString::fromUtf8(file.readAll());
+            const QString text = QString::fromUtf8(contentOf(source.filePath(path)));
             for (const QRegularExpressionMatch &match : include.globalMatch(text)) {
                 const QString target = match.captured(1);
                 QVERIFY2(!storeys.contains(target) || mayInclude(folder, target),

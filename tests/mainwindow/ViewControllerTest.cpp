@@ -9,7 +9,6 @@
 #include "program/Program.h"
 #include "support/Dialogs.h"
 #include "support/FullDisk.h"
-#include "support/Tasks.h"
 #include "support/TestProgram.h"
 
 #include <QAbstractItemModelTester>
@@ -80,14 +79,6 @@ private slots:
 
     void cleanupTestCase() { program.reset(); }
 
-    void startsSortedByDate()
-    {
-        QCOMPARE(rows(), u"abc"_s);
-        chooseView(6);
-        QCOMPARE(rows(), u"abHc"_s);  // those of one day as they are in the file
-        QCOMPARE(filed(), u"cabH"_s); // sorting does not write
-    }
-
     void buttonsFollowTheSelection()
     {
         selectRow(1);
@@ -107,6 +98,10 @@ private slots:
     void movesAndCopiesAreFiled()
     {
         chooseView(6);
+        QCOMPARE(filed(), u"cabH"_s); // sorting does not write
+        selectRow(0);
+        press("upper"); // moves nothing: the order stays that of a column
+        QCOMPARE(table->horizontalHeader()->sortIndicatorSection(), int(TaskColumn::Date));
         selectRow(2);
         for (const auto &[name, expected] :
              {std::pair("downer", u"abcH"_s), {"upper", u"abHc"_s}, {"upper", u"aHbc"_s}}) {
@@ -122,40 +117,20 @@ private slots:
         QCOMPARE(filed().size(), 5);
         QCOMPARE(enabledButtons(), u"upper downer"_s);
         QCOMPARE(rows().size(), 2);
+        selectRow(0);
+        press("close"); // the one that was found
+        QCOMPARE(manager->tasks()[0]->status, taskStatus::closed);
+        QCOMPARE(manager->tasks()[1]->status, taskStatus::open);
         const QString order = filed();
         open(); // the order made by hand is no column's, and stays
         chooseView(6);
         QCOMPARE(rows(), order);
     }
 
-    void aMoveThatMovesNothingKeepsTheSortedOrder()
-    {
-        chooseView(6);
-        selectRow(0);
-        press("upper");
-        QCOMPARE(table->horizontalHeader()->sortIndicatorSection(), int(TaskColumn::Date));
-        press("downer");
-        QCOMPARE(table->horizontalHeader()->sortIndicatorSection(), -1);
-    }
-
-    void closesTheTaskThatWasFound()
-    {
-        show({{.key = u"x"_s, .name = u"pear"_s},
-              {.key = u"y"_s, .name = u"plum"_s},
-              {.key = u"z"_s, .name = u"plum"_s}});
-        searchField->setText(u"plum"_s);
-        selectRow(0);
-        press("close");
-        QCOMPARE(manager->tasks()[0]->status, taskStatus::closed);
-        QCOMPARE(manager->tasks()[1]->status, taskStatus::open);
-    }
-
     void theTableStaysWhereItIs()
     {
-        QList<task> many;
         for (int number = 0; number < 200; ++number)
-            many.append({.key = QString::number(number)});
-        show(many);
+            manager->addTask({.key = QString::number(number)});
         chooseView(6);
         table->scrollToBottom();
         const int place = table->verticalScrollBar()->value();
@@ -205,7 +180,9 @@ private slots:
         auto *form = window->findChild<QDialog *>(u"ViewControllerEdit"_s);
         QTest::keyClick(form, Qt::Key_N, Qt::ControlModifier);
         auto *added = window->findChild<QDialog *>(u"ViewControllerAdd"_s);
-        QCOMPARE(QApplication::activeModalWidget(), added); // or it could not be used
+        QCOMPARE(QApplication::activeModalWidget(), added);     // or it could not be used
+        QTest::keyClick(added, Qt::Key_N, Qt::ControlModifier); // raises the form that is open
+        QCOMPARE(window->findChildren<QDialog *>().size(), 2);
         QTest::keyClick(added, Qt::Key_Q, Qt::ControlModifier);
         QVERIFY(!form->isVisible() && !added->isVisible() && !window->isVisible());
     }
@@ -270,17 +247,10 @@ private slots:
         auto *copy = window->findChild<QAction *>(u"actionCopyToCloud"_s);
         const auto *progress = window->findChild<QWidget *>(u"cloudProgress"_s);
         const auto *status = window->findChild<QLabel *>(u"statusMessageLabel"_s);
-        {
-            const AlertAnswer answer(u"OK"_s);
-            copy->trigger();
-            QVERIFY(!copy->isEnabled() && progress->isVisible() && !answer.wasShown());
-            QTRY_COMPARE(answer.informativeText, u"Sync to iCloud succesfully!"_s);
-        }
-        QTRY_VERIFY(copy->isEnabled() && !progress->isVisible());
-        QCOMPARE(status->text(), u"4 tasks were copied to the cloud."_s);
         copy->trigger();
+        QVERIFY(!copy->isEnabled() && progress->isVisible());
         QTest::keyClick(table, Qt::Key_Escape);
-        QTRY_VERIFY(copy->isEnabled());
+        QTRY_VERIFY(copy->isEnabled() && !progress->isVisible());
         QCOMPARE(status->text(), u"Stopped: 0 of 4 tasks were copied to the cloud."_s);
         copy->trigger();
         QVERIFY(!window->close()); // before the copy has ended
@@ -319,7 +289,6 @@ private slots:
         selectRow(0);
         press("close");
         QVERIFY(contentOf(home->filePath(u"zandulist.txt"_s)).contains(row("a", 1, 1)));
-        QCOMPARE(enabledButtons(), u"upper downer"_s);
         QTest::keyClick(table, Qt::Key_Down); // goes on from where the selection was
         QCOMPARE(manager->selectedTask().key, u"b"_s);
         QCOMPARE(press("close"), u"Task already closed"_s);
@@ -370,21 +339,6 @@ private slots:
         QVERIFY(!QApplication::activeModalWidget());
     }
 
-    void addsDuringASearch()
-    {
-        searchField->setText(u"plum"_s);
-        QCOMPARE(rows(), QString());
-        window->findChild<QAction *>(u"actionAdd"_s)->trigger();
-        auto *form = window->findChild<QDialog *>();
-        auto *name = form->findChild<QLineEdit *>(u"txtTaskName"_s);
-        name->setText(u"Plums"_s);
-        window->findChild<QAction *>(u"actionAdd"_s)->trigger(); // raises the form that is open
-        QCOMPARE(window->findChildren<QDialog *>().size(), 1);
-        QTest::keyClick(name, Qt::Key_Return);
-        QCOMPARE(rows().size(), 1);
-        QCOMPARE(filed().size(), 5);
-    }
-
     void deletesTheTaskThatWasAskedAbout()
     {
         searchField->setText(u"task"_s);
@@ -402,18 +356,17 @@ private slots:
 
     void cellsAndColors()
     {
-        const auto startOf = [](int month, int day) {
-            return Calendar().startOfDay(QDate(2024, month, day));
-        };
+        const Instant start = Calendar().startOfDay(QDate(2024, 3, 7));
         const QString longText = u"first <b> of many\n"_s + QString(100'000, u'x');
         manager->addTask({.key = u"wild"_s, .color = {-3.0, 7.0, 0.2, 0.0}});
-        manager->addTask(task(u"K1"_s, startOf(3, 7), u"a"_s, longText, u"c"_s, u"t"_s, {}, startOf(12, 24),
-                              0, 0, u"Open"_s, u"High"_s, false, 7, 5, 12, 30));
+        manager->addTask(task(u"K1"_s, start, u"a"_s, longText, u"c"_s, u"t"_s, {},
+                              start + std::chrono::hours(30), 0, 0, u"Open"_s, u"High"_s, false, 7, 5, 12,
+                              30));
         chooseView(6);
         QStringList cells;
         for (const TaskColumnInfo &column : taskColumns())
             cells.append(table->model()->index(5, int(column.column)).data().toString());
-        QCOMPARE(cells.join(u'|'), u"3/7/24|07:05|12:30|a|c|t|first <b> of many...|Open|High|12/24/24|K1"_s);
+        QCOMPARE(cells.join(u'|'), u"3/7/24|07:05|12:30|a|c|t|first <b> of many...|Open|High|3/8/24|K1"_s);
         const QString toolTip =
             table->model()->index(5, int(TaskColumn::Description)).data(Qt::ToolTipRole).toString();
         QVERIFY(toolTip.contains(u"&lt;b&gt;"_s) && toolTip.size() < 2000);
@@ -435,13 +388,6 @@ private:
     {
         window->findChild<QAction *>(u"actionNotes"_s)->trigger();
         return window->findChild<QDialog *>(u"ViewControllerNotes"_s);
-    }
-
-    /// Makes these the tasks of the list.
-    void show(const QList<task> &tasks)
-    {
-        setTasks(*manager, tasks);
-        program->applicationNotices().post(notice::reload);
     }
 
     /// Presses the button and answers the alert that comes up; what that says.
@@ -480,10 +426,8 @@ private:
     void chooseView(int view)
     {
         auto *chooser = window->findChild<QComboBox *>(u"viewSelection"_s);
-        chooser->setFocus();
-        QTest::keyClick(chooser, Qt::Key_Home);
-        for (int step = 0; step < view; ++step)
-            QTest::keyClick(chooser, Qt::Key_Down);
+        chooser->setCurrentIndex(view);
+        emit chooser->activated(view);
     }
 
     /// The keys' first letters in the order of the file.

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <numeric>
-#include <random>
 
 using namespace Qt::StringLiterals;
 
@@ -72,19 +71,12 @@ private slots:
         QCOMPARE(manager->selectedTask().startHour * 100 + manager->selectedTask().endMin, 1518);
     }
 
-    void selectionTakesTheLastOfEqualKeys()
-    {
-        fill(named(u"x y k z Y k"_s));
-        QCOMPARE(manager->selectTaskByKey(u"k"_s), 5);
-        QCOMPARE(manager->selectTaskByKey(u"y"_s), 1);
-        QCOMPARE(manager->selectTaskByKey(u""_s), -1);
-    }
-
     void commandsOnNoTaskChangeNothing()
     {
         for (const qint64 nowhere : {-1, 1, 2}) {
             fill(named(u"a"_s));
             manager->select(nowhere);
+            manager->editSelectedTask({.name = u"other"_s});
             manager->deleteSelectedTask();
             manager->hideSelectedTask();
             manager->unhideSelectedTask();
@@ -96,24 +88,6 @@ private slots:
             QCOMPARE(manager->tasks().size(), 1);
             QVERIFY(haveEqualFields(*manager->tasks()[0], named(u"a"_s)[0]));
         }
-    }
-
-    void closingChangesBothLists()
-    {
-        fill(named(u"a"_s));
-        manager->setListAside();
-        manager->addTask({.key = u"b"_s});
-        const auto statuses = [this] {
-            return manager->tasks()[0]->status * 100 + manager->tasks()[1]->status * 10 +
-                   manager->backupTasks()[0]->status;
-        };
-        manager->select(1); // the stale copy is shorter
-        manager->closeSelectedTask();
-        QCOMPARE(statuses(), 10);
-        QCOMPARE(manager->tasks()[1]->statusName, u"Closed"_s);
-        manager->select(0);
-        manager->closeSelectedTask();
-        QCOMPARE(statuses(), 111);
     }
 
     void views()
@@ -139,18 +113,6 @@ private slots:
             manager->buildTasksInView(view);
             QCOMPARE(keys(manager->tasksInView()), shown.value(view));
         }
-    }
-
-    void searchLooksInFourFields()
-    {
-        fill({{.key = u"1"_s, .name = u"Roof repair"_s},
-              {.key = u"2"_s, .desc = u"new ROOF"_s},
-              {.key = u"3"_s, .client = u"Roofing Ltd"_s},
-              {.key = u"4"_s, .teamMember = u"Proofer"_s},
-              {.key = u"5"_s, .statusName = u"roof"_s}});
-        manager->startSearch(u"rOOf r"_s);
-        manager->startSearch(u"rOOf"_s); // of the whole list, not of the last hits
-        QCOMPARE(keys(manager->tasks()), u"1 2 3 4"_s);
     }
 
     void searchIgnoresCase()
@@ -180,12 +142,14 @@ private slots:
     void changesDuringASearchReachTheMasterList()
     {
         fill(named(u"ab b abc"_s));
-        manager->startSearch(u"A"_s);
+        manager->startSearch(u"abc"_s);
+        manager->startSearch(u"A"_s); // of the whole list, not of the last hits
         manager->addTask({.key = u"new"_s, .name = u"a new one"_s});
         QCOMPARE(keys(manager->tasks()), u"ab abc"_s);
         manager->refreshSearch();
         QCOMPARE(keys(manager->tasks()), u"ab abc new"_s);
 
+        manager->startSearch(u"abc"_s);
         QCOMPARE(manager->selectTaskByKey(u"abc"_s), 2); // its place in the master list
         manager->hideSelectedTask();
         QVERIFY(manager->isSelectedTaskHidden());
@@ -197,9 +161,11 @@ private slots:
         QCOMPARE(keys(manager->tasks()), u"b abc new"_s);
         QVERIFY(manager->tasks()[1]->hidden);
         QCOMPARE(manager->tasks()[1]->status, taskStatus::closed);
-        fill({});
+        fill(named(u"x y k k"_s));
         manager->endSearch(); // not searching: nothing comes back
-        QVERIFY(manager->tasks().isEmpty());
+        QCOMPARE(keys(manager->tasks()), u"x y k k"_s);
+        QCOMPARE(manager->selectTaskByKey(u"k"_s), 3); // the last of equal keys
+        QCOMPARE(manager->selectTaskByKey(u"Y"_s), -1);
     }
 
     void sortsTexts()
@@ -224,14 +190,14 @@ private slots:
     {
         // Times are sorted as texts whose numbers are not padded.
         constexpr std::pair<int, int> times[] = {{10, 0}, {12, 15}, {8, 30}, {8, 5}, {9, 0}};
-        std::mt19937 random(7);
-        std::vector<std::vector<int>> values(400, std::vector<int>(size_t(taskColumns().size())));
+        // Which sort alike as numbers and as texts.
+        const auto valueIn = [](TaskColumn column, qint64 index) {
+            return index / (qint64(column) + 1) % 5;
+        };
         QList<task> entries;
-        for (std::vector<int> &ofTask : values) {
-            for (int &value : ofTask)
-                value = int(random() % 5); // which sort alike as numbers and as texts
-            const auto number = [&ofTask](TaskColumn column) {
-                return qint64(ofTask[size_t(column)]);
+        while (entries.size() < 400) {
+            const auto number = [&](TaskColumn column) {
+                return valueIn(column, entries.size());
             };
             const auto text = [number](TaskColumn column) {
                 return u"a longer text "_s + QString::number(number(column));
@@ -249,16 +215,15 @@ private slots:
         }
         for (const TaskColumnInfo &column : taskColumns())
             for (const bool ascending : {true, false}) {
-                std::vector<size_t> order(values.size());
+                QList<qint64> order(entries.size());
                 std::iota(order.begin(), order.end(), 0);
-                std::ranges::stable_sort(order, {}, [&](size_t index) {
-                    const int value = values[index][size_t(column.column)];
-                    return ascending ? value : -value;
+                std::ranges::stable_sort(order, {}, [&](qint64 index) {
+                    return valueIn(column.column, index) * (ascending ? 1 : -1);
                 });
                 fill(entries);
                 manager->sortByColumn({column.sortKey, ascending});
-                for (size_t i = 0; i < order.size(); ++i)
-                    QVERIFY2(manager->tasks()[qsizetype(i)]->statusName == QString::number(order[i]),
+                for (qsizetype i = 0; i < order.size(); ++i)
+                    QVERIFY2(manager->tasks()[i]->statusName == QString::number(order[i]),
                              qPrintable(column.title));
             }
     }

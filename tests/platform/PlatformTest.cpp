@@ -7,7 +7,6 @@
 #include "platform/Preferences.h"
 #include "support/CapturedOutput.h"
 #include "support/FakePortal.h"
-#include "support/ScratchHome.h"
 #include "support/TestProgram.h"
 
 #include <QDBusConnectionInterface>
@@ -49,21 +48,6 @@ private slots:
         }
         for (const int count : next)
             QCOMPARE(count, lines);
-    }
-
-    void preferencesFallBackOnGlobalSettings()
-    {
-        const QTemporaryDir folder;
-        const QString path = folder.filePath(u"preferences.ini"_s);
-        writeTo(path, "[General]\nlist=a, b\nown=Light\n");
-        Preferences preferences(path);
-        for (const QString &key : {u"own"_s, u"list"_s, u"other"_s})
-            preferences.setGlobalText(key, u"Dark"_s);
-        QCOMPARE(preferences.text(u"own"_s), u"Light"_s);
-        QCOMPARE(preferences.text(u"list"_s), std::nullopt); // present, but no text
-        QCOMPARE(preferences.text(u"other"_s), u"Dark"_s);
-        preferences.setGlobalText(u"other"_s, std::nullopt);
-        QCOMPARE(preferences.text(u"other"_s), std::nullopt);
     }
 
     void iniFilesHoldAnyText()
@@ -139,7 +123,13 @@ private slots:
 
     void appearanceFollowsThePortal()
     {
-        Preferences preferences(u"/nonexistent/preferences.ini"_s);
+        const QTemporaryDir folder;
+        writeTo(folder.filePath(u"own.ini"_s), "own=Light\nlist=a, b\n");
+        Preferences preferences(folder.filePath(u"own.ini"_s));
+        for (const QString &key : {u"own"_s, u"list"_s})
+            preferences.setGlobalText(key, u"Dark"_s);
+        QCOMPARE(preferences.text(u"own"_s), u"Light"_s);
+        QCOMPARE(preferences.text(u"list"_s), std::nullopt); // present, but no text
         NotificationCenter systemNotices;
         QStringList seen;
         systemNotices.observe(notice::appearanceChanged, this, [&] {

@@ -10,8 +10,7 @@ class Appearance
 public:
     explicit Appearance(bool dark = false) { set(dark); }
     ~Appearance() { set(false); }
-    Appearance(const Appearance &) = delete;
-    Appearance &operator=(const Appearance &) = delete;
+    Q_DISABLE_COPY(Appearance)
 
     void set(bool dark)
     {

@@ -28,8 +28,7 @@ public:
         ::dup2(original, STDOUT_FILENO);
         ::close(original);
     }
-    CapturedOutput(const CapturedOutput &) = delete;
-    CapturedOutput &operator=(const CapturedOutput &) = delete;
+    Q_DISABLE_COPY(CapturedOutput)
 
     /// The lines so far; those read once are not given again.
     QStringList takeLines()

@@ -20,11 +20,10 @@ QSslConfiguration selfSigned(const QTemporaryDir &folder)
 {
     const QString key = folder.filePath(u"key.pem"_s);
     const QString certificate = folder.filePath(u"certificate.pem"_s);
+    const QString command = u"req -x509 -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -days 2 "
+                            "-subj /CN=gateway -addext subjectAltName=IP:127.0.0.1"_s;
     QProcess openssl;
-    openssl.start(u"openssl"_s, {u"req"_s, u"-x509"_s, u"-newkey"_s, u"ec"_s, u"-pkeyopt"_s,
-                                 u"ec_paramgen_curve:prime256v1"_s, u"-nodes"_s, u"-days"_s, u"2"_s,
-                                 u"-subj"_s, u"/CN=gateway"_s, u"-addext"_s, u"subjectAltName=IP:127.0.0.1"_s,
-                                 u"-keyout"_s, key, u"-out"_s, certificate});
+    openssl.start(u"openssl"_s, command.split(u' ') << u"-keyout"_s << key << u"-out"_s << certificate);
     if (!openssl.waitForFinished() || openssl.exitCode() != 0)
         qFatal("openssl: %s", openssl.readAllStandardError().constData());
     QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
@@ -33,14 +32,6 @@ QSslConfiguration selfSigned(const QTemporaryDir &folder)
         {QSslConfiguration::ALPNProtocolHTTP2, QSslConfiguration::NextProtocolHttp1_1});
     tls.setPrivateKey(QSslKey(contentOf(key), QSsl::Ec));
     return tls;
-}
-
-/// The number in the head's Content-Length line.
-qsizetype bodySize(const QByteArray &head)
-{
-    static const QRegularExpression line(u"\\ncontent-length: *(\\d+)"_s,
-                                         QRegularExpression::CaseInsensitiveOption);
-    return line.match(QString::fromLatin1(head)).captured(1).toInt();
 }
 
 } // namespace
@@ -84,8 +75,11 @@ void HttpsServer::listen()
 
 void HttpsServer::receive(QSslSocket &socket, QByteArray &bytes, int connection)
 {
+    static const QRegularExpression length(u"\ncontent-length: *(\\d+)"_s,
+                                           QRegularExpression::CaseInsensitiveOption);
     const qsizetype headSize = bytes.indexOf("\r\n\r\n");
-    if (headSize < 0 || bytes.size() < headSize + 4 + bodySize(bytes.first(headSize)))
+    const auto found = length.match(QString::fromLatin1(bytes.first(qMax(headSize, 0))));
+    if (headSize < 0 || bytes.size() < headSize + 4 + found.captured(1).toInt())
         return;
     const Request request{bytes.first(headSize), bytes.sliced(headSize + 4), connection};
     bytes.clear(); // clients wait for the answer before they send more

@@ -1,5 +1,7 @@
 #include "support/PostgresServer.h"
 
+#include "support/ScratchHome.h"
+
 #include <QDir>
 #include <QStandardPaths>
 #include <QTcpServer>
@@ -54,17 +56,15 @@ PostgresServer::PostgresServer()
     if (const passwd *user = ::geteuid() == 0 ? ::getpwnam("postgres") : nullptr)
         if (::chown(folder.path().toUtf8().constData(), user->pw_uid, user->pw_gid) != 0)
             qFatal("the server's folder cannot be given to it");
-    QFile password(folder.filePath(u"password"_s));
-    if (!password.open(QIODevice::WriteOnly) || password.write("admin") < 0)
-        qFatal("%s", qPrintable(password.errorString()));
-    password.setPermissions(QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther);
-    password.close();
+    const QString password = folder.filePath(u"password"_s);
+    writeTo(password, "admin");
+    QFile::setPermissions(password, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther);
     QProcess initialisation;
     runUnprivileged(initialisation);
     initialisation.start(toolPath(u"initdb"_s),
                          {u"--pgdata="_s + folder.filePath(u"data"_s), u"--username=admin"_s,
-                          u"--auth=scram-sha-256"_s, u"--pwfile="_s + password.fileName(),
-                          u"--encoding=UTF8"_s, u"--locale=C"_s, u"--no-sync"_s});
+                          u"--auth=scram-sha-256"_s, u"--pwfile="_s + password, u"--encoding=UTF8"_s,
+                          u"--locale=C"_s, u"--no-sync"_s});
     if (!initialisation.waitForFinished() || initialisation.exitCode() != 0)
         qFatal("initdb: %s", initialisation.readAllStandardError().constData());
     start();
@@ -97,24 +97,14 @@ void PostgresServer::stop()
     server.waitForFinished();
 }
 
-QString PostgresServer::psql(const QString &role, const QStringList &arguments) const
+QString PostgresServer::run(const QString &role, const QString &sql) const
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(toolPath(u"psql"_s),
-                  QStringList{u"-XqtAw"_s, u"--dbname="_s + url(role) + u"?password="_s + role} + arguments);
+                  {u"-XqtAw"_s, u"--dbname="_s + url(role) + u"?password="_s + role, u"--command="_s + sql});
     process.waitForFinished();
     return QString::fromUtf8(process.readAll()).trimmed();
-}
-
-QString PostgresServer::run(const QString &role, const QString &sql) const
-{
-    return psql(role, {u"--command="_s + sql});
-}
-
-QString PostgresServer::runFile(const QString &role, const QString &path) const
-{
-    return psql(role, {u"--set=ON_ERROR_STOP=1"_s, u"--file="_s + path});
 }
 
 QString PostgresServer::url(const QString &role) const

@@ -16,13 +16,10 @@ public:
     void stop();
     /// Runs the statements as this role; what they print, or the error.
     QString run(const QString &role, const QString &sql) const;
-    QString runFile(const QString &role, const QString &path) const;
     /// The address of its database for a role.
     QString url(const QString &role) const;
 
 private:
-    QString psql(const QString &role, const QStringList &arguments) const;
-
     QTemporaryDir folder;
     QProcess server;
     int serverPort = 0;

@@ -36,6 +36,14 @@ inline task sampleTask(const QString &key, const QString &name)
             .endMin = 1};
 }
 
+inline QStringList namesOf(const TaskList &tasks)
+{
+    QStringList names;
+    for (const SharedTask &entry : tasks)
+        names.append(entry->name);
+    return names;
+}
+
 /// Whether all that is in the two tasks is equal, and not only their keys.
 inline bool haveEqualFields(const task &a, const task &b)
 {

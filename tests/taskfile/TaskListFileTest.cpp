@@ -1,16 +1,14 @@
 #include "taskfile/TaskListFile.h"
 #include "model/TaskManager.h"
 #include "support/Appearance.h"
-#include "support/CapturedOutput.h"
 #include "support/FullDisk.h"
-#include "support/ScratchHome.h"
 #include "support/Tasks.h"
 #include "support/TestProgram.h"
 
 #include <QDir>
 #include <QTemporaryDir>
 
-#include <memory>
+#include <functional>
 #include <random>
 #include <sys/stat.h>
 
@@ -52,9 +50,6 @@ private slots:
         }
         load(fenceRow + '\n' + fenceRow + "\r\n"); // rows that an editor has put on lines of their own
         QCOMPARE(written(), fenceRow + fenceRow);
-        QVERIFY(QFile::remove(filePath()));
-        QCOMPARE(file->readFile(), QString());
-        QVERIFY(file->writeFile() && QFile::exists(filePath()));
     }
 
     void realNumbers()
@@ -64,27 +59,25 @@ private slots:
                         "1234567890123456.0 1e+16 -0.25 nan -inf")
                  .split(' ')) {
             init();
-            const double number = text.toDouble();
-            manager->addTask({.color = {.red = number}});
-            QCOMPARE(written().split('|')[3], std::isfinite(number) ? text : "0.0");
+            const QByteArray expected = std::isfinite(text.toDouble()) ? text : "0.0";
+            manager->addTask({.color = {.red = text.toDouble()}});
+            QCOMPARE(written().split('|')[3], expected);
             reopen();
-            QCOMPARE(firstTask().color.red, std::isfinite(number) ? number : 0.0);
+            QCOMPARE(firstTask().color.red, expected.toDouble());
         }
     }
 
     void dates()
     {
         const int year = QDate::currentDate().year();
-        const QString firstDay = u"1/1/%1 %2-01-01 1/1/%1"_s;
-        const auto shortYear = [](int wanted) {
-            return QString::number(wanted).last(2);
+        const auto firstDay = [](int ofWhich, int digits) {
+            return u"1/1/%1 %2-01-01 1/1/%1"_s.arg(QString::number(ofWhich).last(digits)).arg(ofWhich);
         };
         for (const QString &textDayWritten :
              {u"03/07/24 2024-03-07 3/7/24"_s, u"2/29/24 2024-02-29 2/29/24"_s,
-              u"1/1/2024 2024-01-01 1/1/24"_s, u"1/2/0050 0050-01-02 1/2/0050"_s,
-              firstDay.arg(shortYear(year - 80)).arg(year - 80),
-              firstDay.arg(shortYear(year + 19)).arg(year + 19), firstDay.arg(year + 20).arg(year + 20),
-              u"1/2/-0044 -0044-01-02 1/2/-0044"_s, u"1/2/12024 12024-01-02 1/2/12024"_s}) {
+              u"1/1/2024 2024-01-01 1/1/24"_s, u"1/2/0050 0050-01-02 1/2/0050"_s, firstDay(year - 80, 2),
+              firstDay(year + 19, 2), firstDay(year + 20, 4), u"1/2/-0044 -0044-01-02 1/2/-0044"_s,
+              u"1/2/12024 12024-01-02 1/2/12024"_s}) {
             const QStringList parts = textDayWritten.split(u' ');
             load(parts[0].toUtf8() + fenceRow.sliced(6));
             QCOMPARE(manager->tasks().size(), 1);
@@ -115,12 +108,9 @@ private slots:
                 text += bits[number(int(bits.size()))];
             return text;
         };
-        const auto real = [&] {
-            return double(random()) / double(std::mt19937::max());
-        };
         for (int i = 0; i < 500; ++i)
             manager->addTask(task(made() + QString::number(i % 100), startOf(int(1990 + number(50)), 5, 28),
-                                  made(), made(), made(), made(), Color(real(), real(), real(), real()),
+                                  made(), made(), made(), made(), Color(0.1 * i, 1.0 / (i + 3), i, 1e-5 * i),
                                   startOf(int(1900 + number(300)), 11, 3), number(4) - 1, number(5) - 1,
                                   made(), made(), number(2) == 1, number(24), number(60), number(24),
                                   number(60)));
@@ -132,27 +122,18 @@ private slots:
             QVERIFY(haveEqualFields(*manager->tasks()[i], *before[i]));
         QCOMPARE(written(), text);
         // Whatever is done to the list, it is written as by one that is written for the first time.
+        const std::function<void()> changes[] = {
+            [&] { manager->deleteSelectedTask(); },
+            [&] { manager->cloneSelectedTask(); },
+            [&] { manager->moveSelectedTask(number(2) == 1); },
+            [&] { manager->hideSelectedTask(); },
+            [&] { manager->invertColors(); },
+            [&] {
+                manager->sortByColumn({.key = number(2) == 1 ? u"name"_s : u"date"_s, .ascending = true});
+            }};
         for (int i = 0; i < 200; ++i) {
             manager->select(number(int(manager->tasks().size())));
-            switch (number(6)) {
-            case 0:
-                manager->deleteSelectedTask();
-                break;
-            case 1:
-                manager->cloneSelectedTask();
-                break;
-            case 2:
-                manager->moveSelectedTask(number(2) == 1);
-                break;
-            case 3:
-                manager->hideSelectedTask();
-                break;
-            case 4:
-                manager->invertColors();
-                break;
-            default:
-                manager->sortByColumn({.key = number(2) == 1 ? u"name"_s : u"date"_s, .ascending = true});
-            }
+            changes[number(6)]();
             QCOMPARE(written(), TaskListFile(*manager, QString(), QString()).text());
         }
     }
@@ -198,10 +179,7 @@ private slots:
             QVERIFY(isLink || QFile::remove(filePath()));
             writeTo(isLink ? real : filePath(), QByteArray(fenceRow).replace("3F", "4F") + fenceRow);
             QVERIFY(file->followFile() && file->isSaved());
-            QStringList names;
-            for (const SharedTask &entry : manager->tasks())
-                names.append(entry->name);
-            QCOMPARE(names, QStringList({u"Paint fence"_s, u"changed"_s, u"new"_s}));
+            QCOMPARE(namesOf(manager->tasks()), QStringList({u"Paint fence"_s, u"changed"_s, u"new"_s}));
             QCOMPARE(contentOf(filePath()).count('^'), 3);
             const QByteArrayList copies = copiesIn(home->filePath(u"Documents"_s)); // of what was replaced
             QVERIFY(copies.size() == 1 && copies[0].count("Paint fence") == 2);
@@ -291,23 +269,22 @@ private slots:
         add(u"pond"_s);
         manager->selectTaskByKey(u"3"_s);
         std::mt19937 random(7);
-        for (int step = 0; step < 300; ++step) {
-            const unsigned happens = unsigned(random() % 6);
-            if (happens == 0) {
-                manager->startSearch(u"POND"_s);
-            } else if (happens == 1) {
-                manager->endSearch();
-            } else if (happens == 2) {
-                QFile::remove(filePath());
-            } else if (happens == 3) {
-                const bool isFull = random() % 2 == 0;
-                const FullDisk disk(isFull ? 10 : 1'000'000);
-                QCOMPARE(add(u"fence"_s), !isFull);
-            } else {
-                isDark = random() % 2 == 0;
-                appearance.set(isDark);
+        const std::function<void()> happenings[] = {
+            [&] { manager->startSearch(u"POND"_s); },
+            [&] { manager->endSearch(); },
+            [&] { QFile::remove(filePath()); },
+            [&] { QVERIFY(add(u"fence"_s)); },
+            [&] {
+                const FullDisk full(10);
+                QVERIFY(!add(u"fence"_s));
+            },
+            [&] {
+                appearance.set(isDark = random() % 2 == 0);
                 file->followAppearance();
-            }
+            },
+        };
+        for (int step = 0; step < 300; ++step) {
+            happenings[random() % std::size(happenings)]();
             QCOMPARE(manager->workingList().size(), count);
             QCOMPARE(manager->tasks().size(), manager->isSearching() ? 2 : count);
             for (const TaskList *list : {&manager->tasks(), &manager->workingList()})

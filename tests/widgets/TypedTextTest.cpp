@@ -52,12 +52,8 @@ private slots:
         const QDate first(QDate::currentDate().year() - 80, 1, 1); // that two digits mean
         const QDate last = first.addYears(100).addDays(-1);
         for (const auto &[locale, text, day] :
-             {Case("de_DE", u"24.12.26"_s, u"2026-12-24"_s), Case("de_DE", u" 1.7. "_s, u"2026-07-01"_s),
-              Case("de_DE", u"24/12/2026"_s, u"2026-12-24"_s),
-              Case("en_GB", u"31/05/2027"_s, u"2027-05-31"_s),
-              Case("hr_HR", u"24. 12. 2026."_s, u"2026-12-24"_s),
-              Case("hu_HU", u"26.12.24"_s, u"2026-12-24"_s), Case("ar_EG", u"٢٤/١٢/٢٠٢٦"_s, u"2026-12-24"_s),
-              Case("en_US", u"12/24/26"_s, u"2026-12-24"_s),
+             {Case("de_DE", u" 1.7. "_s, u"2026-07-01"_s), Case("de_DE", u"24/12/2026"_s, u"2026-12-24"_s),
+              Case("hu_HU", u"26.12.24"_s, u"2026-12-24"_s),
               Case("en_US", first.toString(u"M/d/yy"), first.toString(Qt::ISODate)),
               Case("en_US", last.toString(u"M/d/yy"), last.toString(Qt::ISODate)),
               // Without a year, the nearer one.
@@ -76,12 +72,10 @@ private slots:
         for (const auto &[text, time] : {std::pair(u"9"_s, u"9:00"_s),
                                          {u"930"_s, u"9:30"_s},
                                          {u"1445"_s, u"14:45"_s},
-                                         {u"9:30"_s, u"9:30"_s},
                                          {u"2:45 pm"_s, u"14:45"_s},
                                          {u"2.45 P.M."_s, u"14:45"_s},
                                          {u"12am"_s, u"0:00"_s},
                                          {u"12 pm"_s, u"12:00"_s},
-                                         {u"14:45"_s, u"14:45"_s},
                                          {u"9h30"_s, u"9:30"_s},
                                          {u"13:00 am"_s, u"none"_s},
                                          {u"24:00"_s, u"none"_s},

@@ -1,5 +1,4 @@
 #include "support/Dialogs.h"
-#include "support/ScratchHome.h"
 #include "support/TestProgram.h"
 #include "widgets/ColorWell.h"
 #include "widgets/DatePicker.h"
