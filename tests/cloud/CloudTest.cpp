@@ -444,17 +444,19 @@ private slots:
         for (const SharedTask &entry : manager.tasks())
             QVERIFY(entry->name == u'n' + entry->key && !entry->hidden);
 
-        // The desktop turns dark, and the window reads its file, which is empty.
-        program.fill({});
-        CloudMerge mergeIntoDark(manager, records);
-        QVERIFY(mergeIntoDark.mergeSome({}));
-        const Appearance dark(true);
-        program.fill({});
-        while (mergeIntoDark.mergeSome({}))
-            continue;
-        QCOMPARE(manager.tasks().size(), 200);
-        for (const SharedTask &entry : manager.tasks())
-            QCOMPARE(entry->color.red, 0.0);
+        // The window reads its file, which is empty, anew; the second time since the desktop has turned dark.
+        for (const bool isDark : {false, true}) {
+            program.fill({});
+            CloudMerge again(manager, records);
+            QVERIFY(again.mergeSome({}));
+            const Appearance appearance(isDark);
+            program.fill({});
+            while (again.mergeSome({}))
+                continue;
+            QCOMPARE(manager.tasks().size(), 200);
+            for (const SharedTask &entry : manager.tasks())
+                QCOMPARE(entry->color.red, isDark ? 0.0 : 1.0);
+        }
     }
 
     void everyRequestIsAnsweredWhoeverGoesFirst()

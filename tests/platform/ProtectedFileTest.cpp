@@ -217,6 +217,14 @@ private slots:
             QCOMPARE(::rename(qPrintable(scene.aside), qPrintable(scene.path)), 0);
             QTRY_VERIFY(!changed.isEmpty());
         }
+        const QString folder = QFileInfo(scene.path).path();
+        QVERIFY(QDir().rename(folder, folder + u".old"_s));
+        changed.clear();
+        writeTo(scene.path, "in a folder of the same name");
+        QTRY_VERIFY(!changed.isEmpty());
+        changed.clear();
+        writeTo(scene.path, "again");
+        QTRY_VERIFY(!changed.isEmpty());
     }
 };
 

@@ -148,9 +148,12 @@ private slots:
         QVERIFY(file->followFile() && !file->followFile());
         QCOMPARE(manager->tasks().size(), 2);
         QCOMPARE(firstTask().teamMember, u"Bert"_s);
-        writeTo(filePath(), {}); // as when it is about to be written
-        QVERIFY(!file->followFile());
-        QCOMPARE(manager->tasks().size(), 2);
+        for (const QByteArray &unfinished : {QByteArray(), others.chopped(30)}) {
+            writeTo(filePath(), unfinished); // by whoever is not done yet
+            QVERIFY(!file->followFile());
+            file->followAppearance();
+            QCOMPARE(manager->tasks().size(), 2);
+        }
         writeTo(filePath(), others);
         {
             const FullDisk full(10);

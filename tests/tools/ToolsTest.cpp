@@ -122,6 +122,11 @@ private slots:
         QCOMPARE(contentOf(notesPath()), "before and later");
         QCOMPARE(text.toPlainText(), u"before and later"_s);
         QCOMPARE(text.textCursor().position(), 7);
+        for (const QByteArray &noText : {QByteArray("\xff\xfe"), QByteArray("before and later")}) {
+            writeTo(notesPath(), noText);
+            notes->tick(nullptr);
+            QCOMPARE(contentOf(notesPath()), noText);
+        }
         text.insertPlainText(u"now "_s);
         writeTo(notesPath(), "from elsewhere");
         notes->tick(nullptr);
@@ -133,9 +138,23 @@ private slots:
         drag({{100, 100}, {200, 100}});
         const QByteArray first = contentOf(picturePath());
         drag({{100, 200}, {200, 200}});
+        writeTo(picturePath(), first.first(100));
+        QVERIFY(whiteboard->savePicture());
+        QCOMPARE(contentOf(picturePath()).size(), 100);
         writeTo(picturePath(), first);
         whiteboard->close();
         QCOMPARE(contentOf(picturePath()), first);
+
+        // A disk that is not mounted: nothing is made in its place, and what is there later is shown.
+        QVERIFY(QFile::remove(notesPath()) && QFile::link(folder->filePath(u"disk/notes"_s), notesPath()));
+        const QPlainTextEdit &away = openNotes();
+        notes->tick(nullptr);
+        QVERIFY(toldIn(*notes).contains(u" cannot be read: "));
+        writeTo(folder->filePath(u"disk/notes"_s), "on the disk");
+        notes->tick(nullptr);
+        notes->close();
+        QCOMPARE(away.toPlainText(), u"on the disk"_s);
+        QCOMPARE(contentOf(notesPath()), "on the disk");
     }
 
     void notesAreSavedByOneTimerWhileShown()
