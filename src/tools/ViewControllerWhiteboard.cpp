@@ -183,6 +183,7 @@ bool ViewControllerWhiteboard::followFile()
     const QImage picture = QImage::fromData(fileManager->read().value_or(QByteArray()), "PNG");
     if (picture.isNull()) {
         fileManager->keepCopy(); // whoever writes it may not be done
+        isFiled = false;         // so that closing tells of the copy
         return true;
     }
     clearBoard();
