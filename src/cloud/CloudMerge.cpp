@@ -4,6 +4,8 @@
 #include "model/TaskManager.h"
 #include "platform/Diagnostics.h"
 
+using namespace Qt::StringLiterals;
+
 CloudMerge::CloudMerge(TaskManager &taskManager, std::vector<CloudRecord> fetched)
     : manager(taskManager)
     , records(std::move(fetched))
@@ -22,13 +24,17 @@ bool CloudMerge::mergeSome(const QSet<QString> &deletedKeys)
     if (next == 0 || manager.changeCount() != seenChanges)
         findKeys();
     const qint64 chosen = manager.selected();
+    manager.history().gather();
     for (const size_t end = std::min(next + some, records.size()); next < end; ++next)
         if (const task fetched = taskOfRecord(records[next], manager.blankTask());
             !deletedKeys.contains(fetched.key))
             merge(fetched);
+    manager.history().pause();
     seenChanges = manager.changeCount();
-    if (next == records.size())
+    if (next == records.size()) {
+        manager.history().endGathering(manager.workingList(), u"Update from Cloud"_s);
         return false;
+    }
     manager.select(chosen); // until all is merged the user goes on with the task of their choice
     return true;
 }

@@ -159,20 +159,29 @@ bool CloudSync::syncAllToCloud()
 
 bool CloudSync::deleteTaskFromCloud(const QString &key)
 {
-    using Records = std::vector<CloudRecord>;
     unansweredDeletes.insert(key);
     if (currentTransfer)
         currentTransfer->deletedKeys.insert(key);
     const auto errand = std::make_shared<CloudErrand>();
     errand->whenOver = [this, key](const CloudErrand &over) {
         tellOfDelete(key, over);
+        endTurn(key);
     };
+    inTurn(key, [this, key, errand] { deleteTask(key, errand); });
+    return errand->saved;
+}
+
+void CloudSync::deleteTask(const QString &key, const SharedErrand &errand)
+{
+    using Records = std::vector<CloudRecord>;
     checkCloudAccount(errand);
-    const auto remove = [this, errand](const CloudAnswer<Records> &answer) {
+    const auto remove = [this, key, errand](const CloudAnswer<Records> &answer) {
         if (!errand->take(answer))
             return;
         const auto &records = std::get<Records>(answer);
         errand->saved = errand->saved && !records.empty();
+        if (!records.empty())
+            removedRecords.insert(key);
         for (const CloudRecord &record : records)
             container.privateCloudDatabase().deleteRecord(
                 record.recordID(),
@@ -181,7 +190,47 @@ bool CloudSync::deleteTaskFromCloud(const QString &key)
     };
     container.privateCloudDatabase().performQuery({taskRecordType().name, key}, errand->stop,
                                                   onMainThread<Records>(errand, remove));
-    return errand->saved;
+}
+
+void CloudSync::restoreTaskInCloud(const SharedTask &entry)
+{
+    const auto errand = std::make_shared<CloudErrand>();
+    errand->whenOver = [this, key = entry->key](const CloudErrand &over) {
+        if (over.error) {
+            removedRecords.insert(key);
+            tellProblem(u"A task that was brought back here is not in the cloud again, since %1."_s.arg(
+                over.error->plainWords()));
+        }
+        endTurn(key);
+    };
+    inTurn(entry->key, [this, entry, errand] {
+        unansweredDeletes.remove(entry->key); // of one that was still waiting, too
+        if (!removedRecords.remove(entry->key)) {
+            endTurn(entry->key);
+            return;
+        }
+        if (currentTransfer)
+            currentTransfer->deletedKeys.remove(entry->key);
+        editTask(entry, errand);
+    });
+}
+
+/// Begins what is to be done with the task's record as soon as nothing is under way for it; what else was
+/// waiting for that is no longer wanted.
+void CloudSync::inTurn(const QString &key, const std::function<void()> &begin)
+{
+    if (turns.contains(key)) {
+        turns[key] = begin;
+        return;
+    }
+    turns.insert(key, nullptr);
+    begin();
+}
+
+void CloudSync::endTurn(const QString &key)
+{
+    if (const std::function<void()> next = turns.take(key))
+        inTurn(key, next);
 }
 
 bool CloudSync::updateFromCloud()
@@ -214,91 +263,12 @@ bool CloudSync::updateFromCloud()
     return errand->saved;
 }
 
-void CloudSync::goOnMerging(const std::shared_ptr<CloudMerge> &merge, const SharedErrand &errand)
-{
-    const bool isMore = merge->mergeSome(currentTransfer->deletedKeys);
-    currentTransfer->done = merge->merged();
-    if (isMore) {
-        emit transferProgressed();
-        mainThread->post([this, merge, errand] { goOnMerging(merge, errand); });
-        return;
-    }
-    notices.post(notice::reload);
-    if (errand->saved) {
-        manager.lastMessage = u"----iCloud:Update Complete!----"_s;
-        isProblemTold = false;
-    }
-    notices.post(notice::update);
-    errand->settle();
-}
-
-void CloudSync::beginTransfer(CloudTransfer::Direction direction, qint64 tasks)
-{
-    currentTransfer = CloudTransfer{.direction = direction, .tasks = tasks, .deletedKeys = unansweredDeletes};
-    emit transferProgressed();
-}
-
-CloudSync::SharedErrand CloudSync::errandOfTransfer(std::function<void(const CloudErrand &)> whenOver) const
-{
-    return std::make_shared<CloudErrand>(
-        CloudErrand{.stop = currentTransfer->stop.get_token(), .whenOver = std::move(whenOver)});
-}
-
-void CloudSync::stopTransfer()
-{
-    if (currentTransfer && currentTransfer->canBeStopped())
-        currentTransfer->stop.request_stop();
-}
-
-/// What counts is whether the task is in the cloud: the account's state may have changed since.
-void CloudSync::noteCopied(const QString &key, const CloudErrand &errand)
-{
-    if (errand.error)
-        ++currentTransfer->failed;
-    else if (currentTransfer->deletedKeys.contains(key))
-        --currentTransfer->tasks;
-    else
-        ++currentTransfer->done;
-    noteOutcome(errand);
-    if (currentTransfer->done + currentTransfer->failed == currentTransfer->tasks)
-        endTransfer();
-}
-
-void CloudSync::noteOutcome(const CloudErrand &errand)
-{
-    currentTransfer->hasAccount &= errand.hasAccount;
-    if (!currentTransfer->error)
-        currentTransfer->error = errand.error;
-    currentTransfer->hasSucceeded = errand.saved;
-    emit transferProgressed();
-}
-
-void CloudSync::endTransfer()
-{
-    CloudTransfer ended = *std::exchange(currentTransfer, std::nullopt);
-    if (ended.direction == CloudTransfer::Direction::ToCloud)
-        ended.hasSucceeded = ended.failed == 0;
-    QStringList told{ended.outcome(), ended.deleteProblem};
-    told.removeAll(QString());
-    if (!told.isEmpty() && !ended.isEmptyFetch()) {
-        if (!ended.hasAccount)
-            told.prepend(manager.lastMessage);
-        tell(told.join(u' '));
-    }
-    isProblemTold = !ended.deleteProblem.isEmpty() || (!ended.hasSucceeded && !ended.stop.stop_requested());
-    emit transferEnded(ended);
-}
-
 void CloudSync::tellOfDelete(const QString &key, const CloudErrand &errand)
 {
     unansweredDeletes.remove(key);
     if (errand.error && (errand.hasAccount || !errand.error->isOfAccount())) {
-        const QString problem = u"A task that was deleted here is still in the cloud, since %1."_s.arg(
-            errand.error->plainWords());
-        tell(problem);
-        isProblemTold = true;
-        if (currentTransfer)
-            currentTransfer->deleteProblem = problem;
+        tellProblem(u"A task that was deleted here is still in the cloud, since %1."_s.arg(
+            errand.error->plainWords()));
     } else if (!errand.error && errand.hasAccount && isProblemTold) {
         tell({});
     }
@@ -309,4 +279,13 @@ void CloudSync::tell(const QString &message)
     manager.lastMessage = message;
     isProblemTold = false;
     notices.post(notice::update);
+}
+
+/// Tells of something that failed beside a transfer, and again when that ends.
+void CloudSync::tellProblem(const QString &problem)
+{
+    tell(problem);
+    isProblemTold = true;
+    if (currentTransfer)
+        currentTransfer->deleteProblem = problem;
 }

@@ -3,6 +3,7 @@
 #include "cloud/CloudTransfer.h"
 #include "model/task.h"
 
+#include <QHash>
 #include <QObject>
 
 #include <chrono>
@@ -39,6 +40,8 @@ public:
     bool saveTaskToCloud(const SharedTask &entry);
     /// Deletes every record that has the key.
     bool deleteTaskFromCloud(const QString &key);
+    /// Puts a task's record back if deleting the task has removed one, once that is known.
+    void restoreTaskInCloud(const SharedTask &entry);
     /// Fetches all records and merges them into the list: the cloud's values win, and nothing local is
     /// removed.
     bool updateFromCloud();
@@ -64,6 +67,9 @@ private:
     void reportAccount(CloudAccount account, const SharedErrand &errand);
     bool saveTask(const SharedTask &entry, const SharedErrand &errand);
     bool editTask(const SharedTask &entry, const SharedErrand &errand);
+    void deleteTask(const QString &key, const SharedErrand &errand);
+    void inTurn(const QString &key, const std::function<void()> &begin);
+    void endTurn(const QString &key);
     void saveRecord(const CloudRecord &record, const SharedErrand &errand);
     /// Merges a few records, and the others in later turns of the event loop, then tells of the outcome.
     void goOnMerging(const std::shared_ptr<CloudMerge> &merge, const SharedErrand &errand);
@@ -74,6 +80,7 @@ private:
     void noteOutcome(const CloudErrand &errand);
     void endTransfer();
     void tellOfDelete(const QString &key, const CloudErrand &errand);
+    void tellProblem(const QString &problem);
     void tell(const QString &message);
 
     /// What the cloud may call on any thread and at any time: it has the main thread call the handler, unless
@@ -86,6 +93,8 @@ private:
     CloudContainer &container;
     std::optional<CloudTransfer> currentTransfer;
     QSet<QString> unansweredDeletes;             ///< by their keys
+    QSet<QString> removedRecords;                ///< by the keys of their tasks, which were deleted
+    QHash<QString, std::function<void()>> turns; ///< what waits for what is under way for the task of a key
     bool isProblemTold = false;                  ///< by the manager's message, until something succeeds
     std::unique_ptr<MainThreadQueue> mainThread; ///< last: no handler runs when the rest is gone
 };

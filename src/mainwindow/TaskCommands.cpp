@@ -2,6 +2,8 @@
 
 #include "ui_ViewController.h"
 
+#include <QUndoStack>
+
 using namespace Qt::StringLiterals;
 
 TaskCommands::TaskCommands(Ui::ViewController &window)
@@ -33,6 +35,20 @@ void TaskCommands::enable()
          {ui.actionEdit, ui.actionDelete, ui.actionHide, ui.actionShare, ui.actionClose, ui.actionClone})
         action->setEnabled(true);
     ui.shareButton->setEnabled(true);
+}
+
+void TaskCommands::follow(const QUndoStack &steps)
+{
+    const auto show = [](QAction &command, const QString &verb, bool isPossible, QString step) {
+        command.setEnabled(isPossible);
+        command.setText(isPossible ? verb + u' ' + step.replace(u'&', u"&&"_s) : verb);
+    };
+    const auto showSteps = [this, show, &steps] {
+        show(*ui.actionUndo, u"&Undo"_s, steps.canUndo(), steps.undoText());
+        show(*ui.actionRedo, u"&Redo"_s, steps.canRedo(), steps.redoText());
+    };
+    QObject::connect(&steps, &QUndoStack::indexChanged, ui.actionUndo, showSteps);
+    showSteps();
 }
 
 void TaskCommands::showHideState(bool hidden)

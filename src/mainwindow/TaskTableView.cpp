@@ -57,6 +57,18 @@ void TaskTableView::selectRowOfKey(const QString &key)
         selectRow(row);
 }
 
+bool TaskTableView::selectFirstOf(const QStringList &keys)
+{
+    const QSet<QString> wanted(keys.begin(), keys.end());
+    for (int row = 0; row < table->rowCount() && !wanted.isEmpty(); ++row)
+        if (const QString key = table->keyOfRow(row); wanted.contains(key)) {
+            selectRow(row);
+            pointOut(key);
+            return true;
+        }
+    return false;
+}
+
 void TaskTableView::pointOut(const QString &key)
 {
     constexpr std::chrono::milliseconds moment(1500);

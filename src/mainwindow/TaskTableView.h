@@ -27,6 +27,8 @@ public:
     QString keyOfSelectedRow() const;
     /// Selects just the row that shows this key, if there is one.
     void selectRowOfKey(const QString &key);
+    /// Selects and points out the first row that shows one of these keys; false when there is none.
+    bool selectFirstOf(const QStringList &keys);
     /// Scrolls to the row that shows this key, if there is one, and marks it for a moment.
     void pointOut(const QString &key);
 

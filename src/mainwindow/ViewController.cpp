@@ -75,6 +75,8 @@ void ViewController::connectActions()
     onTrigger(ui->actionCopyToCloud, &ViewController::UpdateToCloud);
     onTrigger(ui->actionUpdateFromCloud, &ViewController::UpdateFromCoud);
     onTrigger(ui->actionShare, &ViewController::sharingTask);
+    onTrigger(ui->actionUndo, &ViewController::undo);
+    onTrigger(ui->actionRedo, &ViewController::redo);
     onTrigger(ui->actionGuide, &ViewController::addEnhancement);
     if (!GuideProgram::isInstalled()) {
         ui->actionGuide->setText(u"Guide (not installed)"_s);
@@ -121,6 +123,8 @@ void ViewController::viewDidLoad()
     header->setSortIndicator(keptState.isOrderedByHand() ? -1 : int(TaskColumn::Date), Qt::AscendingOrder);
     if (!keptState.isOrderedByHand())
         manager.sortByColumn({.key = infoOf(TaskColumn::Date).sortKey, .ascending = true});
+    manager.history().clear(); // the list as it was found
+    taskCommands.follow(manager.history().steps());
     reloadTable();
     taskCommands.disable();
     ui->tblView->setFocus();
@@ -182,103 +186,11 @@ void ViewController::windowShouldClose()
     QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
 }
 
-void ViewController::tableViewSelectionDidChange()
-{
-    diagnostics::line("Selection changed");
-    const int row = ui->tblView->selectedRow();
-    diagnostics::line("Selected Row:", row);
-    if (row < 0)
-        return;
-    const QString key = table.keyOfRow(row);
-    diagnostics::line(key);
-    const qint64 index = manager.selectTaskByKey(key);
-    diagnostics::line("Index:", index);
-    const bool hidden = manager.isSelectedTaskHidden();
-    diagnostics::line("Hidden:", hidden);
-    taskCommands.showHideState(hidden);
-    if (index < 0)
-        taskCommands.disable();
-    else
-        taskCommands.enable();
-    diagnostics::line("Row:", row);
-}
-
-void ViewController::sortDescriptorsDidChange()
-{
-    const QHeaderView *header = ui->tblView->horizontalHeader();
-    const int section = header->sortIndicatorSection();
-    if (section < 0 || section >= table.columnCount())
-        return;
-    const SortDescriptor descriptor{.key = taskColumns()[section].sortKey,
-                                    .ascending = header->sortIndicatorOrder() == Qt::AscendingOrder};
-    diagnostics::line("Sorting:", descriptor);
-    const QString selectedKey = manager.selectedTask().key;
-    const QString shownKey = ui->tblView->keyOfSelectedRow();
-    manager.sortByColumn(descriptor);
-    if (manager.selected() >= 0)
-        manager.selectTaskByKey(selectedKey); // the same task, at its new place
-    reloadTable();
-    ui->tblView->selectRowOfKey(shownKey);
-    keptState.saveOrder(*header);
-}
-
-void ViewController::ChangeView(QObject *)
-{
-    const int position = ui->viewSelection->currentIndex();
-    diagnostics::line("Change View", position);
-    taskCommands.disable();
-    manager.refreshSearch();
-    reloadTable();
-}
-
-void ViewController::chooseView(int position)
-{
-    ui->viewSelection->setCurrentIndex(position);
-    ChangeView(ui->viewSelection);
-}
-
-void ViewController::search(QObject *)
-{
-    const QString text = ui->searchField->text();
-    const QString shownKey = ui->tblView->keyOfSelectedRow();
-    if (text.isEmpty())
-        manager.endSearch();
-    else
-        manager.startSearch(text);
-    reloadTable();
-    ui->tblView->selectRowOfKey(shownKey);
-    if (!text.isEmpty() && ui->tblView->selectedRow() < 0)
-        ui->tblView->scrollToTop(); // where the first hit is
-}
-
-void ViewController::reloadTableData()
-{
-    manager.refreshSearch();
-    reloadTable();
-    taskCommands.disable();
-    writeList();
-}
-
 void ViewController::writeList()
 {
+    manager.endStep();
     taskListFile.writeFile();
     fileBanners.tell();
-}
-
-/// Brings the view that depends on the day up to date; what is selected in it stays selected.
-void ViewController::showToday()
-{
-    if (ui->viewSelection->currentIndex() == int(TaskView::DueToday))
-        showListAgain();
-}
-
-void ViewController::showListAgain()
-{
-    const QString shownKey = ui->tblView->keyOfSelectedRow();
-    reloadTable();
-    ui->tblView->selectRowOfKey(shownKey);
-    if (ui->tblView->selectedRow() < 0 && manager.selected() < 0)
-        taskCommands.disable();
 }
 
 void ViewController::updateComplete()
@@ -290,14 +202,8 @@ void ViewController::interfaceModeChangedWithSender(QObject *)
 {
     diagnostics::line("Dark mode change");
     taskListFile.followAppearance();
+    showOrder();
     taskCommands.disable();
     reloadTable();
     fileBanners.tell();
-}
-
-void ViewController::reloadTable()
-{
-    const int view = ui->viewSelection->currentIndex();
-    ui->tblView->reloadData(view);
-    ui->menuView->actions().at(view)->setChecked(true);
 }

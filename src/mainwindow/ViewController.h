@@ -11,12 +11,14 @@
 #include <QMainWindow>
 
 #include <memory>
+#include <optional>
 
 class CloudSync;
 class NotificationCenter;
 class QAction;
 class Screens;
 class TaskManager;
+struct TaskStep;
 
 namespace Ui {
 class ViewController;
@@ -53,6 +55,8 @@ public slots:
     void closeTask(QObject *sender);
     void btnDeleteTask_ClickWithSender(QObject *sender);
     void sharingTask(QObject *sender);
+    void undo(QObject *sender);
+    void redo(QObject *sender);
     /// A double click on the table, on a row or below the rows.
     void doubleClickTable(QObject *sender);
     void UpdateToCloud(QObject *sender);
@@ -83,6 +87,8 @@ private:
     void showListAgain();
 
     void chooseView(int position);
+    void showOrder();
+    void showStep(const std::optional<TaskStep> &step);
     void moveTask(bool up, const QString &wrongViewMessage);
     void reloadTable();
     void writeList();

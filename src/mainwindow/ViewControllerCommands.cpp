@@ -8,6 +8,8 @@
 #include "ui_ViewController.h"
 #include "widgets/Alert.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 // What the buttons and menu entries of the main window do with the selected task and with the list.
@@ -50,7 +52,7 @@ void ViewController::moveTask(bool up, const QString &wrongViewMessage)
     const qint64 before = manager.changeCount();
     manager.moveSelectedTask(up);
     if (manager.changeCount() != before) { // the order is the user's own now, and no column's
-        ui->tblView->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+        showOrder();
         keptState.saveOrder(*ui->tblView->horizontalHeader());
     }
     reloadTable();
@@ -122,6 +124,49 @@ void ViewController::UpdateFromCoud(QObject *)
 void ViewController::sharingTask(QObject *)
 {
     manager.shareSelectedTask(*ui->shareButton);
+}
+
+/// The last task with this key, if there is one.
+static const SharedTask *taskOfKey(const TaskList &tasks, const QString &key)
+{
+    const auto hasKey = [&key](const SharedTask &entry) {
+        return entry->key == key;
+    };
+    const auto found = std::find_if(tasks.crbegin(), tasks.crend(), hasKey);
+    return found == tasks.crend() ? nullptr : &*found;
+}
+
+void ViewController::undo(QObject *)
+{
+    showStep(manager.undo());
+}
+
+void ViewController::redo(QObject *)
+{
+    showStep(manager.redo());
+}
+
+/// Shows what has become of the list by a step that was taken back or made again.
+void ViewController::showStep(const std::optional<TaskStep> &step)
+{
+    if (!step)
+        return;
+    const QString shownKey = ui->tblView->keyOfSelectedRow();
+    showOrder();
+    keptState.saveOrder(*ui->tblView->horizontalHeader());
+    reloadTableData();
+    const QStringList keys = step->keysToShow();
+    const bool isShown = ui->tblView->selectFirstOf(keys);
+    if (!isShown)
+        ui->tblView->selectRowOfKey(shownKey);
+    const QString note = u"%1: %2. The task is not shown in this view."_s.arg(
+        step->isUndone ? u"Undone"_s : u"Redone"_s, step->name);
+    const bool isInList = !keys.isEmpty() && taskOfKey(manager.workingList(), keys.constFirst());
+    ui->statusMessageLabel->setText(isShown || !isInList ? manager.lastMessage : note);
+    if (step->isDelete && !step->isUndone)
+        cloud.deleteTaskFromCloud(step->key);
+    else if (const SharedTask *entry = taskOfKey(manager.workingList(), step->key); entry && step->isDelete)
+        cloud.restoreTaskInCloud(*entry);
 }
 
 void ViewController::doubleClickTable(QObject *)

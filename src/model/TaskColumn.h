@@ -53,6 +53,8 @@ struct SortDescriptor
 {
     QString key;
     bool ascending = true;
+
+    bool operator==(const SortDescriptor &) const = default;
 };
 
 /// In a diagnostic line: the key and the direction.

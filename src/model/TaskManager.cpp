@@ -1,10 +1,7 @@
 #include "model/TaskManager.h"
 
 #include "model/Appearance.h"
-#include "model/TaskSearch.h"
 #include "model/TaskShareText.h"
-#include "model/TaskSort.h"
-#include "model/TaskView.h"
 #include "platform/Diagnostics.h"
 #include "platform/Preferences.h"
 #include "widgets/ColorWell.h"
@@ -26,19 +23,13 @@ TaskManager &TaskManager::shared()
     return instance;
 }
 
-TaskList &TaskManager::changedList()
-{
-    willChange();
-    return searching ? setAsideTasks : allOrFound;
-}
-
 QString TaskManager::addTask(const task &added)
 {
     task entry = added;
     if (entry.key.isEmpty())
         entry.key = newKey();
     const QString key = entry.key;
-    changedList().append(std::move(entry));
+    changedList(u"Add"_s, entry).append(std::move(entry));
     followDefaultTimes(added);
     diagnostics::line("Add Task, hidden:", added.hidden);
     return key;
@@ -46,8 +37,8 @@ QString TaskManager::addTask(const task &added)
 
 void TaskManager::editSelectedTask(const task &edited)
 {
-    if (isSelectedIn(workingList())) {
-        task &entry = changedList()[selectedIndex].edit();
+    if (const TaskList &list = workingList(); isSelectedIn(list)) {
+        task &entry = changedList(u"Edit"_s, *list[selectedIndex])[selectedIndex].edit();
         task changed = edited;
         changed.key = entry.key;
         changed.hidden = entry.hidden;
@@ -59,7 +50,7 @@ void TaskManager::editSelectedTask(const task &edited)
 
 void TaskManager::restoreTask(const task &gone)
 {
-    TaskList &list = changedList();
+    TaskList &list = changedList(u"Edit"_s, gone);
     list.append(gone);
     selectedIndex = list.size() - 1;
 }
@@ -69,8 +60,13 @@ void TaskManager::load(const std::function<void()> &addTasks)
     const QString selectedKey = selectedTask().key;
     const bool wasSearching = std::exchange(searching, false);
     ++loads;
-    changedList().clear();
+    ++changes;
+    taskHistory.forgetUnfinished();
+    sortOrder.reset();
+    allOrFound.clear();
+    isLoading = true;
     addTasks();
+    isLoading = false;
     searching = wasSearching;
     refreshSearch();
     if (selectedIndex >= 0)
@@ -79,7 +75,8 @@ void TaskManager::load(const std::function<void()> &addTasks)
 
 void TaskManager::invertColors()
 {
-    willChange();
+    ++changes;
+    setColorsInverted(!taskHistory.isInverted());
     for (TaskList *list : {&allOrFound, &setAsideTasks})
         for (SharedTask &entry : *list)
             entry.edit().color = entry->color.inverted();
@@ -178,8 +175,8 @@ task TaskManager::blankTask() const
 
 void TaskManager::deleteSelectedTask()
 {
-    if (isSelectedIn(workingList()))
-        changedList().removeAt(selectedIndex);
+    if (const TaskList &list = workingList(); isSelectedIn(list))
+        changedList(u"Delete"_s, *list[selectedIndex], true).removeAt(selectedIndex);
 }
 
 void TaskManager::hideSelectedTask()
@@ -194,8 +191,9 @@ void TaskManager::unhideSelectedTask()
 
 void TaskManager::setSelectedHidden(bool hidden)
 {
-    if (isSelectedIn(workingList()))
-        changedList()[selectedIndex].edit().hidden = hidden;
+    if (const TaskList &list = workingList(); isSelectedIn(list))
+        changedList(hidden ? u"Hide"_s : u"Unhide"_s, *list[selectedIndex])[selectedIndex].edit().hidden =
+            hidden;
 }
 
 bool TaskManager::isSelectedTaskHidden() const
@@ -208,7 +206,8 @@ bool TaskManager::isSelectedTaskHidden() const
 
 void TaskManager::closeSelectedTask()
 {
-    willChange();
+    const task closed = selectedTask();
+    willChange(u"Close"_s, &closed);
     for (TaskList *list : {&allOrFound, &setAsideTasks}) {
         if (!isSelectedIn(*list))
             continue;
@@ -222,6 +221,7 @@ void TaskManager::cloneSelectedTask()
 {
     task clone = selectedTask();
     clone.key.clear();
+    willChange(u"Clone"_s, &clone);
     addTask(clone);
 }
 
@@ -230,7 +230,9 @@ void TaskManager::moveSelectedTask(bool up)
     const qint64 upper = up ? selectedIndex - 1 : selectedIndex;
     if (selectedIndex < 0 || upper < 0 || upper + 1 >= allOrFound.size())
         return;
-    willChange();
+    const task moved = *allOrFound.at(selectedIndex);
+    willChange(up ? u"Move Up"_s : u"Move Down"_s, &moved);
+    sortOrder.reset();
     allOrFound.swapItemsAt(upper, upper + 1);
 }
 
@@ -254,52 +256,4 @@ void TaskManager::invertColorWell(ColorWell &well, TextView &text) const
 {
     well.setColor(well.color().inverted());
     text.setTextColor(appearanceTextColor());
-}
-
-void TaskManager::buildTasksInView(int view)
-{
-    const Calendar calendar;
-    const Calendar::Day today = calendar.day(calendar.dayOf(Calendar::now()));
-    shownTasks.clear();
-    for (const SharedTask &entry : std::as_const(allOrFound)) {
-        if (isShownUnhidden(*entry, view))
-            shownTasks.append(entry);
-        if (isShownBesides(*entry, view, today))
-            shownTasks.append(entry);
-    }
-    diagnostics::line("Number if tasks in view:", shownTasks.size());
-}
-
-void TaskManager::startSearch(const QString &text)
-{
-    diagnostics::line(text);
-    if (!searching)
-        setListAside();
-    searching = true;
-    searchedText = text;
-    diagnostics::line("Tasks:", allOrFound);
-    diagnostics::line("Backup Tasks:", setAsideTasks);
-    refreshSearch();
-}
-
-void TaskManager::endSearch()
-{
-    diagnostics::line("isEmpty");
-    if (std::exchange(searching, false))
-        allOrFound = setAsideTasks;
-}
-
-void TaskManager::refreshSearch()
-{
-    if (searching)
-        allOrFound = TaskSearch(searchedText).matchesIn(setAsideTasks);
-}
-
-void TaskManager::sortByColumn(const SortDescriptor &descriptor)
-{
-    const std::optional<TaskColumn> column = columnOfSortKey(descriptor.key);
-    if (!column)
-        return;
-    willChange();
-    sortTasks(allOrFound, *column, descriptor.ascending);
 }

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "model/TaskColumn.h"
-#include "model/task.h"
+#include "model/TaskHistory.h"
 
 #include <functional>
 
@@ -65,6 +64,19 @@ public:
     void setListAside() { setAsideTasks = allOrFound; }
     /// Replaces every task's colour by its inverse.
     void invertColors();
+    /// Says which appearance the colours are held for, after they were read.
+    void setColorsInverted(bool inverted) { taskHistory.setInverted(inverted, workingList()); }
+
+    /// What can be undone: the changes of the list but for what is read from its file.
+    TaskHistory &history() { return taskHistory; }
+    /// What was changed since the last call is one step.
+    void endStep() { taskHistory.endStep(workingList(), sortOrder); }
+    /// Takes back the last step, or makes it again; what has become of the list, or nothing. The same task
+    /// stays selected if it is still there.
+    std::optional<TaskStep> undo();
+    std::optional<TaskStep> redo();
+    /// Replaces the whole list by another in one step. \param stepName  "Undo " stands before it
+    void replaceList(const TaskList &list, const QString &stepName);
 
     // The same with a task in single values.
     QString addTask(const QString &key, Instant date, const QString &name, const QString &desc,
@@ -119,6 +131,8 @@ public:
 
     /// Sorts `tasks` by the descriptor's column; a key that names no column changes nothing.
     void sortByColumn(const SortDescriptor &descriptor);
+    /// What the list was last sorted by; nothing once a task was moved.
+    const std::optional<SortDescriptor> &sortedBy() const { return sortOrder; }
 
 private:
     bool isSelectedIn(const TaskList &list) const
@@ -126,9 +140,12 @@ private:
         return selectedIndex >= 0 && selectedIndex < list.size();
     }
     /// Every change of the list passes here before it is made.
-    void willChange() { ++changes; }
+    /// \param verb   what the step does
+    /// \param about  the one task it does that to
+    void willChange(const QString &verb, const task *about = nullptr, bool isDelete = false);
     /// The working list for changing it.
-    TaskList &changedList();
+    TaskList &changedList(const QString &verb, const task &about, bool isDelete = false);
+    std::optional<TaskStep> apply(const std::optional<TaskStep> &step);
     void setSelectedHidden(bool hidden);
     void followDefaultTimes(const task &last);
 
@@ -139,5 +156,8 @@ private:
     qint64 changes = 0;
     qint64 loads = 0;
     bool searching = false;
+    bool isLoading = false;
     QString searchedText;
+    std::optional<SortDescriptor> sortOrder;
+    TaskHistory taskHistory;
 };

@@ -93,6 +93,7 @@ void TaskListFile::parseFile(const QString &text)
     if (file && !whole.sliced(start).trimmed().isEmpty())
         file->keepCopy(); // what follows the last row end is part of a row
     manager.setListAside();
+    manager.setColorsInverted(isDark);
     invertedColors = isDark;
     filedChanges = manager.changeCount();
 }

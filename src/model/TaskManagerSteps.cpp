@@ -1,0 +1,71 @@
+#include "model/TaskManager.h"
+
+using namespace Qt::StringLiterals;
+
+// How changes of the list become steps that can be taken back.
+
+static QString stepName(const QString &verb, const task *about)
+{
+    constexpr qsizetype most = 40;
+    if (!about)
+        return verb;
+    const QString name = about->name.simplified();
+    return verb + u" '"_s + (name.size() > most ? name.first(most) + u'…' : name) + u'\'';
+}
+
+void TaskManager::willChange(const QString &verb, const task *about, bool isDelete)
+{
+    ++changes;
+    if (!isLoading && !taskHistory.isWithinStep())
+        taskHistory.willChange(workingList(), {.name = stepName(verb, about),
+                                               .key = about ? about->key : QString(),
+                                               .isDelete = isDelete,
+                                               .sortedBefore = sortOrder});
+}
+
+TaskList &TaskManager::changedList(const QString &verb, const task &about, bool isDelete)
+{
+    willChange(verb, &about, isDelete);
+    return searching ? setAsideTasks : allOrFound;
+}
+
+std::optional<TaskStep> TaskManager::undo()
+{
+    endStep();
+    return apply(taskHistory.undo());
+}
+
+std::optional<TaskStep> TaskManager::redo()
+{
+    endStep();
+    return apply(taskHistory.redo());
+}
+
+std::optional<TaskStep> TaskManager::apply(const std::optional<TaskStep> &step)
+{
+    if (!step)
+        return step;
+    const QString selectedKey = selectedTask().key;
+    ++changes;
+    taskHistory.closePart(workingList());
+    for (const ListChange &change : step->changes)
+        change.applyTo(searching ? setAsideTasks : allOrFound, taskHistory.isInverted());
+    if (step->sortedBefore != step->sortedAfter)
+        sortOrder = step->sortedAfter;
+    refreshSearch();
+    if (selectedIndex >= 0)
+        selectTaskByKey(selectedKey);
+    return step;
+}
+
+void TaskManager::replaceList(const TaskList &list, const QString &name)
+{
+    const QString selectedKey = selectedTask().key;
+    willChange(name);
+    (searching ? setAsideTasks : allOrFound) = list;
+    sortOrder.reset();
+    refreshSearch();
+    if (selectedIndex >= 0)
+        selectTaskByKey(selectedKey);
+    endStep();
+}
