@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <fcntl.h>
+#include <malloc.h>
 #include <numeric>
 
 using namespace Qt::StringLiterals;
@@ -113,8 +114,9 @@ BENCHMARK(durableWriteYardstick)
     ->Unit(benchmark::kMicrosecond)
     ->UseRealTime();
 
-/// A command on the selected task in the real window, until the list is in its file and the table is painted.
-void command(benchmark::State &state)
+/// A command on the selected task in the real window, or its undoing, until the list is in its file and the
+/// table is painted.
+void measureCommand(benchmark::State &state, bool isUndo)
 {
     const QTemporaryDir folder(QDir::currentPath() + u"/bench-XXXXXX"_s);
     NotificationCenter systemNotices;
@@ -127,17 +129,25 @@ void command(benchmark::State &state)
     window.show();
     auto *table = window.findChild<QTableView *>(u"tblView"_s);
     auto *hide = window.findChild<QAction *>(u"actionHide"_s);
+    auto *undo = window.findChild<QAction *>(u"actionUndo"_s);
     QApplication::processEvents();
     for (auto _ : state) {
         state.PauseTiming();
         table->selectRow(int(state.iterations() % 100));
         QApplication::processEvents();
+        if (isUndo)
+            hide->trigger();
         diagnostics::drain();
         state.ResumeTiming();
-        hide->trigger();
+        (isUndo ? undo : hide)->trigger();
         table->viewport()->repaint();
     }
     diagnostics::drain();
+}
+
+void command(benchmark::State &state)
+{
+    measureCommand(state, false);
 }
 BENCHMARK(command)
     ->RangeMultiplier(10)
@@ -145,6 +155,41 @@ BENCHMARK(command)
     ->Arg(416'000)
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
+
+void undoOfCommand(benchmark::State &state)
+{
+    measureCommand(state, true);
+}
+BENCHMARK(undoOfCommand)
+    ->RangeMultiplier(10)
+    ->Range(fewest, most)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+
+/// The last of 200 steps, each of which sorts the list, and their undoing. Reports the memory that they take.
+void undoOfSorting(benchmark::State &state)
+{
+    constexpr int steps = 200;
+    constexpr double megabyte = 1e6;
+    TaskManager manager(preferences());
+    loadSample(manager, state.range(0));
+    const auto inUse = [] {
+        return double(mallinfo2().uordblks + mallinfo2().hblkhd);
+    };
+    for (auto _ : state) {
+        state.PauseTiming();
+        const double before = inUse();
+        for (int step = 0; step < steps; ++step) {
+            manager.sortByColumn({.key = infoOf(TaskColumn(step % 2 * 3)).sortKey});
+            manager.endStep();
+        }
+        state.counters["MB"] = (inUse() - before) / megabyte;
+        state.ResumeTiming();
+        while (manager.undo())
+            continue;
+    }
+}
+BENCHMARK(undoOfSorting)->Arg(most)->Iterations(1)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 /// One more letter in the search field of the real window, until the table is painted.
 void searchKeystroke(benchmark::State &state)

@@ -24,6 +24,7 @@ bool CloudMerge::mergeSome(const QSet<QString> &deletedKeys)
     if (next == 0 || manager.changeCount() != seenChanges)
         findKeys();
     const qint64 chosen = manager.selected();
+    manager.endStep();
     manager.history().gather();
     for (const size_t end = std::min(next + some, records.size()); next < end; ++next)
         if (const task fetched = taskOfRecord(records[next], manager.blankTask());

@@ -312,6 +312,46 @@ private slots:
         }
     }
 
+    void whatIsBroughtBackIsInTheCloudAgain()
+    {
+        for (const CloudHome &home : homes()) {
+            Program program(home, samples(1));
+            program.copy();
+            const SharedTask gone = program.manager.tasks()[0];
+            const auto remove = [&] {
+                program.sync.deleteTaskFromCloud(u"0"_s);
+            };
+            const auto restore = [&] {
+                program.sync.restoreTaskInCloud(gone);
+            };
+            restore(); // nothing was removed
+            program.settle();
+            program.meanwhile([&] {
+                remove();
+                restore();
+                QVERIFY(program.sync.syncAllToCloud());
+            });
+            QCOMPARE(namesIn(home), QStringList(u"0"_s));
+            program.meanwhile([&] {
+                remove();
+                restore();
+                remove();
+            });
+            QCOMPARE(namesIn(home), QStringList());
+            program.meanwhile([&] {
+                restore();
+                remove();
+                restore();
+            });
+            QCOMPARE(namesIn(home), QStringList(u"0"_s));
+            program.copy();
+            QCOMPARE(program.manager.lastMessage, u"1 task was copied to the cloud."_s);
+            program.sync.restoreTaskInCloud(SharedTask(sampleTask(u"never"_s, u"there"_s)));
+            program.settle();
+            QCOMPARE(namesIn(home), QStringList(u"0"_s));
+        }
+    }
+
     void aLockedRecordIsTold()
     {
         Program program(homeOnServer(u"anna"_s), samples(20));
@@ -443,6 +483,14 @@ private slots:
         QVERIFY(chosen < 199);
         for (const SharedTask &entry : manager.tasks())
             QVERIFY(entry->name == u'n' + entry->key && !entry->hidden);
+
+        // It is one step all the same, and the user's moves are others.
+        QCOMPARE(manager.undo()->name, u"Update from Cloud"_s);
+        for (const SharedTask &entry : manager.tasks())
+            QVERIFY(entry->name == entry->key && entry->hidden);
+        QCOMPARE(manager.selectTaskByKey(u"199"_s), chosen);
+        manager.redo();
+        QCOMPARE(program.names()[chosen], u"n199"_s);
 
         // The window reads its file, which is empty, anew; the second time since the desktop has turned dark.
         for (const bool isDark : {false, true}) {
