@@ -1,6 +1,8 @@
 #include "Steps.h"
 #include "Tour.h"
 
+#include <QMenu>
+
 using namespace Qt::StringLiterals;
 
 void hideAndUnhide(Tour &tour)
@@ -112,4 +114,29 @@ void closeTask(Tour &tour)
     tour.throughAlert([&tour] { hand::choose(tour.window, u"Task"_s, u"Close"_s); }, u"Task already closed"_s,
                       u"OK"_s, u"alert-already-closed"_s);
     tour.checkView(TaskView::Closed);
+}
+
+void undoAndRedo(Tour &tour)
+{
+    tour.stage.step(u"What was done is taken back and made again, in light and dark"_s);
+    const QString name = u"Lawn for Mrs. Okafor"_s;
+    tour.showView(TaskView::All);
+    const QStringList before = tour.taskNames();
+    tour.selectTask(name);
+    hand::click(tour.button(u"hide"_s));
+    QMenu &menu = hand::openMenu(tour.window, u"Edit"_s);
+    tour.stage.picture(menu, u"undo-menu"_s);
+    hand::choose(menu, u"Undo Hide '%1'"_s.arg(name));
+    tour.stage.same(tour.taskNames(), before, u"the tasks after the undo"_s);
+    tour.stage.same(before.value(tour.selectedRow()), name, u"the task that came back is selected"_s);
+    tour.takePicture(u"undone"_s);
+    hand::shortcut(tour.window, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    tour.stage.check(!tour.taskNames().contains(name), u"the task is hidden again"_s);
+
+    tour.setDark(true, tour.table);
+    hand::shortcut(tour.window, Qt::Key_Z, Qt::ControlModifier);
+    tour.stage.same(tour.taskNames(), before, u"the tasks after the undo in the dark"_s);
+    tour.takePicture(u"undone-dark"_s);
+    tour.setDark(false, tour.table);
+    tour.checkView(TaskView::All);
 }

@@ -21,6 +21,7 @@ void move(Tour &tour);
 void moveInAnotherView(Tour &tour);
 void cloneTask(Tour &tour);
 void closeTask(Tour &tour);
+void undoAndRedo(Tour &tour);
 
 // People, and a task for them.
 void addClient(Tour &tour, const Person &client);

@@ -42,6 +42,7 @@ static void goThroughSteps(Tour &tour, Gateway &gateway)
     moveInAnotherView(tour);
     cloneTask(tour);
     closeTask(tour);
+    undoAndRedo(tour);
     addClient(tour, client);
     addTeamMember(tour, teamMember);
     addTask(tour, client, teamMember);
