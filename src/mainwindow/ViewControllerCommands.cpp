@@ -152,8 +152,10 @@ void ViewController::showStep(const std::optional<TaskStep> &step)
     if (!step)
         return;
     const QString shownKey = ui->tblView->keyOfSelectedRow();
-    showOrder();
-    keptState.saveOrder(*ui->tblView->horizontalHeader());
+    if (step->sortedBefore != step->sortedAfter) {
+        showOrder();
+        keptState.saveOrder(*ui->tblView->horizontalHeader());
+    }
     reloadTableData();
     const QStringList keys = step->keysToShow();
     const bool isShown = ui->tblView->selectFirstOf(keys);

@@ -25,23 +25,29 @@ TaskOfKey byKey(const TaskList &tasks)
 
 } // namespace
 
+/// The tasks from the one place to the other; where that is all of them, the list is shared.
+static TaskList part(const TaskList &list, qsizetype start, qsizetype end)
+{
+    return start == 0 && end == list.size() ? list : list.sliced(start, end - start);
+}
+
 ListChange ListChange::between(const TaskList &before, const TaskList &after, bool inverted)
 {
     const auto [beforeStart, afterStart] = std::ranges::mismatch(before, after, isShared);
-    const qsizetype start = beforeStart - before.begin();
-    qsizetype beforeEnd = before.size();
-    qsizetype afterEnd = after.size();
-    while (beforeEnd > start && afterEnd > start && isShared(before[beforeEnd - 1], after[afterEnd - 1])) {
-        --beforeEnd;
-        --afterEnd;
-    }
+    qsizetype start = beforeStart - before.begin();
+    qsizetype behind = 0; // so many are the same at the end
+    const qsizetype most = std::min(before.size(), after.size()) - start;
+    while (behind < most && isShared(before[before.size() - 1 - behind], after[after.size() - 1 - behind]))
+        ++behind;
+    if (2 * (start + behind) < before.size())
+        start = behind = 0;
     ListChange change;
     change.isInverted = inverted;
     change.place = start;
     change.sizeBefore = before.size();
     change.sizeAfter = after.size();
-    change.before = before.sliced(start, beforeEnd - start);
-    change.after = after.sliced(start, afterEnd - start);
+    change.before = part(before, start, before.size() - behind);
+    change.after = part(after, start, after.size() - behind);
     return change;
 }
 

@@ -10,7 +10,7 @@
 class ListChange
 {
 public:
-    /// The smallest part in which the two lists differ.
+    /// The smallest part in which the two lists differ, or all of them where that is most.
     /// \param inverted  their colours are those of the dark appearance
     static ListChange between(const TaskList &before, const TaskList &after, bool inverted);
 
