@@ -31,15 +31,16 @@ QByteArrayList addresses()
 /// where it has another transport than a Unix socket.
 QByteArray socketNameOf(const QByteArray &address)
 {
-    const qsizetype colon = address.indexOf(':');
-    if (address.first(std::max<qsizetype>(colon, 0)) != "unix")
+    constexpr QByteArrayView unixSocket("unix:");
+    constexpr QByteArrayView file("path=");
+    constexpr QByteArrayView abstract("abstract=");
+    if (!address.startsWith(unixSocket))
         return {};
-    for (const QByteArray &pair : address.sliced(colon + 1).split(',')) {
-        const qsizetype equals = pair.indexOf('=');
-        const QByteArray key = pair.first(std::max<qsizetype>(equals, 0));
-        if (key == "path" || key == "abstract")
-            return (key == "path" ? QByteArray() : QByteArray(1, '\0')) +
-                   QByteArray::fromPercentEncoding(pair.sliced(equals + 1));
+    for (const QByteArray &part : address.sliced(unixSocket.size()).split(',')) {
+        if (part.startsWith(file))
+            return QByteArray::fromPercentEncoding(part.sliced(file.size()));
+        if (part.startsWith(abstract))
+            return '\0' + QByteArray::fromPercentEncoding(part.sliced(abstract.size()));
     }
     return {};
 }
@@ -59,7 +60,7 @@ Answer ask(int connection, const QByteArray &socketName)
         return errno == EAGAIN ? Answer::None : Answer::NobodyThere; // too many wait for it already
     const QByteArray user = QByteArray::number(qulonglong{::getuid()}).toHex();
     pollfd answer{.fd = connection, .events = POLLIN, .revents = 0};
-    const bool isSilent = writeFully(connection, QByteArray(1, '\0') + "AUTH EXTERNAL " + user + "\r\n") &&
+    const bool isSilent = writeFully(connection, '\0' + QByteArray("AUTH EXTERNAL ") + user + "\r\n") &&
                           ::poll(&answer, 1, patience) == 0;
     return isSilent ? Answer::None : Answer::Some;
 }
