@@ -2,6 +2,7 @@
 #include "platform/DesktopAppearance.h"
 #include "platform/Folders.h"
 #include "platform/Preferences.h"
+#include "platform/SessionBus.h"
 #include "platform/TerminationSignals.h"
 #include "program/Application.h"
 #include "program/Program.h"
@@ -9,8 +10,9 @@
 
 int main(int argc, char **argv)
 {
+    sessionBus::leaveIfSilent();
     Application application(argc, argv);
-    const QDBusConnection bus = QDBusConnection::sessionBus();
+    const QDBusConnection bus = sessionBus::open();
     SingleInstance instance(folders::state(), bus);
     const SingleInstance::Outcome outcome = instance.acquire();
     if (outcome == SingleInstance::Outcome::Shown)

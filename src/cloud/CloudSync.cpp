@@ -240,7 +240,8 @@ bool CloudSync::updateFromCloud()
         return false;
     beginTransfer(CloudTransfer::Direction::FromCloud, 0);
     const SharedErrand errand = errandOfTransfer([this](const CloudErrand &over) {
-        noteOutcome(over);
+        currentTransfer->note(over);
+        emit transferProgressed();
         endTransfer();
     });
     checkCloudAccount(errand);

@@ -77,7 +77,6 @@ private:
     void beginTransfer(CloudTransfer::Direction direction, qint64 tasks);
     SharedErrand errandOfTransfer(std::function<void(const CloudErrand &)> whenOver) const;
     void noteCopied(const QString &key, const CloudErrand &errand);
-    void noteOutcome(const CloudErrand &errand);
     void endTransfer();
     void tellOfDelete(const QString &key, const CloudErrand &errand);
     void tellProblem(const QString &problem);

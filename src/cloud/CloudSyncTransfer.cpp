@@ -27,27 +27,12 @@ void CloudSync::stopTransfer()
         currentTransfer->stop.request_stop();
 }
 
-/// What counts is whether the task is in the cloud: the account's state may have changed since.
 void CloudSync::noteCopied(const QString &key, const CloudErrand &errand)
 {
-    if (errand.error)
-        ++currentTransfer->failed;
-    else if (currentTransfer->deletedKeys.contains(key))
-        --currentTransfer->tasks;
-    else
-        ++currentTransfer->done;
-    noteOutcome(errand);
-    if (currentTransfer->done + currentTransfer->failed == currentTransfer->tasks)
-        endTransfer();
-}
-
-void CloudSync::noteOutcome(const CloudErrand &errand)
-{
-    currentTransfer->hasAccount &= errand.hasAccount;
-    if (!currentTransfer->error)
-        currentTransfer->error = errand.error;
-    currentTransfer->hasSucceeded = errand.saved;
+    currentTransfer->noteCopied(key, errand);
     emit transferProgressed();
+    if (currentTransfer->isCopied())
+        endTransfer();
 }
 
 void CloudSync::endTransfer()
@@ -55,13 +40,8 @@ void CloudSync::endTransfer()
     CloudTransfer ended = *std::exchange(currentTransfer, std::nullopt);
     if (ended.direction == CloudTransfer::Direction::ToCloud)
         ended.hasSucceeded = ended.failed == 0;
-    QStringList told{ended.outcome(), ended.deleteProblem};
-    told.removeAll(QString());
-    if (!told.isEmpty() && !ended.isEmptyFetch()) {
-        if (!ended.hasAccount)
-            told.prepend(manager.lastMessage);
-        tell(told.join(u' '));
-    }
+    if (const QString message = ended.message(manager.lastMessage); !message.isEmpty())
+        tell(message);
     isProblemTold = !ended.deleteProblem.isEmpty() || (!ended.hasSucceeded && !ended.stop.stop_requested());
     emit transferEnded(ended);
 }

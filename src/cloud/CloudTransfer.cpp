@@ -1,5 +1,7 @@
 #include "cloud/CloudTransfer.h"
 
+#include "cloud/CloudErrand.h"
+
 using namespace Qt::StringLiterals;
 
 static QString fetchOutcome(const CloudTransfer &transfer)
@@ -26,6 +28,37 @@ static QString copyOutcome(const CloudTransfer &transfer)
     const QString reason = transfer.error->plainWords();
     return transfer.done == 0 ? u"Nothing was copied to the cloud, since %1."_s.arg(reason)
                               : u"%1; the others were not, since %2."_s.arg(part, reason);
+}
+
+void CloudTransfer::note(const CloudErrand &errand)
+{
+    hasAccount &= errand.hasAccount;
+    if (!error)
+        error = errand.error;
+    hasSucceeded = errand.saved;
+}
+
+/// What counts is whether the task is in the cloud: the account's state may have changed since.
+void CloudTransfer::noteCopied(const QString &key, const CloudErrand &errand)
+{
+    if (errand.error)
+        ++failed;
+    else if (deletedKeys.contains(key))
+        --tasks;
+    else
+        ++done;
+    note(errand);
+}
+
+QString CloudTransfer::message(const QString &accountProblem) const
+{
+    QStringList told{outcome(), deleteProblem};
+    told.removeAll(QString());
+    if (told.isEmpty() || isEmptyFetch())
+        return {};
+    if (!hasAccount)
+        told.prepend(accountProblem);
+    return told.join(u' ');
 }
 
 QString CloudTransfer::outcome() const

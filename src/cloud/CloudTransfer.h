@@ -4,6 +4,8 @@
 
 #include <QSet>
 
+struct CloudErrand;
+
 /// A copy of the whole list to the cloud, or its update from there, and how far that is.
 struct CloudTransfer
 {
@@ -29,7 +31,15 @@ struct CloudTransfer
     {
         return direction == Direction::FromCloud && tasks == 0 && !error && hasAccount;
     }
+    bool isCopied() const { return done + failed == tasks; }
+    /// Takes note of an errand that is over.
+    void note(const CloudErrand &errand);
+    /// The same for the copy of the task with this key.
+    void noteCopied(const QString &key, const CloudErrand &errand);
     /// What has come of it in plain words, when it has ended; empty where the account's state or the list
     /// says all.
     QString outcome() const;
+    /// All that the user is told then; empty for nothing.
+    /// \param accountProblem  what is wrong where there is no account
+    QString message(const QString &accountProblem) const;
 };

@@ -1,12 +1,14 @@
 #include "forms/ViewControllerEdit.h"
 
 #include "app/UIUtil.h"
+#include "forms/FiledFields.h"
 #include "model/Appearance.h"
 #include "model/TaskManager.h"
 #include "platform/Diagnostics.h"
 #include "platform/NotificationCenter.h"
 #include "ui_TaskFields.h"
 #include "ui_ViewControllerEdit.h"
+#include "widgets/Alert.h"
 
 using namespace Qt::StringLiterals;
 
@@ -19,8 +21,6 @@ ViewControllerEdit::ViewControllerEdit(const TaskFormServices &formServices, con
                                        QWidget *parent)
     : TaskForm(formServices, edited.color, edited.date, edited.due, parent)
     , ui(std::make_unique<Ui::ViewControllerEdit>())
-    , editedKey(edited.key)
-    , wasHidden(edited.hidden)
 {
     ui->setupUi(this);
     loadView(*ui->taskFields);
@@ -33,15 +33,23 @@ ViewControllerEdit::~ViewControllerEdit() = default;
 void ViewControllerEdit::viewDidLoad()
 {
     diagnostics::line("Edit");
-    const task edited = manager.selectedTask();
-    showTask(edited);
-    fields->color->setColor(edited.color);
-    ui->key->setText(edited.key);
-    util().setTime(*fields->startTime, edited.startHour, edited.startMin);
-    util().setTime(*fields->endTime, edited.endHour, edited.endMin);
-    diagnostics::line("client:", edited.client);
-    showText(*fields->client, edited.client);
-    showText(*fields->teamMember, edited.teamMember);
+    showWhole(manager.selectedTask());
+}
+
+void ViewControllerEdit::showWhole(const task &shown)
+{
+    known = shown;
+    showTask(shown);
+    fields->color->setColor(shown.color);
+    ui->key->setText(shown.key);
+    util().setTime(*fields->startTime, shown.startHour, shown.startMin);
+    util().setTime(*fields->endTime, shown.endHour, shown.endMin);
+    diagnostics::line("client:", shown.client);
+    showText(*fields->client, shown.client);
+    showText(*fields->teamMember, shown.teamMember);
+    colorWell = shown.color;
+    previousDate = shown.date;
+    previousDueDate = shown.due;
 }
 
 void ViewControllerEdit::connectActions()
@@ -75,26 +83,62 @@ void ViewControllerEdit::viewDidAppear()
 void ViewControllerEdit::btnEditTask_ClickWithSender(QObject *)
 {
     diagnostics::line("Button Pressed");
-    if (!commitTyping())
+    if (!commitTyping() || !storeControls())
         return;
-    storeControls();
     close();
     services.notices.post(notice::reload);
 }
 
-void ViewControllerEdit::storeControls()
+/// False when the user wants them not to be stored yet.
+bool ViewControllerEdit::storeControls()
 {
-    const task stored = taskOfControls();
-    manager.selectAgain(editedKey);
+    manager.selectAgain(known.key);
+    if (!mayReplace())
+        return false;
     if (hasGone())
-        manager.restoreTask({.key = editedKey, .hidden = wasHidden});
-    manager.editSelectedTask(stored);
+        manager.restoreTask({.key = known.key, .hidden = known.hidden});
+    manager.editSelectedTask(taskOfControls());
+    known = manager.selectedTask();
+    return true;
+}
+
+/// Asks when that would undo what others have done to the task since. Of the two versions, the one that is
+/// not chosen becomes another task.
+bool ViewControllerEdit::mayReplace()
+{
+    QStringList changed = differingFields(known, manager.selectedTask());
+    const QStringList replaced = differingFields(taskOfControls(), manager.selectedTask());
+    changed.removeIf([&](const QString &field) { return !replaced.contains(field); });
+    if (hasGone() || known.key.isEmpty() || changed.isEmpty())
+        return true;
+    Alert alert(this,
+                u"This task was changed elsewhere while the form was open: %1."_s.arg(changed.join(u", "_s)),
+                u"Store your version, or keep the other one and see it here. The version that you do not "
+                "choose becomes a task of its own, so that nothing is lost."_s);
+    const QPushButton *storeMine = alert.addButton(u"Store &Mine"_s, QMessageBox::AcceptRole);
+    const QPushButton *keepOther = alert.addButton(u"&Keep the Other"_s, QMessageBox::ActionRole);
+    alert.setDefaultButton(alert.addButton(QMessageBox::Cancel));
+    alert.exec();
+    manager.selectAgain(known.key); // others may have gone on meanwhile
+    if (hasGone() || (alert.clickedButton() != storeMine && alert.clickedButton() != keepOther))
+        return alert.clickedButton() == storeMine;
+    const task other = manager.selectedTask();
+    const bool isMine = alert.clickedButton() == storeMine;
+    task second = isMine ? other : taskOfControls();
+    second.key.clear();
+    second.hidden = other.hidden;
+    manager.addTask(second);
+    if (isMine)
+        return true;
+    services.notices.post(notice::reload);
+    showWhole(other);
+    return false;
 }
 
 /// Whether the task is no longer in the list, which may have been read anew since the form was opened.
 bool ViewControllerEdit::hasGone() const
 {
-    return manager.selectedTask().key != editedKey;
+    return manager.selectedTask().key != known.key;
 }
 
 void ViewControllerEdit::SelectDate(QObject *)
@@ -127,7 +171,7 @@ void ViewControllerEdit::SelectColorWell(QObject *sender)
 void ViewControllerEdit::ResetToOriginal(QObject *)
 {
     diagnostics::line("Reset");
-    manager.selectAgain(editedKey);
+    manager.selectAgain(known.key);
     if (hasGone())
         return; // the form holds all that is left of the task
     const task stored = manager.selectedTask();
@@ -138,14 +182,14 @@ void ViewControllerEdit::ResetToOriginal(QObject *)
 void ViewControllerEdit::interfaceModeChangedWithSender(QObject *)
 {
     diagnostics::line("Dark mode change");
+    known.color = known.color.inverted();
     manager.invertColorWell(*fields->color, *fields->txtTaskDescription);
 }
 
 void ViewControllerEdit::shareTask(QObject *)
 {
-    if (!commitTyping())
+    if (!commitTyping() || !storeControls())
         return;
-    storeControls();
     services.notices.post(notice::reload);
     manager.shareSelectedTask(*ui->shareButton);
 }

@@ -33,12 +33,13 @@ private:
     ViewControllerEdit(const TaskFormServices &services, const task &edited, QWidget *parent);
     void viewDidLoad();
     void connectActions();
-    void storeControls();
+    void showWhole(const task &shown);
+    bool storeControls();
+    bool mayReplace();
     bool hasGone() const;
     void logDates() const;
 
     std::unique_ptr<Ui::ViewControllerEdit> ui;
-    QString editedKey;
-    bool wasHidden;
+    task known; ///< the task as it was when it was last shown whole or stored
     bool isRegistered = false;
 };

@@ -26,6 +26,11 @@ void FileBanners::tell(QStringList news)
         news.append(
             u"%1 of the rows in %2 could not be read and are not shown. The file is copied before it is "
             "overwritten."_s.arg(QString::number(rows), file.path()));
+    if (file.takeIsGone())
+        news.append(u"There is no task list in %1 any more, where there was one before; an empty list is "
+                    u"shown. If it "
+                    "is on a disk that is not connected now, connect that disk before you add tasks."_s.arg(
+                        file.path()));
     report.tell(file.isSaved() && file.readProblem().isEmpty(), news, file.takeCopyPath());
 }
 

@@ -41,7 +41,8 @@ void DesktopAppearance::follow()
 {
     if (!bus.isConnected())
         return;
-    bus.connect(service, path, interface, u"SettingChanged"_s, this, SLOT(settingChanged(QDBusMessage)));
+    // From anybody: Qt would wait to learn who the service is now.
+    bus.connect(QString(), path, interface, u"SettingChanged"_s, this, SLOT(settingChanged(QDBusMessage)));
     const QDBusMessage answer = bus.call(readCall(), QDBus::Block, firstAnswerMilliseconds);
     if (answer.type() == QDBusMessage::ReplyMessage && !answer.arguments().isEmpty())
         apply(answer.arguments().constFirst());

@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -86,6 +87,12 @@ bool FileDescriptor::write(QByteArrayView bytes)
 bool FileDescriptor::truncate(qsizetype size)
 {
     return uninterrupted([&] { return ::ftruncate(descriptor, size); }) == 0;
+}
+
+bool FileDescriptor::lock() const
+{
+    return uninterrupted([this] { return ::flock(descriptor, LOCK_EX | LOCK_NB); }) == 0 ||
+           errno != EWOULDBLOCK;
 }
 
 bool FileDescriptor::stat(struct stat &entry) const

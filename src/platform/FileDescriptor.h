@@ -36,6 +36,9 @@ public:
     /// Writes all of the bytes at the current position.
     bool write(QByteArrayView bytes);
     bool truncate(qsizetype size);
+    /// Takes the lock that one process at a time has of a file, until it closes it; false when another one
+    /// has it. Where there are no locks, everybody gets it. To be opened for writing.
+    bool lock() const;
     bool stat(struct stat &entry) const;
     /// Waits until the content is on the disk.
     bool sync() const;

@@ -13,6 +13,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -42,17 +43,22 @@ ProtectedFile::ProtectedFile(const QString &path, const QString &redoFolder)
     replay();
 }
 
-QStringList ProtectedFile::replayAll(const QString &stateFolder)
+QList<ProtectedFile::Replayed> ProtectedFile::replayAll(const QString &stateFolder)
 {
-    QStringList copies;
+    QList<Replayed> all;
     QDir folder(stateFolder);
-    for (const QString &name : folder.entryList({u"*.redo.new"_s}, QDir::Files))
-        folder.remove(name); // never became whole
+    for (const QString &name : folder.entryList({u"*.redo"_s + redoFile::unfinished}, QDir::Files))
+        if (!redoFile::isInUse(folder.filePath(name.chopped(redoFile::unfinished.size()))))
+            folder.remove(name);
     for (const QString &name : folder.entryList({u"*.redo"_s}, QDir::Files))
-        if (const auto redo = redoFile::read(folder.filePath(name)); redo && !redo->path.isEmpty())
-            if (const QString copy = ProtectedFile(redo->path, stateFolder).takeCopyPath(); !copy.isEmpty())
-                copies.append(copy);
-    return copies;
+        if (const auto redo = redoFile::read(folder.filePath(name)); redo && !redo->path.isEmpty()) {
+            const ProtectedFile file(redo->path, stateFolder);
+            all.append({.path = file.filePath,
+                        .copyPath = file.copiedTo,
+                        .problem = file.isPending ? file.error : QString(),
+                        .redoPath = file.redoPath});
+        }
+    return all;
 }
 
 /// Whether the content is what an interrupted write leaves: the new content's beginning, and behind it the
@@ -69,6 +75,8 @@ void ProtectedFile::replay()
 {
     bool isBroken = false;
     const std::optional<redoFile::Redo> redo = redoFile::read(redoPath, &isBroken);
+    if (redoFile::isInUse(redoPath))
+        return;
     if (isBroken)
         QFile::remove(redoPath); // never became whole: the file itself was not touched
     isPending = redo && !replay(*redo);
@@ -80,8 +88,8 @@ void ProtectedFile::replay()
 bool ProtectedFile::replay(const redoFile::Redo &redo)
 {
     const QFileInfo info(filePath);
-    if (info.exists() && !info.isWritable())
-        return false;
+    if (info.exists() && ::access(QFile::encodeName(filePath).constData(), W_OK) != 0)
+        return fail();
     const std::optional<QByteArray> present = readWholeFile(filePath);
     if (present == redo.content)
         return true;
@@ -116,12 +124,15 @@ bool ProtectedFile::write(QByteArrayView content)
     const Digest wanted = redoFile::digestOf(content);
     const bool isSame = !copyDue && known == wanted && presentState() == lastSeen;
     bool isProtected = isSame;
+    std::unique_ptr<FileDescriptor> redo; // in use until the file itself is written
     if (!isSame) {
         const Digest replaced = known.value_or(lastSeen == State() ? redoFile::digestOf({}) : Digest());
-        isProtected = redoFile::write(redoPath, filePath, replaced, content, wanted) || fail();
+        redo = redoFile::write(redoPath, filePath, replaced, content, wanted);
+        isProtected = redo || fail();
         isPending |= isProtected;
         // An older redo file that stays would be replayed over what is written without a new one.
-        if (!isProtected && QFileInfo::exists(redoPath) && !QFileInfo(stateFolder).isWritable())
+        const bool staysOld = QFileInfo::exists(redoPath) && !QFileInfo(stateFolder).isWritable();
+        if (!isProtected && (staysOld || redoFile::isInUse(redoPath)))
             return false;
         if ((copyDue || isUnread || isChangedByOthers(known)) && QFileInfo::exists(filePath) && !copyAside())
             return false;

@@ -4,8 +4,8 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
+#include <QList>
 #include <QString>
-#include <QStringList>
 
 #include <optional>
 #include <utility>
@@ -21,13 +21,22 @@ struct stat;
 class ProtectedFile
 {
 public:
+    /// What became of a file that an earlier run left unfinished.
+    struct Replayed
+    {
+        QString path;
+        QString copyPath; ///< of the other version, where there were two
+        QString problem;  ///< why it could not be finished, in the words of the operating system
+        QString redoPath; ///< where its content is kept in that case
+    };
+
     /// Replays what an earlier run left unfinished, for all files. To be called before any of them is read.
-    /// \return the copies that were made beside files of which there were two versions
-    static QStringList replayAll(const QString &stateFolder);
+    static QList<Replayed> replayAll(const QString &stateFolder);
 
     /// Replays what an earlier run left unfinished for this path. Where somebody else has written the file
     /// since, it stays as it is, and what was left unfinished becomes a copy of the kind that `keepCopy`
-    /// makes; where that is uncertain, the file is copied first.
+    /// makes; where that is uncertain, the file is copied first. What another machine is writing at this
+    /// moment is left alone.
     ///
     /// \param path         the file; its folder is made when the file is first written
     /// \param stateFolder  where redo files are kept; made when needed

@@ -67,12 +67,30 @@ std::optional<redoFile::Redo> redoFile::read(const QString &redoPath, bool *isBr
     return redo;
 }
 
-bool redoFile::write(const QString &redoPath, const QString &path, const Digest &replaced,
-                     QByteArrayView content, const Digest &digest)
+static bool isLocked(const QString &path)
+{
+    if (!QFileInfo::exists(path))
+        return false;
+    const FileDescriptor file(path, O_RDWR);
+    return file.isOpen() && !file.lock();
+}
+
+bool redoFile::isInUse(const QString &redoPath)
+{
+    return isLocked(redoPath) || isLocked(redoPath + unfinished);
+}
+
+std::unique_ptr<FileDescriptor> redoFile::write(const QString &redoPath, const QString &path,
+                                                const Digest &replaced, QByteArrayView content,
+                                                const Digest &digest)
 {
     const QString folder = QFileInfo(redoPath).path();
     if (!QDir().mkpath(folder))
-        return false;
+        return nullptr;
+    if (isInUse(redoPath)) {
+        errno = EBUSY;
+        return nullptr;
+    }
     const QByteArray name = QFile::encodeName(QFileInfo(path).absoluteFilePath());
     const QByteArray numbers = QByteArrayList{"quorvane-redo 2",
                                               QByteArray::number(replaced.size),
@@ -82,16 +100,18 @@ bool redoFile::write(const QString &redoPath, const QString &path, const Digest 
                                               QByteArray()}
                                    .join(' ');
     const auto crc = quint32(crc32_combine(crcOf(numbers + name), digest.crc, digest.size));
-    const QString newPath = redoPath + u".new"_s;
-    FileDescriptor file(newPath, O_WRONLY | O_CREAT | O_TRUNC, userOnly);
-    const bool isWritten =
-        file.isOpen() && file.write(numbers + QByteArray::number(crc, hexadecimal) + '\n' + name) &&
-        file.write(content) && file.sync() && file.close() &&
-        ::rename(QFile::encodeName(newPath), QFile::encodeName(redoPath)) == 0 && syncFolder(folder);
+    const QString newPath = redoPath + unfinished;
+    auto file = std::make_unique<FileDescriptor>(newPath, O_WRONLY | O_CREAT | O_TRUNC, userOnly);
+    const bool isWritten = file->isOpen() && file->lock() &&
+                           file->write(numbers + QByteArray::number(crc, hexadecimal) + '\n' + name) &&
+                           file->write(content) && file->sync() &&
+                           ::rename(QFile::encodeName(newPath), QFile::encodeName(redoPath)) == 0 &&
+                           syncFolder(folder);
     if (!isWritten) {
         const int reason = errno;
         QFile::remove(newPath);
         errno = reason;
+        return nullptr;
     }
-    return isWritten;
+    return file;
 }

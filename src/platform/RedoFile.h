@@ -4,7 +4,10 @@
 #include <QByteArrayView>
 #include <QString>
 
+#include <memory>
 #include <optional>
+
+class FileDescriptor;
 
 /// The file in the state folder that holds the new content of another file while that one is rewritten.
 ///
@@ -37,11 +40,16 @@ QString pathFor(const QString &path, const QString &stateFolder);
 /// Nothing when there is no such file, it is not whole or cannot be read.
 /// \param isBroken  is set when it was read to its end, and is not whole
 std::optional<Redo> read(const QString &redoPath, bool *isBroken = nullptr);
-/// Writes it so that it is on the disk, whole; an earlier one stays until then. False when that failed, with
-/// the reason in errno.
+/// Whether another process has the redo file, whole or not, under way at this moment: on another machine that
+/// shares the folder.
+bool isInUse(const QString &redoPath);
+/// Writes it so that it is on the disk, whole; an earlier one stays until then.
 /// \param replaced  the content that the file has
 /// \param digest    of the new content
-bool write(const QString &redoPath, const QString &path, const Digest &replaced, QByteArrayView content,
-           const Digest &digest);
+/// \return what keeps it in use; nothing when that failed, with the reason in errno: EBUSY when it is in use
+std::unique_ptr<FileDescriptor> write(const QString &redoPath, const QString &path, const Digest &replaced,
+                                      QByteArrayView content, const Digest &digest);
+/// What an interrupted `write` leaves under this name never became whole.
+inline const QString unfinished = QStringLiteral(".new");
 
 } // namespace redoFile

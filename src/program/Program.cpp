@@ -21,9 +21,16 @@ Program::Folders Program::Folders::ofUser()
 /// Does what an earlier run could not; what the user has to be told of it.
 static QStringList finishEarlierWrites(const QString &stateFolder)
 {
-    QStringList news = ProtectedFile::replayAll(stateFolder);
-    for (QString &copy : news)
-        copy = u"A file had two versions when the program started. The other one is kept in %1."_s.arg(copy);
+    QStringList news;
+    for (const auto &[path, copyPath, problem, redoPath] : ProtectedFile::replayAll(stateFolder)) {
+        if (!copyPath.isEmpty())
+            news << u"A file had two versions when the program started. The other one is kept in %1."_s.arg(
+                copyPath);
+        if (!problem.isEmpty())
+            news
+                << u"What was last changed in %1 is not in that file yet, since it could not be written: %2. "
+                   "It is kept in %3 until it can be."_s.arg(path, problem, redoPath);
+    }
     return news;
 }
 

@@ -6,6 +6,8 @@
 #include "taskfile/TaskRowReader.h"
 #include "taskfile/TaskRowWriter.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <QTimeZone>
 
 using namespace Qt::StringLiterals;
@@ -13,6 +15,7 @@ using namespace Qt::StringLiterals;
 TaskListFile::TaskListFile(TaskManager &taskManager, const QString &documentsFolder,
                            const QString &stateFolder)
     : manager(taskManager)
+    , trace(stateFolder + u"/last-list"_s)
 {
     if (!documentsFolder.isEmpty())
         file.emplace(documentsFolder + u"/zandulist.txt"_s, stateFolder);
@@ -53,6 +56,7 @@ bool TaskListFile::writeFile()
         }
         diagnostics::line("Write File", rows);
         filedChanges = manager.changeCount();
+        leaveTrace();
     }
     invertedColors = isDarkMode();
     return true;
@@ -60,7 +64,18 @@ bool TaskListFile::writeFile()
 
 QString TaskListFile::readFile()
 {
-    return read().value_or(QString());
+    const std::optional<QString> text = read();
+    isGone = file && !text && QFile::symLinkTarget(trace) == path() && !QFileInfo::exists(path());
+    return text.value_or(QString());
+}
+
+/// Later starts know by it that a file that is missing has been there.
+void TaskListFile::leaveTrace() const
+{
+    if (QFile::symLinkTarget(trace) == path())
+        return;
+    QFile::remove(trace);
+    QFile::link(path(), trace);
 }
 
 std::optional<QString> TaskListFile::read()
@@ -68,9 +83,10 @@ std::optional<QString> TaskListFile::read()
     if (!file)
         return std::nullopt;
     const std::optional<QString> text = file->read();
-    if (text)
+    if (text) {
         diagnostics::line("Read File", *text);
-    else
+        leaveTrace();
+    } else
         diagnostics::line("Error");
     return text;
 }

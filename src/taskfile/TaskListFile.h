@@ -42,6 +42,9 @@ public:
     QString takeCopyPath() { return file ? file->takeCopyPath() : QString(); }
     /// The file's whole text; empty when it cannot be read.
     QString readFile();
+    /// Whether `readFile` has found no file where this program had once read or written one, since this was
+    /// last asked.
+    bool takeIsGone() { return std::exchange(isGone, false); }
     /// Adds one task to the manager for each row of the text.
     void parseFile(const QString &text);
 
@@ -55,6 +58,7 @@ public:
     bool followFile();
 
 private:
+    void leaveTrace() const;
     bool takeOver(const QString &text);
     bool putTogether();
     bool addAgain(const TaskList &tasks);
@@ -68,6 +72,8 @@ private:
 
     TaskManager &manager;
     std::optional<TextFile> file;
+    QString trace; ///< path of a link to the file that was last read or written
+    bool isGone = false;
     RowTexts rowTexts;
     bool lastWriteFailed = false;
     qint64 filedChanges = 0; ///< the manager's count of changes when list and file were last the same

@@ -268,6 +268,34 @@ private slots:
         }
     }
 
+    void asksBeforeTheWorkOfOthersIsReplaced()
+    {
+        const task edited{
+            .key = u"KEY"_s, .date = moment(laterNoon), .name = u"old"_s, .color = {0.8, 0.1, 0.7}};
+        for (const auto &[others, answer, list, isOpen] :
+             {std::tuple(u"old"_s, QString(), u"mine"_s, false),
+              {u"mine"_s, QString(), u"mine"_s, false},
+              {u"theirs"_s, u"Store Mine"_s, u"mine theirs"_s, false},
+              {u"theirs"_s, u"Keep the Other"_s, u"theirs mine"_s, true},
+              {u"theirs"_s, u"Cancel"_s, u"theirs"_s, true}}) {
+            Appearance appearance;
+            openEdit(edited);
+            child<QLineEdit>("txtTaskName").setText(u"mine"_s);
+            appearance.set(true, systemNotices);
+            showTasks({{.key = u"KEY"_s,
+                        .date = moment(laterEvening),
+                        .name = others,
+                        .color = edited.color.inverted()}});
+            const AlertAnswer alert(answer);
+            child<QPushButton>("storeButton").click();
+            QCOMPARE(alert.text.section(u' ', -1), answer.isEmpty() ? QString() : u"Name."_s);
+            QCOMPARE(namesOf(tasks()).join(u' '), list);
+            QCOMPARE(form->isVisible(), isOpen);
+            QVERIFY(!isOpen ||
+                    child<QLineEdit>("txtTaskName").text() == (list == others ? u"mine"_s : others));
+        }
+    }
+
 private:
     static void enter(DatePicker &picker, QDate day)
     {

@@ -5,7 +5,9 @@
 #include "messaging/MessagingSettings.h"
 #include "model/TaskManager.h"
 #include "platform/DayWatch.h"
+#include "platform/FileDescriptor.h"
 #include "platform/Preferences.h"
+#include "platform/RedoFile.h"
 #include "program/Program.h"
 #include "support/Dialogs.h"
 #include "support/FullDisk.h"
@@ -230,6 +232,13 @@ private slots:
         writeTo(home->filePath(u"zandulist.txt"_s), row("a", 1) + "broken^");
         open();
         QVERIFY(toldIn(*window).startsWith(u"1 of the rows in "_s + home->path()));
+        program.reset();
+        const QString state = home->filePath(u"state"_s);
+        QVERIFY(redoFile::write(redoFile::pathFor(state, state), state, {}, {}, redoFile::digestOf({})));
+        QVERIFY(QFile::remove(home->filePath(u"zandulist.txt"_s)));
+        open();
+        QVERIFY(toldIn(*window).startsWith(u"What was last changed in "_s + state));
+        QVERIFY(toldIn(*window).contains(u"no task list in "_s + home->path()));
     }
 
     void theListFollowsItsFile()
