@@ -38,11 +38,12 @@ QString TaskManager::addTask(const task &added)
 void TaskManager::editSelectedTask(const task &edited)
 {
     if (const TaskList &list = workingList(); isSelectedIn(list)) {
-        task &entry = changedList(u"Edit"_s, *list[selectedIndex])[selectedIndex].edit();
+        const SharedTask old = list[selectedIndex];
         task changed = edited;
-        changed.key = entry.key;
-        changed.hidden = entry.hidden;
-        entry = std::move(changed);
+        changed.key = old->key;
+        changed.hidden = old->hidden;
+        if (!haveEqualFields(changed, *old)) // or there would be a step that takes nothing back
+            changedList(u"Edit"_s, *old)[selectedIndex] = SharedTask(std::move(changed));
     }
     followDefaultTimes(edited);
     diagnostics::line("Edit Task");

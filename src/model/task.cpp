@@ -4,6 +4,8 @@
 
 #include <QUuid>
 
+#include <tuple>
+
 QString newKey()
 {
     return QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
@@ -23,4 +25,15 @@ void appendItem(QByteArray &line, const TaskList &tasks)
     for (const SharedTask &entry : tasks)
         keys.append(entry->key);
     diagnostics::appendItem(line, keys);
+}
+
+bool haveEqualFields(const task &a, const task &b)
+{
+    const auto fields = [](const task &entry) {
+        const auto &[key, date, name, desc, client, teamMember, color, due, status, priority, statusName,
+                     priorityName, hidden, startHour, startMin, endHour, endMin] = entry;
+        return std::tie(key, date, name, desc, client, teamMember, color, due, status, priority, statusName,
+                        priorityName, hidden, startHour, startMin, endHour, endMin);
+    };
+    return fields(a) == fields(b);
 }

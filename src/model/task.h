@@ -33,6 +33,9 @@ struct task
     bool operator==(const task &other) const { return key == other.key; }
 };
 
+/// Whether all that is in the two tasks is equal, and not only their keys.
+bool haveEqualFields(const task &a, const task &b);
+
 /// A random UUID (RFC 4122, version 4) in upper case, as keys and record names are.
 QString newKey();
 

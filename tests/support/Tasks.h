@@ -43,15 +43,3 @@ inline QStringList namesOf(const TaskList &tasks)
         names.append(entry->name);
     return names;
 }
-
-/// Whether all that is in the two tasks is equal, and not only their keys.
-inline bool haveEqualFields(const task &a, const task &b)
-{
-    const auto fields = [](const task &entry) {
-        const auto &[key, date, name, desc, client, teamMember, color, due, status, priority, statusName,
-                     priorityName, hidden, startHour, startMin, endHour, endMin] = entry;
-        return std::tie(key, date, name, desc, client, teamMember, color, due, status, priority, statusName,
-                        priorityName, hidden, startHour, startMin, endHour, endMin);
-    };
-    return fields(a) == fields(b);
-}
