@@ -7,12 +7,9 @@
 #include "widgets/Palettes.h"
 #include "widgets/SharingServicePicker.h"
 
-#include <QBuffer>
 #include <QDir>
-#include <QFileInfo>
 #include <QIcon>
 #include <QKeyEvent>
-#include <QPainter>
 #include <QScreen>
 #include <QShortcut>
 #include <QStyle>
@@ -27,13 +24,6 @@ namespace {
 constexpr int bandHeight = 60;
 const QString pictureName = u"zandulistwhiteboard.png"_s;
 constexpr Color white{1.0, 1.0, 1.0, 1.0};
-
-QByteArray encoded(const QImage &image)
-{
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    return image.save(&buffer, "PNG") ? bytes : QByteArray();
-}
 
 } // namespace
 
@@ -106,7 +96,7 @@ void ViewControllerWhiteboard::viewDidAppear()
 {
     path = QDir::currentPath();
     fileManager.emplace(path + u'/' + pictureName, stateFolder);
-    report.tell(true, showPictureFile(), fileManager->takeCopyPath());
+    showPictureFile();
     watch = std::make_unique<FileWatch>(fileManager->path());
     connect(watch.get(), &FileWatch::mayHaveChanged, this, &ViewControllerWhiteboard::followFile);
     // As large as it was made, unless the display is too small for its buttons.
@@ -125,72 +115,35 @@ void ViewControllerWhiteboard::viewDidDisappear()
     ui->color->deactivate();
 }
 
-/// Shows the picture as it is in its file; nothing when there is none. One that cannot be read is kept beside
-/// itself when it is overwritten, which is the news.
-QStringList ViewControllerWhiteboard::showPictureFile()
+/// Shows the picture as it is in its file; nothing when there is none.
+void ViewControllerWhiteboard::showPictureFile()
 {
-    const std::optional<QByteArray> bytes = fileManager->read();
-    const QImage picture = QImage::fromData(bytes.value_or(QByteArray()), "PNG");
-    if (bytes && picture.isNull())
-        fileManager->keepCopy();
-    ui->whiteboard->setPicture(picture);
+    QStringList news;
+    ui->whiteboard->setPicture(fileManager->read(news));
     isChanged = false;
-    isFiled = !picture.isNull() ||
-              (fileManager->readProblem().isEmpty() && !QFileInfo::exists(fileManager->path()));
-    unfiled = QImage();
-    if (isFiled)
-        return {};
-    if (!fileManager->readProblem().isEmpty())
-        return {
-            u"%1 cannot be read: %2. It is shown as soon as it can be read, unless you draw meanwhile."_s.arg(
-                fileManager->path(), fileManager->readProblem())};
-    return {u"%1 could not be read as a picture. It is copied before it is overwritten."_s.arg(
-        fileManager->path())};
+    report.tell(true, news, fileManager->takeCopyPath());
 }
 
 QImage ViewControllerWhiteboard::capture() const
 {
     if (!isChanged && !ui->whiteboard->picture().isNull())
         return ui->whiteboard->picture();
-    // At the display's resolution, or the picture's own where that is finer.
-    const QSize ofDisplay = canvas().size() * devicePixelRatioF();
-    const QSize ofPicture = ui->whiteboard->picture().size();
-    const QSize unfilled = ofDisplay - ofPicture.scaled(ofDisplay, Qt::KeepAspectRatio);
-    const bool isFiner =
-        ofPicture.width() > ofDisplay.width() && unfilled.width() <= 1 && unfilled.height() <= 1;
-    QImage image(isFiner ? ofPicture : ofDisplay, QImage::Format_RGB32);
-    image.fill(Qt::white);
-    QPainter painter(&image);
-    ui->whiteboard->paint(painter, image.size());
-    painter.scale(double(image.width()) / canvas().width(), double(image.height()) / canvas().height());
-    line->draw(painter, canvas());
-    return image;
+    return ui->whiteboard->capture(*line);
 }
 
 /// Shows what another program has written, unless there is something here that is not in the file yet: then
 /// both are kept when that is written. True when there is nothing to be written.
 bool ViewControllerWhiteboard::followFile()
 {
-    if (isChanged || !unfiled.isNull())
+    if (isChanged || !fileManager->unfiled().isNull())
         return false;
-    if (!fileManager->readProblem().isEmpty()) {
-        fileManager->read();
-        if (!fileManager->readProblem().isEmpty())
-            return true;
-    } else if (!fileManager->isChangedByOthers()) {
-        return false;
+    const std::optional<QImage> newer = fileManager->readNewer();
+    if (newer && !newer->isNull()) {
+        clearBoard();
+        ui->whiteboard->setPicture(*newer);
+        report.withdrawNews();
     }
-    const QImage picture = QImage::fromData(fileManager->read().value_or(QByteArray()), "PNG");
-    if (picture.isNull()) {
-        fileManager->keepCopy(); // whoever writes it may not be done
-        isFiled = false;         // so that closing tells of the copy
-        return true;
-    }
-    clearBoard();
-    ui->whiteboard->setPicture(picture);
-    isFiled = true;
-    report.withdrawNews();
-    return true;
+    return newer.has_value();
 }
 
 bool ViewControllerWhiteboard::savePicture()
@@ -198,9 +151,7 @@ bool ViewControllerWhiteboard::savePicture()
     if (followFile())
         return true;
     const QImage image = capture();
-    const bool isWritten = writePNG(image);
-    isFiled = isWritten;
-    unfiled = isWritten ? QImage() : image;
+    const bool isWritten = fileManager->write(image);
     // What the file now holds, without reading it back; and where it could not be written, the stroke is not
     // lost.
     ui->whiteboard->setPicture(image);
@@ -209,36 +160,23 @@ bool ViewControllerWhiteboard::savePicture()
     return isWritten;
 }
 
-bool ViewControllerWhiteboard::writePNG(const QImage &image)
-{
-    const QByteArray bytes = encoded(image);
-    problem = u"it cannot be turned into a PNG picture"_s;
-    if (bytes.isEmpty())
-        return false;
-    const bool isWritten = fileManager->write(bytes);
-    problem = fileManager->errorString();
-    if (!isWritten)
-        diagnostics::line("caught:", problem);
-    return isWritten;
-}
-
 Unsaved ViewControllerWhiteboard::unsaved()
 {
     return {.what = u"The whiteboard"_s,
             .path = fileManager->path(),
-            .reason = [this] { return problem; },
+            .reason = [this] { return fileManager->errorString(); },
             .tryAgain = [this] { return savePicture(); },
             .content =
                 [this] {
-                    return encoded(capture());
+                    return PictureFile::encoded(capture());
                 }};
 }
 
 /// A picture that cannot be saved stays open, unless the user lets it go.
 bool ViewControllerWhiteboard::viewShouldClose()
 {
-    const bool isUnchanged = !isChanged && isFiled;
-    return !fileManager || isUnchanged || report.mayClose(u"&Close Without Saving"_s);
+    const bool isUnchanged = !fileManager || (!isChanged && fileManager->isFiled());
+    return isUnchanged || report.mayClose(u"&Close Without Saving"_s);
 }
 
 void ViewControllerWhiteboard::clearBoard()
@@ -301,11 +239,12 @@ void ViewControllerWhiteboard::revertToImage(QObject *)
 {
     clearBoard();
     diagnostics::line("Revert Image");
-    if (unfiled.isNull()) {
-        report.tell(true, showPictureFile(), {});
+    const QImage newest = fileManager->unfiled();
+    if (newest.isNull()) {
+        showPictureFile();
         return;
     }
-    ui->whiteboard->setPicture(unfiled); // what the file could not take is newer than the file
+    ui->whiteboard->setPicture(newest);
     isChanged = false;
 }
 
@@ -324,8 +263,8 @@ void ViewControllerWhiteboard::shareImage(QObject *)
     const bool isWritten = savePicture();
     colorPanel.orderOut();
     ui->color->deactivate();
-    const QByteArray bytes = fileManager->read().value_or(QByteArray());
-    const bool isPicture = !QImage::fromData(bytes, "PNG").isNull();
+    const QByteArray bytes = fileManager->content();
+    const bool isPicture = !PictureFile::decoded(bytes).isNull();
     const SharingServicePicker picker(
         {.title = u"Whiteboard"_s,
          .text = u"Whiteboard\n"_s + shareFooter(),

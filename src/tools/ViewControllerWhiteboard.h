@@ -1,12 +1,10 @@
 #pragma once
 
 #include "platform/FileWatch.h"
-#include "platform/ProtectedFile.h"
+#include "tools/PictureFile.h"
 #include "tools/WhiteboardLine.h"
 #include "widgets/FileReport.h"
 #include "widgets/Screen.h"
-
-#include <QImage>
 
 #include <memory>
 #include <optional>
@@ -62,9 +60,8 @@ private:
 
     QRect canvas() const;
     QImage capture() const;
-    bool writePNG(const QImage &image);
     Unsaved unsaved();
-    QStringList showPictureFile();
+    void showPictureFile();
     bool followFile();
     void clearBoard();
     void replaceDrawingLayer();
@@ -75,12 +72,9 @@ private:
     WhiteboardPen &pen;
     ColorPanel &colorPanel;
     QString stateFolder;
-    std::optional<ProtectedFile> fileManager; ///< of the picture, once the screen is shown
-    QString path;                             ///< the folder of the picture
-    QString problem;                          ///< why the picture could not be written
+    std::optional<PictureFile> fileManager; ///< once the screen is shown
+    QString path;                           ///< the folder of the picture
     Line *line = nullptr;
     bool isChanged = false; ///< since the picture was read or captured
-    bool isFiled = true;    ///< what was captured then is in the file
-    QImage unfiled;         ///< what was captured then, otherwise
     std::unique_ptr<FileWatch> watch;
 };
