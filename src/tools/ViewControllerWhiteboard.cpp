@@ -1,14 +1,11 @@
 #include "tools/ViewControllerWhiteboard.h"
 
-#include "app/UIUtil.h"
-#include "model/TaskShareText.h"
 #include "platform/Diagnostics.h"
+#include "tools/PictureStep.h"
 #include "ui_ViewControllerWhiteboard.h"
 #include "widgets/Palettes.h"
-#include "widgets/SharingServicePicker.h"
 
 #include <QDir>
-#include <QIcon>
 #include <QKeyEvent>
 #include <QScreen>
 #include <QShortcut>
@@ -19,13 +16,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
 constexpr int bandHeight = 60;
-const QString pictureName = u"zandulistwhiteboard.png"_s;
-constexpr Color white{1.0, 1.0, 1.0, 1.0};
-
-} // namespace
+constexpr int mostSteps = 200; // of about 100 kB
 
 ViewControllerWhiteboard::ViewControllerWhiteboard(const Services &services, QWidget *parent)
     : Screen(parent, Qt::Window)
@@ -44,6 +36,7 @@ ViewControllerWhiteboard::ViewControllerWhiteboard(const Services &services, QWi
     aboveCanvas->addWidget(ui->banners);
     aboveCanvas->addStretch();
     ui->color->setPanel(colorPanel);
+    steps.setUndoLimit(mostSteps);
     connectActions();
     viewDidLoad();
 }
@@ -61,6 +54,18 @@ void ViewControllerWhiteboard::connectActions()
     onClick(ui->revertButton, &ViewControllerWhiteboard::revertToImage);
     onClick(ui->deleteButton, &ViewControllerWhiteboard::deleteImage);
     onClick(ui->shareButton, &ViewControllerWhiteboard::shareImage);
+    onClick(ui->undoButton, &ViewControllerWhiteboard::undo);
+    onClick(ui->redoButton, &ViewControllerWhiteboard::redo);
+    connect(&steps, &QUndoStack::canUndoChanged, ui->undoButton, &QWidget::setEnabled);
+    connect(&steps, &QUndoStack::canRedoChanged, ui->redoButton, &QWidget::setEnabled);
+    connect(&steps, &QUndoStack::undoTextChanged, this,
+            [this](const QString &step) { ui->undoButton->setToolTip((u"Undo "_s + step).trimmed()); });
+    connect(&steps, &QUndoStack::redoTextChanged, this,
+            [this](const QString &step) { ui->redoButton->setToolTip((u"Redo "_s + step).trimmed()); });
+    connect(new QShortcut(QKeySequence::Undo, this), &QShortcut::activated, this,
+            [this] { undo(ui->undoButton); });
+    connect(new QShortcut(QKeySequence::Redo, this), &QShortcut::activated, this,
+            [this] { redo(ui->redoButton); });
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QDialog::close);
     connect(ui->color, &ColorWell::colorChosen, this, [this] { selectColor(ui->color); });
 }
@@ -95,8 +100,9 @@ void ViewControllerWhiteboard::viewDidLoad()
 void ViewControllerWhiteboard::viewDidAppear()
 {
     path = QDir::currentPath();
-    fileManager.emplace(path + u'/' + pictureName, stateFolder);
+    fileManager.emplace(path + u"/zandulistwhiteboard.png"_s, stateFolder);
     showPictureFile();
+    steps.clear();
     watch = std::make_unique<FileWatch>(fileManager->path());
     connect(watch.get(), &FileWatch::mayHaveChanged, this, &ViewControllerWhiteboard::followFile);
     // As large as it was made, unless the display is too small for its buttons.
@@ -141,6 +147,7 @@ bool ViewControllerWhiteboard::followFile()
     if (newer && !newer->isNull()) {
         clearBoard();
         ui->whiteboard->setPicture(*newer);
+        steps.clear(); // they are none of that picture's
         report.withdrawNews();
     }
     return newer.has_value();
@@ -148,9 +155,11 @@ bool ViewControllerWhiteboard::followFile()
 
 bool ViewControllerWhiteboard::savePicture()
 {
-    if (followFile())
-        return true;
-    const QImage image = capture();
+    return followFile() || store(capture());
+}
+
+bool ViewControllerWhiteboard::store(const QImage &image)
+{
     const bool isWritten = fileManager->write(image);
     // What the file now holds, without reading it back; and where it could not be written, the stroke is not
     // lost.
@@ -158,6 +167,28 @@ bool ViewControllerWhiteboard::savePicture()
     isChanged = false;
     report.tell(isWritten, {}, fileManager->takeCopyPath());
     return isWritten;
+}
+
+void ViewControllerWhiteboard::mergeStroke()
+{
+    const QImage before = ui->whiteboard->picture();
+    const bool isStroke = isChanged;
+    savePicture();
+    if (isStroke)
+        addStep(u"Stroke"_s, before);
+}
+
+/// \param before  what was shown; what is shown now is the step's outcome
+void ViewControllerWhiteboard::addStep(const QString &name, const QImage &before)
+{
+    const auto show = [this](const QImage &picture) {
+        replaceDrawingLayer();
+        store(picture);
+    };
+    const QImage &after = ui->whiteboard->picture();
+    if (auto step = std::make_unique<PictureStep>(name, before, after, *ui->whiteboard, show);
+        !step->isEmpty())
+        steps.push(step.release());
 }
 
 Unsaved ViewControllerWhiteboard::unsaved()
@@ -199,78 +230,8 @@ void ViewControllerWhiteboard::addDrawingLayer()
 {
     line = new Line(pen, *this);
     connect(line, &Line::extended, this, [this] { isChanged = true; });
-    connect(line, &Line::finished, this, &ViewControllerWhiteboard::savePicture);
+    connect(line, &Line::finished, this, &ViewControllerWhiteboard::mergeStroke);
     line->setGeometry(canvas());
     line->stackUnder(ui->banners);
     line->show();
-}
-
-void ViewControllerWhiteboard::selectColor(QObject *)
-{
-    diagnostics::line("Select Color");
-    pen.lineColor = ui->color->color();
-    pen.lineWidth = 5.0;
-    colorPanel.orderOut();
-    ui->color->deactivate();
-    const Color &color = pen.lineColor;
-    diagnostics::line("Select Color",
-                      u"%1 %2 %3 %4"_s.arg(color.red).arg(color.green).arg(color.blue).arg(color.alpha));
-}
-
-void ViewControllerWhiteboard::eraser(QObject *)
-{
-    ui->color->setColor(white);
-    pen.lineColor = ui->color->color();
-    pen.lineWidth = 10.0;
-}
-
-void ViewControllerWhiteboard::drawLine(QObject *)
-{
-    diagnostics::line("Line Pressed");
-    pen.straightLineMode = !pen.straightLineMode;
-    const bool isStraight = pen.straightLineMode;
-    line->setCursor(isStraight ? Qt::CrossCursor : Qt::ArrowCursor);
-    ui->lineButton->setIcon(
-        QIcon(isStraight ? u":/icons/AppLineIcon.svg"_s : u":/icons/AppLineCurveIcon.svg"_s));
-    ui->lineButton->setToolTip(isStraight ? u"STRAIGHT LINE"_s : u"DRAW"_s);
-}
-
-void ViewControllerWhiteboard::revertToImage(QObject *)
-{
-    clearBoard();
-    diagnostics::line("Revert Image");
-    const QImage newest = fileManager->unfiled();
-    if (newest.isNull()) {
-        showPictureFile();
-        return;
-    }
-    ui->whiteboard->setPicture(newest);
-    isChanged = false;
-}
-
-void ViewControllerWhiteboard::deleteImage(QObject *)
-{
-    if (!util().askYesNo(u"Are you sure you want to erase the Whiteboard ?"_s, QString()))
-        return;
-    diagnostics::line("Ok Pressed!");
-    diagnostics::line("Delete Image");
-    clearBoard();
-    isChanged = true;
-}
-
-void ViewControllerWhiteboard::shareImage(QObject *)
-{
-    const bool isWritten = savePicture();
-    colorPanel.orderOut();
-    ui->color->deactivate();
-    const QByteArray bytes = fileManager->content();
-    const bool isPicture = !PictureFile::decoded(bytes).isNull();
-    const SharingServicePicker picker(
-        {.title = u"Whiteboard"_s,
-         .text = u"Whiteboard\n"_s + shareFooter(),
-         .picture = isPicture ? bytes : QByteArray(),
-         .pictureFile = isPicture && isWritten ? fileManager->path() : QString()});
-    picker.show(*ui->shareButton, Qt::BottomEdge, parentWidget() ? *parentWidget() : *this);
-    if (isWritten)
-        close(); // else it stays, with what it holds
 }

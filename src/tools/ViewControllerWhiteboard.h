@@ -6,6 +6,8 @@
 #include "widgets/FileReport.h"
 #include "widgets/Screen.h"
 
+#include <QUndoStack>
+
 #include <memory>
 #include <optional>
 
@@ -45,6 +47,9 @@ public slots:
     void revertToImage(QObject *sender);
     void deleteImage(QObject *sender);
     void shareImage(QObject *sender);
+    /// Takes the last step back, also in the picture file.
+    void undo(QObject *sender);
+    void redo(QObject *sender);
 
 protected:
     bool viewShouldClose() override;
@@ -60,6 +65,10 @@ private:
 
     QRect canvas() const;
     QImage capture() const;
+    void mergeStroke();
+    void addStep(const QString &name, const QImage &before);
+    void beforeStep();
+    bool store(const QImage &image);
     Unsaved unsaved();
     void showPictureFile();
     bool followFile();
@@ -76,5 +85,6 @@ private:
     QString path;                           ///< the folder of the picture
     Line *line = nullptr;
     bool isChanged = false; ///< since the picture was read or captured
+    QUndoStack steps;       ///< from what the file held when the screen came up, or others have written since
     std::unique_ptr<FileWatch> watch;
 };
