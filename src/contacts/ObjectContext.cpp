@@ -248,13 +248,13 @@ bool ObjectContext::write(const QSqlDatabase &database, const Entity &entity, Re
             return record.isDeleted   ? remove.run({}, record.id)
                    : record.isChanged ? update.run(record.values, record.id)
                                       : true;
-        if (record.isDeleted)
-            return true;
-        const bool isNew = record.id == 0;
-        if (!(isNew ? insert.run(record.values) : restore.run(record.values, record.id)))
+        if (record.id != 0)
+            return record.isDeleted || restore.run(record.values, record.id);
+        if (!insert.run(record.values))
             return false;
-        newIds.emplace_back(&record, isNew ? insert.insertedId() : record.id);
-        return true;
+        newIds.emplace_back(&record, insert.insertedId());
+        // One that was deleted before it could be stored has its place as well, should it be restored.
+        return !record.isDeleted || remove.run({}, insert.insertedId());
     };
     return std::ranges::all_of(records.stored, writeRecord) &&
            std::ranges::all_of(records.added, writeRecord);
@@ -262,15 +262,13 @@ bool ObjectContext::write(const QSqlDatabase &database, const Entity &entity, Re
 
 void ObjectContext::settle(const NewIds &newIds)
 {
-    for (const auto &[record, id] : newIds) {
+    for (const auto &[record, id] : newIds)
         record->id = id;
-        record->isStored = true;
-    }
     for (auto &[entity, records] : recordsOf)
         for (std::deque<Record> *list : {&records.stored, &records.added})
             for (Record &record : *list) {
                 record.isChanged = false;
-                record.isStored = record.isStored && !record.isDeleted;
+                record.isStored = !record.isDeleted;
             }
 }
 
