@@ -60,14 +60,16 @@ void ContactScreen::tellOfRemoval(int stepCount)
 {
     const bool isDone = std::exchange(shownSteps, stepCount) < stepCount;
     const QString removed = isDone ? shown->steps().undoText() : QString();
-    if (removed.isEmpty())
+    if (removed.isEmpty()) {
         removal->withdraw();
-    else
-        removal->tell(fontMetrics().elidedText(removed, Qt::ElideRight, width() / 2),
-                      {{u"Undo"_s, [this] {
-                            undo();
-                            ui->table->setFocus();
-                        }}});
+        return;
+    }
+    constexpr int button = 120; // pixels, which it takes from the text
+    removal->tell(fontMetrics().elidedText(removed, Qt::ElideRight, ui->table->width() - button),
+                  {{u"Undo"_s, [this] {
+                        undo();
+                        ui->table->setFocus();
+                    }}});
 }
 
 /// Changes that cannot be saved stay in the window, unless the user lets them go.
