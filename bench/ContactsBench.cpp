@@ -1,6 +1,7 @@
 #include "contacts/Contact.h"
 #include "contacts/PersistentContainer.h"
 #include "contacts/ViewControllerClientMgmt.h"
+#include "forms/TaskDraft.h"
 #include "forms/ViewControllerAdd.h"
 #include "model/TaskManager.h"
 #include "platform/NotificationCenter.h"
@@ -66,7 +67,8 @@ void openForm(benchmark::State &state)
     NotificationCenter notices;
     NotificationCenter systemNotices;
     ColorPanel colorPanel;
-    const TaskFormServices services{manager, notices, systemNotices, colorPanel, store.path()};
+    TaskDraft draft(store.path() + u"/draft"_s);
+    const TaskFormServices services{manager, notices, systemNotices, colorPanel, draft, store.path()};
     for (auto _ : state) {
         ViewControllerAdd form(services);
         form.show();

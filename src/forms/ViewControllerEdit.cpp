@@ -34,14 +34,9 @@ void ViewControllerEdit::viewDidLoad()
 {
     diagnostics::line("Edit");
     const task edited = manager.selectedTask();
-    showTask(edited);
-    fields->color->setColor(edited.color);
+    showWholeTask(edited);
     ui->key->setText(edited.key);
-    util().setTime(*fields->startTime, edited.startHour, edited.startMin);
-    util().setTime(*fields->endTime, edited.endHour, edited.endMin);
     diagnostics::line("client:", edited.client);
-    showText(*fields->client, edited.client);
-    showText(*fields->teamMember, edited.teamMember);
 }
 
 void ViewControllerEdit::connectActions()
