@@ -111,12 +111,18 @@ void addTeamMember(Tour &tour, const Person &teamMember)
 
 void addTask(Tour &tour, const Person &client, const Person &teamMember)
 {
-    tour.stage.step(u"A task is added for a client and a team member"_s);
+    tour.stage.step(u"A task is begun, taken up later, and added for a client and a team member"_s);
     tour.showView(TaskView::All);
+    hand::shortcut(tour.window, Qt::Key_N, Qt::ControlModifier);
+    hand::typeInto(hand::openWindow(u"ViewControllerAdd"_s), newTask);
+    hand::shortcut(hand::openWindow(u"ViewControllerAdd"_s), Qt::Key_Escape, {});
     hand::shortcut(tour.window, Qt::Key_N, Qt::ControlModifier);
     QDialog &form = hand::openWindow(u"ViewControllerAdd"_s);
     auto &nameField = hand::child<QLineEdit>(form, u"txtTaskName"_s);
-    hand::fill(nameField, newTask);
+    tour.stage.same(nameField.text(), QString(), u"the name in a new form"_s);
+    tour.takePicturesOf(form, u"begun-task"_s);
+    choose(form, u"Take It Up"_s);
+    tour.stage.same(nameField.text(), newTask, u"the name that was begun"_s);
     hand::fill(hand::child<QPlainTextEdit>(form, u"txtTaskDescription"_s), description);
     hand::pick(hand::child<QComboBox>(form, u"client"_s), client.name);
     hand::pick(hand::child<QComboBox>(form, u"teamMember"_s), teamMember.name);
