@@ -1,5 +1,7 @@
 #include "contacts/Contact.h"
 #include "contacts/PersistentContainer.h"
+#include "contacts/ViewControllerClientMgmt.h"
+#include "forms/TaskDraft.h"
 #include "forms/ViewControllerAdd.h"
 #include "model/TaskManager.h"
 #include "platform/NotificationCenter.h"
@@ -7,8 +9,10 @@
 #include "widgets/ColorWell.h"
 
 #include <QCoreApplication>
+#include <QPushButton>
 #include <QSqlDatabase>
 #include <QSqlQuery>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QVariant>
 
@@ -63,7 +67,8 @@ void openForm(benchmark::State &state)
     NotificationCenter notices;
     NotificationCenter systemNotices;
     ColorPanel colorPanel;
-    const TaskFormServices services{manager, notices, systemNotices, colorPanel, store.path()};
+    TaskDraft draft(store.path() + u"/draft"_s);
+    const TaskFormServices services{manager, notices, systemNotices, colorPanel, draft, store.path()};
     for (auto _ : state) {
         ViewControllerAdd form(services);
         form.show();
@@ -93,6 +98,42 @@ void readRowsYardstick(benchmark::State &state)
     QSqlDatabase::removeDatabase(u"plain"_s);
 }
 BENCHMARK(readRowsYardstick)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+/// All contacts are removed in their window (0), or brought back (1).
+void removeAndBringBack(benchmark::State &state)
+{
+    const SampleStore store(most);
+    ViewControllerClientMgmt screen(store.path());
+    screen.show();
+    auto *table = screen.findChild<QTableView *>();
+    const auto remove = [&] {
+        table->selectAll();
+        screen.RemoveClient(nullptr);
+        QCoreApplication::processEvents();
+    };
+    const auto bringBack = [&] {
+        for (QPushButton *button : screen.findChildren<QPushButton *>())
+            if (button->text() == u"Undo")
+                button->click();
+        QCoreApplication::processEvents();
+    };
+    for (auto _ : state) {
+        if (state.range(0) == 1) {
+            state.PauseTiming();
+            remove();
+            state.ResumeTiming();
+            bringBack();
+        } else {
+            remove();
+            state.PauseTiming();
+            bringBack();
+            state.ResumeTiming();
+        }
+    }
+    if (table->model()->rowCount() != most)
+        state.SkipWithError("not all are back");
+}
+BENCHMARK(removeAndBringBack)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void saveChanges(benchmark::State &state)
 {

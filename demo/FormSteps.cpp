@@ -1,6 +1,7 @@
 #include "Steps.h"
 #include "Tour.h"
 #include "platform/Folders.h"
+#include "support/Dialogs.h"
 #include "support/ScratchHome.h"
 
 #include <QApplication>
@@ -22,6 +23,21 @@ const QString newTask = u"Plant the plum trees"_s;
 const QString description = u"Two on the south wall."_s;
 const QString editedTask = u"Plant and stake the plum trees"_s;
 
+/// Removes the only contact of the screen, and takes that back.
+void removeAndBringBack(Tour &tour, QDialog &screen, const Person &person)
+{
+    auto &table = hand::child<QTableView>(screen);
+    hand::clickCell(table, table.model()->index(0, 1));
+    hand::press(table, Qt::Key_Delete);
+    tour.stage.same(toldIn(screen), u"Removed %1, %2"_s.arg(person.name, person.phoneNo), u"the banner"_s);
+    tour.takePicturesOf(screen, screen.objectName() + u"-removed"_s);
+    hand::shortcut(screen, Qt::Key_Z, Qt::ControlModifier);
+    hand::shortcut(screen, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    tour.stage.same(table.model()->rowCount(), 0, u"contacts, removed once more"_s);
+    choose(screen, u"Undo"_s);
+    tour.stage.same(toldIn(screen), QString(), u"the banner"_s);
+}
+
 /// \param action  of the tool bar
 void addContact(Tour &tour, const QString &action, const QString &menuEntry, const QString &screen,
                 const Person &person)
@@ -38,6 +54,7 @@ void addContact(Tour &tour, const QString &action, const QString &menuEntry, con
 
     hand::choose(tour.window, u"Contacts"_s, menuEntry);
     QDialog &again = hand::openWindow(screen);
+    removeAndBringBack(tour, again, person);
     const QAbstractItemModel &contacts = *hand::child<QTableView>(again).model();
     tour.stage.same(contacts.rowCount(), 1, u"contacts"_s);
     tour.stage.same(contacts.index(0, 0).data().toString(), person.name, u"the name"_s);
@@ -81,7 +98,8 @@ ListRow newRow(const QDialog &form, const Person &client, const Person &teamMemb
 
 void addClient(Tour &tour, const Person &client)
 {
-    tour.stage.step(u"A client is added, and is still there when the screen is opened again"_s);
+    tour.stage.step(
+        u"A client is added, is still there when the screen is opened again, and comes back when removed"_s);
     addContact(tour, u"actionClients"_s, u"Clients…"_s, u"ViewControllerClientMgmt"_s, client);
 }
 
@@ -93,12 +111,18 @@ void addTeamMember(Tour &tour, const Person &teamMember)
 
 void addTask(Tour &tour, const Person &client, const Person &teamMember)
 {
-    tour.stage.step(u"A task is added for a client and a team member"_s);
+    tour.stage.step(u"A task is begun, taken up later, and added for a client and a team member"_s);
     tour.showView(TaskView::All);
+    hand::shortcut(tour.window, Qt::Key_N, Qt::ControlModifier);
+    hand::typeInto(hand::openWindow(u"ViewControllerAdd"_s), newTask);
+    hand::shortcut(hand::openWindow(u"ViewControllerAdd"_s), Qt::Key_Escape, {});
     hand::shortcut(tour.window, Qt::Key_N, Qt::ControlModifier);
     QDialog &form = hand::openWindow(u"ViewControllerAdd"_s);
     auto &nameField = hand::child<QLineEdit>(form, u"txtTaskName"_s);
-    hand::fill(nameField, newTask);
+    tour.stage.same(nameField.text(), QString(), u"the name in a new form"_s);
+    tour.takePicturesOf(form, u"begun-task"_s);
+    choose(form, u"Take It Up"_s);
+    tour.stage.same(nameField.text(), newTask, u"the name that was begun"_s);
     hand::fill(hand::child<QPlainTextEdit>(form, u"txtTaskDescription"_s), description);
     hand::pick(hand::child<QComboBox>(form, u"client"_s), client.name);
     hand::pick(hand::child<QComboBox>(form, u"teamMember"_s), teamMember.name);

@@ -53,7 +53,7 @@ void writeNotes(Tour &tour)
 
 void drawOnWhiteboard(Tour &tour)
 {
-    tour.stage.step(u"A sketch is drawn, partly erased, and shared"_s);
+    tour.stage.step(u"A sketch is drawn, partly erased, taken back and done again, and shared"_s);
     hand::clickTool(tour.window, u"actionWhiteboard"_s);
     QDialog &screen = hand::openWindow(u"ViewControllerWhiteboard"_s);
     QList<QPoint> wave;
@@ -71,6 +71,10 @@ void drawOnWhiteboard(Tour &tour)
     const QImage drawn(file);
     tour.stage.check(drawn.pixel(200, 400) != white && drawn.pixel(300, 500) == white, u"a straight line"_s);
     tour.stage.check(drawn.pixel(340, 400) == white, u"what was rubbed out"_s);
+    hand::shortcut(screen, Qt::Key_Z, Qt::ControlModifier);
+    tour.stage.check(QImage(file).pixel(340, 400) != white, u"the line is whole again"_s);
+    tour.stage.picture(screen, u"whiteboard-undone"_s);
+    hand::click(hand::child<QToolButton>(screen, u"redoButton"_s));
     for (const QString &answer : {u"No"_s, u"Yes"_s}) {
         tour.stage.check(QImage(file) == drawn, u"the picture is still there"_s);
         tour.throughAlert([&screen] { hand::click(hand::child<QToolButton>(screen, u"deleteButton"_s)); },
@@ -78,6 +82,11 @@ void drawOnWhiteboard(Tour &tour)
                           u"erase-question-"_s + answer.toLower());
     }
     tour.stage.check(screen.grab().toImage().pixel(200, 400) == white, u"nothing is left"_s);
+    hand::shortcut(screen, Qt::Key_Z, Qt::ControlModifier);
+    tour.stage.check(screen.grab().toImage().pixel(200, 400) != white, u"all is back"_s);
+    hand::shortcut(screen, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    tour.stage.check(QImage(file).pixel(200, 400) == white, u"and gone once more, from the file as well"_s);
+    hand::shortcut(screen, Qt::Key_Z, Qt::ControlModifier);
     hand::click(hand::child<QToolButton>(screen, u"revertButton"_s));
     hand::click(hand::child<QToolButton>(screen, u"shareButton"_s));
     tour.stage.check(!screen.isVisible(), u"the whiteboard is closed"_s);

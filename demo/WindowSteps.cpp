@@ -2,6 +2,7 @@
 #include "Tour.h"
 #include "platform/Color.h"
 #include "platform/Folders.h"
+#include "support/Dialogs.h"
 
 #include <QApplication>
 #include <QHeaderView>
@@ -95,6 +96,8 @@ void switchToDarkAndBack(Tour &tour)
     tour.takePicture(u"light-again"_s);
 }
 
+static const QString begunTask = u"Prune the quince"_s;
+
 void closeWindow(Tour &tour)
 {
     tour.stage.step(u"The window closes, the program ends, and the file holds it all"_s);
@@ -102,6 +105,8 @@ void closeWindow(Tour &tour)
     const QStringList shown = tour.taskNames();
     tour.table.horizontalHeader()->resizeSection(tour.column(u"Task"_s), 300);
     tour.takePicture(u"before-closing"_s);
+    hand::shortcut(tour.window, Qt::Key_N, Qt::ControlModifier);
+    hand::typeInto(hand::openWindow(u"ViewControllerAdd"_s), begunTask);
     hand::shortcut(tour.window, Qt::Key_Q, Qt::ControlModifier);
     tour.stage.check(!tour.window.isVisible(), u"the window is closed"_s);
     tour.stage.same(QApplication::exec(), EXIT_SUCCESS, u"how the program ends"_s);
@@ -116,7 +121,8 @@ void closeWindow(Tour &tour)
 
 void openAgain(Tour &tour)
 {
-    tour.stage.step(u"Opened again, the tasks and the columns are as they were left"_s);
+    tour.stage.step(
+        u"Opened again, the tasks, the columns and a task that was begun are as they were left"_s);
     tour.checkView(TaskView::All);
     tour.checkTaskButtons(false);
     const int column = tour.column(u"Task"_s);
@@ -129,4 +135,9 @@ void openAgain(Tour &tour)
     for (const ListRow &row : ExpectedList::readRows(folders::documents() + u"/zandulist.txt"_s))
         filed.append(row.field(ListRow::Name));
     tour.stage.same(tour.taskNames(), filed, u"the order made by hand"_s);
+    hand::shortcut(tour.window, Qt::Key_N, Qt::ControlModifier);
+    QDialog &form = hand::openWindow(u"ViewControllerAdd"_s);
+    tour.stage.check(toldIn(form).contains(begunTask), u"the task that was begun is on offer"_s);
+    choose(form, u"Discard"_s);
+    hand::shortcut(form, Qt::Key_Escape, {});
 }

@@ -1,6 +1,11 @@
 #include "contacts/ContactScreen.h"
 
 #include "ui_ContactScreen.h"
+#include "widgets/Banner.h"
+
+#include <QShortcut>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -9,7 +14,11 @@ ContactScreen::ContactScreen(const QString &dataFolder, QWidget *parent)
     , ui(setUpForm<Ui::ContactScreen>(*this))
     , persistentContainer(contactModel(), dataFolder)
     , report(*ui->mainLayout, [this] { return unsaved(); })
+    , removal(new Banner(this))
 {
+    ui->mainLayout->insertWidget(ui->mainLayout->indexOf(ui->table), removal);
+    connect(new QShortcut(QKeySequence::Undo, this), &QShortcut::activated, this, &ContactScreen::undo);
+    connect(new QShortcut(QKeySequence::Redo, this), &QShortcut::activated, this, &ContactScreen::redo);
     persistentContainer.loadPersistentStores();
     const QString reason = persistentContainer.errorString();
     isReadable = reason.isEmpty();
@@ -29,8 +38,38 @@ void ContactScreen::showContacts(ContactTable &contacts, const QString &title, c
     ui->table->setAccessibleName(title);
     ui->table->setTable(contacts);
     shown = &contacts;
+    connect(&contacts.steps(), &QUndoStack::indexChanged, this, &ContactScreen::tellOfRemoval);
     ui->addButton->setToolTip(addTip);
     ui->removeButton->setToolTip(removeTip);
+}
+
+void ContactScreen::undo()
+{
+    ui->table->endEditing();
+    shown->steps().undo();
+}
+
+void ContactScreen::redo()
+{
+    ui->table->endEditing();
+    shown->steps().redo();
+}
+
+/// Says what was removed by the step that was done now, and nothing of a step that was taken back.
+void ContactScreen::tellOfRemoval(int stepCount)
+{
+    const bool isDone = std::exchange(shownSteps, stepCount) < stepCount;
+    const QString removed = isDone ? shown->steps().undoText() : QString();
+    if (removed.isEmpty()) {
+        removal->withdraw();
+        return;
+    }
+    constexpr int button = 120; // pixels, which it takes from the text
+    removal->tell(fontMetrics().elidedText(removed, Qt::ElideRight, ui->table->width() - button),
+                  {{u"Undo"_s, [this] {
+                        undo();
+                        ui->table->setFocus();
+                    }}});
 }
 
 /// Changes that cannot be saved stay in the window, unless the user lets them go.

@@ -8,6 +8,8 @@
 
 #include <memory>
 
+class Banner;
+
 namespace Ui {
 class ContactScreen;
 }
@@ -36,11 +38,16 @@ protected:
     ObjectContext *managedObjectContext = nullptr;
 
 private:
+    void undo();
+    void redo();
+    void tellOfRemoval(int stepCount);
     bool save();
     QByteArray asText() const;
     Unsaved unsaved();
 
     FileReport report;
+    Banner *removal; ///< of the last step, if it removed contacts
+    int shownSteps = 0;
     ContactTable *shown = nullptr;
     bool isReadable = true; ///< the store's contacts are in the table
 };

@@ -1,20 +1,54 @@
 #include "contacts/ContactTable.h"
 
 #include <algorithm>
+#include <ranges>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+class ContactStep : public QUndoCommand
+{
+public:
+    ContactStep(const QString &text, std::function<void()> change, std::function<void()> takeBack)
+        : QUndoCommand(text)
+        , redoStep(std::move(change))
+        , undoStep(std::move(takeBack))
+    {
+    }
+
+    void redo() override { redoStep(); }
+    void undo() override { undoStep(); }
+
+private:
+    std::function<void()> redoStep;
+    std::function<void()> undoStep;
+};
+
+QString enumeration(const QList<std::pair<int, Contact>> &rows)
+{
+    if (rows.size() > 1)
+        return u"%1 contacts"_s.arg(rows.size());
+    const Contact &contact = rows.first().second;
+    QStringList texts{contact.name().value_or(QString()), contact.phoneNo().value_or(QString())};
+    texts.removeAll(QString());
+    return texts.isEmpty() ? u"an empty contact"_s : texts.join(u", "_s).simplified();
+}
+
+} // namespace
 
 void ContactTable::fill(ObjectContext &ofScreen, const FetchRequest &request,
                         std::function<Contact()> insertion)
 {
     context = &ofScreen;
     entity = &request.entity;
-    insert = std::move(insertion);
+    create = std::move(insertion);
     reload();
 }
 
 void ContactTable::reload()
 {
+    doneSteps.clear(); // the rows may be others
     beginResetModel();
     contacts.clear();
     for (const ManagedObject &object : context->fetch({*entity}))
@@ -24,27 +58,65 @@ void ContactTable::reload()
 
 int ContactTable::add()
 {
-    const int row = rowCount();
-    beginInsertRows({}, row, row);
-    contacts.append(insert());
-    endInsertRows();
-    return row;
+    const Rows rows{{rowCount(), create()}};
+    doneSteps.push(new ContactStep(
+        {}, [=, this] { insert(rows); }, [=, this] { take(rows); }));
+    return rows.first().first;
 }
 
-void ContactTable::remove(QList<int> rows)
+void ContactTable::remove(QList<int> numbers)
 {
-    constexpr qsizetype mostOneByOne = 100; // with more, telling the views of each row takes too long
-    std::ranges::sort(rows, std::ranges::greater());
+    if (numbers.isEmpty())
+        return;
+    std::ranges::sort(numbers);
+    Rows rows;
+    for (const int row : numbers)
+        rows.append({row, contacts[row]});
+    doneSteps.push(new ContactStep(
+        u"Removed "_s + enumeration(rows), [=, this] { take(rows); }, [=, this] { insert(rows); }));
+}
+
+constexpr qsizetype mostOneByOne = 100; // with more, telling the views of each row takes too long
+
+void ContactTable::insert(const Rows &rows)
+{
+    for (const auto &[row, contact] : rows)
+        context->restoreObject(contact);
     if (rows.size() > mostOneByOne) {
         beginResetModel();
-        for (const int row : rows)
-            context->deleteObject(contacts.takeAt(row));
+        QList<Contact> all;
+        auto kept = contacts.cbegin();
+        for (const auto &[row, contact] : rows) {
+            for (; all.size() < row; ++kept)
+                all.append(*kept);
+            all.append(contact);
+        }
+        all.append({kept, contacts.cend()});
+        contacts = all;
+        endResetModel();
+    } else {
+        for (const auto &[row, contact] : rows) {
+            beginInsertRows({}, row, row);
+            contacts.insert(row, contact);
+            endInsertRows();
+        }
+    }
+    emit touched(rows.first().first);
+}
+
+void ContactTable::take(const Rows &rows)
+{
+    for (const auto &[row, contact] : rows)
+        context->deleteObject(contact);
+    if (rows.size() > mostOneByOne) {
+        beginResetModel();
+        contacts.removeIf([](const Contact &contact) { return contact.isDeleted(); });
         endResetModel();
         return;
     }
-    for (const int row : rows) {
+    for (const auto &[row, contact] : rows | std::views::reverse) {
         beginRemoveRows({}, row, row);
-        context->deleteObject(contacts.takeAt(row));
+        contacts.removeAt(row);
         endRemoveRows();
     }
 }
@@ -70,9 +142,23 @@ bool ContactTable::setData(const QModelIndex &index, const QVariant &value, int 
 {
     if (role != Qt::EditRole)
         return false;
-    contacts[index.row()].setValue(size_t(index.column()), value.toString());
-    emit dataChanged(index, index);
+    const int row = index.row();
+    const auto attribute = Contact::Attribute(index.column());
+    const std::optional<QString> before = contacts[row].value(attribute);
+    const std::optional<QString> after = value.toString();
+    if (before != after)
+        doneSteps.push(new ContactStep(
+            {}, [=, this] { setText(row, attribute, after); },
+            [=, this] { setText(row, attribute, before); }));
     return true;
+}
+
+void ContactTable::setText(int row, Contact::Attribute attribute, const std::optional<QString> &text)
+{
+    contacts[row].setValue(attribute, text);
+    const QModelIndex cell = index(row, int(attribute));
+    emit dataChanged(cell, cell);
+    emit touched(row);
 }
 
 QVariant ContactTable::headerData(int section, Qt::Orientation orientation, int role) const

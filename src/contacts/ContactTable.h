@@ -3,10 +3,13 @@
 #include "contacts/Contact.h"
 
 #include <QAbstractTableModel>
+#include <QUndoStack>
 
 #include <functional>
+#include <utility>
 
-/// The contacts of one kind as an editable table of names and phone numbers.
+/// The contacts of one kind as an editable table of names and phone numbers. Whatever is done to it can be
+/// taken back.
 class ContactTable : public QAbstractTableModel
 {
     Q_OBJECT
@@ -19,12 +22,15 @@ public:
         fill(ofScreen, Record::fetchRequest(), [&ofScreen]() -> Contact { return Record(ofScreen); });
     }
 
-    /// Fills it anew from the same context.
+    /// Fills it anew from the same context. What was done before can no longer be taken back.
     void reload();
     /// Adds a contact at the end and returns its row.
     int add();
     /// Removes the rows; they may come in any order.
     void remove(QList<int> rows);
+
+    /// What was done; the steps that remove contacts have a text, which tells of that.
+    QUndoStack &steps() { return doneSteps; }
 
     const Contact &contact(int row) const { return contacts[row]; }
 
@@ -35,11 +41,22 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
+signals:
+    /// A contact in this row was added, brought back or changed; the first one of several.
+    void touched(int row);
+
 private:
+    /// Contacts by the row in which they are, in the order of the rows.
+    using Rows = QList<std::pair<int, Contact>>;
+
     void fill(ObjectContext &ofScreen, const FetchRequest &request, std::function<Contact()> insertion);
+    void insert(const Rows &rows);
+    void take(const Rows &rows);
+    void setText(int row, Contact::Attribute attribute, const std::optional<QString> &text);
 
     ObjectContext *context = nullptr;
     const Entity *entity = nullptr;
-    std::function<Contact()> insert;
+    std::function<Contact()> create;
     QList<Contact> contacts;
+    QUndoStack doneSteps;
 };

@@ -47,6 +47,10 @@ void ContactTableView::setTable(ContactTable &table)
     horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     connect(new QShortcut(Qt::Key_Delete, this, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated,
             this, &ContactTableView::removeSelected);
+    connect(contacts, &ContactTable::touched, this, [this](int row) {
+        if (state() != EditingState)
+            setCurrentIndex(contacts->index(row, std::max(currentIndex().column(), 0)));
+    });
 }
 
 void ContactTableView::addContact()

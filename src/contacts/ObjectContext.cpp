@@ -138,14 +138,22 @@ void ObjectContext::merge(Records &records, std::deque<Record> newest)
                 known.insert(record.id, &record);
     for (Record &stored : newest) {
         Record *record = known.take(stored.id);
-        if (!record)
+        if (!record) {
             records.added.push_back(std::move(stored));
-        else if (!record->isChanged)
+            continue;
+        }
+        if (!record->isChanged)
             record->values = std::move(stored.values);
+        if (!std::exchange(record->isStored, true))
+            record->isDeleted = false; // somebody has brought it back
     }
     for (Record *gone : std::as_const(known)) {
-        gone->id = 0;
-        gone->isDeleted |= !gone->isChanged;
+        if (!std::exchange(gone->isStored, false))
+            continue;
+        if (gone->isChanged)
+            gone->id = 0; // and is stored anew
+        else
+            gone->isDeleted = true;
     }
 }
 
@@ -161,7 +169,7 @@ std::optional<std::deque<ObjectContext::Record>> ObjectContext::read(const Entit
     std::deque<Record> records;
     const int attributes = int(entity.attributes.size());
     while (query.next()) {
-        Record &record = records.emplace_back(Record{.id = query.value(0).toLongLong()});
+        Record &record = records.emplace_back(Record{.id = query.value(0).toLongLong(), .isStored = true});
         record.values.reserve(size_t(attributes));
         for (int column = 1; column <= attributes; ++column) {
             const QVariant value = query.value(column);
@@ -176,6 +184,11 @@ std::optional<std::deque<ObjectContext::Record>> ObjectContext::read(const Entit
 void ObjectContext::deleteObject(const ManagedObject &object)
 {
     object.record->isDeleted = true;
+}
+
+void ObjectContext::restoreObject(const ManagedObject &object)
+{
+    object.record->isDeleted = false;
 }
 
 bool ObjectContext::save()
@@ -201,7 +214,7 @@ bool ObjectContext::save()
 bool ObjectContext::hasChanges() const
 {
     const auto isPending = [](const Record &record) {
-        return record.id == 0 ? !record.isDeleted : record.isDeleted || record.isChanged;
+        return record.isStored ? record.isDeleted || record.isChanged : !record.isDeleted;
     };
     return std::ranges::any_of(recordsOf, [&](const auto &entry) {
         return std::ranges::any_of(entry.second.stored, isPending) ||
@@ -222,20 +235,26 @@ bool ObjectContext::write(const QSqlDatabase &database, const Entity &entity, Re
     Statement insert(database,
                      u"INSERT INTO \"%1\" (%2) VALUES (%3)"_s.arg(entity.name, columns(entity, {}), places),
                      error);
+    // Another context may have brought it back as well.
+    Statement restore(database,
+                      u"INSERT OR REPLACE INTO \"%1\" (%2, id) VALUES (%3, ?)"_s.arg(
+                          entity.name, columns(entity, {}), places),
+                      error);
     Statement update(
         database, u"UPDATE \"%1\" SET %2 WHERE id = ?"_s.arg(entity.name, columns(entity, u" = ?"_s)), error);
     Statement remove(database, u"DELETE FROM \"%1\" WHERE id = ?"_s.arg(entity.name), error);
     const auto writeRecord = [&](Record &record) {
-        if (record.id != 0)
+        if (record.isStored)
             return record.isDeleted   ? remove.run({}, record.id)
                    : record.isChanged ? update.run(record.values, record.id)
                                       : true;
-        if (record.isDeleted)
-            return true;
+        if (record.id != 0)
+            return record.isDeleted || restore.run(record.values, record.id);
         if (!insert.run(record.values))
             return false;
         newIds.emplace_back(&record, insert.insertedId());
-        return true;
+        // One that was deleted before it could be stored has its place as well, should it be restored.
+        return !record.isDeleted || remove.run({}, insert.insertedId());
     };
     return std::ranges::all_of(records.stored, writeRecord) &&
            std::ranges::all_of(records.added, writeRecord);
@@ -249,8 +268,7 @@ void ObjectContext::settle(const NewIds &newIds)
         for (std::deque<Record> *list : {&records.stored, &records.added})
             for (Record &record : *list) {
                 record.isChanged = false;
-                if (record.isDeleted)
-                    record.id = 0;
+                record.isStored = !record.isDeleted;
             }
 }
 
@@ -260,7 +278,7 @@ ManagedObject::ManagedObject(const Entity &entity, ObjectContext &context)
     record->values.resize(size_t(entity.attributes.size()));
 }
 
-void ManagedObject::setValue(size_t attribute, const QString &text)
+void ManagedObject::setValue(size_t attribute, const std::optional<QString> &text)
 {
     std::optional<QString> &value = record->values[attribute];
     record->isChanged = record->isChanged || value != text;

@@ -45,6 +45,9 @@ public:
     /// The records in store order, without those deleted. Empty when the store cannot be read.
     std::vector<ManagedObject> fetch(const FetchRequest &request);
     void deleteObject(const ManagedObject &object);
+    /// Brings a deleted record back as the same record, also when its deletion was saved: it is then stored
+    /// under the id that it had.
+    void restoreObject(const ManagedObject &object);
     enum class Refresh { Unchanged, Changed, Failed };
     /// Brings the fetched records up to date when others have changed the store since: the screen's own
     /// changes stay, what others have added comes last, and what they have deleted is deleted here, too,
@@ -61,8 +64,9 @@ private:
     friend class ManagedObject;
     struct Record
     {
-        qint64 id = 0; ///< 0 until it is in the store
+        qint64 id = 0; ///< 0 until it was first in the store
         std::vector<std::optional<QString>> values = {};
+        bool isStored = false;
         bool isChanged = false;
         bool isDeleted = false;
     };
@@ -99,7 +103,7 @@ public:
 
     /// \param attribute  position in the entity's attributes
     const std::optional<QString> &value(size_t attribute) const { return record->values[attribute]; }
-    void setValue(size_t attribute, const QString &text);
+    void setValue(size_t attribute, const std::optional<QString> &text);
     bool isDeleted() const { return record->isDeleted; }
     /// Whether both are the same record.
     bool operator==(const ManagedObject &) const = default;

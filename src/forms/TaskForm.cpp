@@ -42,6 +42,14 @@ void selectPosition(QComboBox &box, qint64 position, const QString &text)
         box.setEditText(text);
 }
 
+/// Shows the text in the box, whether or not its list has it.
+void showText(QComboBox &box, const QString &text)
+{
+    box.setCurrentIndex(box.findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive));
+    box.setEditText(text);
+    box.lineEdit()->home(false); // a long name is read from its beginning
+}
+
 /// The position of the entry that equals the box's text, or −1. The current index does not follow typing.
 int positionOf(const QComboBox &box)
 {
@@ -135,11 +143,14 @@ void TaskForm::showTask(const task &shown)
     selectPosition(*fields->inTaskPriority, shown.priority, shown.priorityName);
 }
 
-void TaskForm::showText(QComboBox &box, const QString &text)
+void TaskForm::showWholeTask(const task &shown)
 {
-    box.setCurrentIndex(box.findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive));
-    box.setEditText(text);
-    box.lineEdit()->home(false); // a long name is read from its beginning
+    showTask(shown);
+    fields->color->setColor(shown.color);
+    util().setTime(*fields->startTime, shown.startHour, shown.startMin);
+    util().setTime(*fields->endTime, shown.endHour, shown.endMin);
+    showText(*fields->client, shown.client);
+    showText(*fields->teamMember, shown.teamMember);
 }
 
 void TaskForm::acceptColor(const QObject &sender)

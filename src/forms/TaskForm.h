@@ -10,6 +10,7 @@ class ColorPanel;
 class DatePicker;
 class NotificationCenter;
 class QComboBox;
+class TaskDraft;
 class TaskManager;
 
 namespace Ui {
@@ -23,6 +24,7 @@ struct TaskFormServices
     NotificationCenter &notices;       ///< the application's own
     NotificationCenter &systemNotices; ///< the system-wide ones
     ColorPanel &colorPanel;
+    TaskDraft &draft;
     QString dataFolder; ///< where the contact store is
 };
 
@@ -50,8 +52,8 @@ protected:
     task taskOfControls() const;
     /// Shows what both forms also reset: name, description, dates, status and priority.
     void showTask(const task &shown);
-    /// Shows the text in the box, whether or not its list has it.
-    static void showText(QComboBox &box, const QString &text);
+    /// Shows all of the task.
+    void showWholeTask(const task &shown);
 
     /// Accepts the colour that was chosen in the well, unless the description could not be read on it.
     void acceptColor(const QObject &sender);

@@ -1,23 +1,30 @@
 #include "forms/ViewControllerAdd.h"
 
 #include "app/UIUtil.h"
+#include "forms/TaskDraft.h"
 #include "model/Appearance.h"
 #include "model/TaskManager.h"
 #include "platform/Diagnostics.h"
 #include "platform/NotificationCenter.h"
 #include "ui_TaskFields.h"
 #include "ui_ViewControllerAdd.h"
+#include "widgets/Banner.h"
+
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
 ViewControllerAdd::ViewControllerAdd(const TaskFormServices &formServices, QWidget *parent)
     : TaskForm(formServices, Color(), Calendar::now(), Calendar::now(), parent)
     , ui(std::make_unique<Ui::ViewControllerAdd>())
+    , offer(new Banner(this))
 {
     ui->setupUi(this);
+    ui->mainLayout->insertWidget(0, offer);
     loadView(*ui->taskFields);
     viewDidLoad();
     connectActions();
+    offerDraft();
 }
 
 ViewControllerAdd::~ViewControllerAdd() = default;
@@ -31,6 +38,7 @@ void ViewControllerAdd::viewDidLoad()
     manager.resetColorWell(*fields->color, *fields->txtTaskDescription);
     util().setTime(*fields->startTime, manager.defaultStartHour, manager.defaultStartMin);
     util().setTime(*fields->endTime, manager.defaultEndHour, manager.defaultEndMin);
+    untouched = taskOfControls();
 }
 
 void ViewControllerAdd::connectActions()
@@ -54,6 +62,66 @@ void ViewControllerAdd::viewWillAppear()
         diagnostics::line(util().getHour(*picker), ":", util().getMinute(*picker));
 }
 
+void ViewControllerAdd::viewWillDisappear()
+{
+    if (isTouched())
+        services.draft.keep(taskOfControls());
+    else if (isTakenUp)
+        services.draft.discard();
+}
+
+/// Whether anything was entered; a colour alone is not worth keeping.
+bool ViewControllerAdd::isTouched() const
+{
+    const auto entered = [](const task &entry) {
+        return std::tie(entry.date, entry.name, entry.desc, entry.client, entry.teamMember, entry.due,
+                        entry.statusName, entry.priorityName, entry.startHour, entry.startMin, entry.endHour,
+                        entry.endMin);
+    };
+    const task shown = taskOfControls();
+    return entered(shown) != entered(untouched);
+}
+
+void ViewControllerAdd::offerDraft()
+{
+    const std::optional<task> begun = services.draft.begun();
+    if (!begun) {
+        offer->withdraw();
+        return;
+    }
+    constexpr int widest = 250; // pixels
+    const QString name = fontMetrics().elidedText(begun->name.simplified(), Qt::ElideRight, widest);
+    offer->tell(name.isEmpty() ? u"You had begun a task that has no name yet."_s
+                               : u"You had begun the task “%1”."_s.arg(name),
+                {{u"Take It Up"_s,
+                  [this] {
+                      takeUpDraft();
+                  }},
+                 {u"Discard"_s, [this] {
+                      services.draft.discard();
+                      offer->withdraw();
+                  }}});
+}
+
+/// Exchanges it for what has been entered meanwhile, if anything.
+void ViewControllerAdd::takeUpDraft()
+{
+    const std::optional<task> begun = services.draft.begun();
+    const bool isExchanged = isTouched();
+    if (isExchanged)
+        services.draft.keep(taskOfControls());
+    isTakenUp = true;
+    showWholeTask(*begun);
+    colorWell = begun->color;
+    previousDate = begun->date;
+    previousDueDate = begun->due;
+    if (isExchanged)
+        offerDraft();
+    else
+        offer->withdraw();
+    fields->txtTaskName->setFocus();
+}
+
 void ViewControllerAdd::focusInEvent(QFocusEvent *event)
 {
     TaskForm::focusInEvent(event);
@@ -70,6 +138,8 @@ void ViewControllerAdd::btnAddTask_Click(QObject *)
     fields->txtTaskName->clear();
     fields->txtTaskDescription->setText({});
     hideColorPanel();
+    untouched = taskOfControls();
+    services.draft.discard();
     services.notices.post(notice::reload);
     emit added(key);
     close();
@@ -101,6 +171,7 @@ void ViewControllerAdd::ResetToOriginal(QObject *)
     diagnostics::line("Reset");
     const Instant now = Calendar::now();
     showTask({.date = now, .due = now});
+    untouched.date = untouched.due = now;
     manager.resetColorWell(*fields->color, *fields->txtTaskDescription);
 }
 

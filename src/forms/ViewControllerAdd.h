@@ -2,11 +2,13 @@
 
 #include "forms/TaskForm.h"
 
+class Banner;
+
 namespace Ui {
 class ViewControllerAdd;
 }
 
-/// The form of a new task.
+/// The form of a new task. What is closed without being added is offered when the form is opened again.
 class ViewControllerAdd : public TaskForm
 {
     Q_OBJECT
@@ -32,11 +34,18 @@ signals:
 
 protected:
     void viewWillAppear() override;
+    void viewWillDisappear() override;
     void focusInEvent(QFocusEvent *event) override;
 
 private:
     void viewDidLoad();
     void connectActions();
+    void offerDraft();
+    void takeUpDraft();
+    bool isTouched() const;
 
     std::unique_ptr<Ui::ViewControllerAdd> ui;
+    Banner *offer;
+    task untouched;         ///< what the controls show when nothing has been entered
+    bool isTakenUp = false; ///< what was on offer is in the form
 };

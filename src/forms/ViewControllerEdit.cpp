@@ -39,14 +39,9 @@ void ViewControllerEdit::viewDidLoad()
 void ViewControllerEdit::showWhole(const task &shown)
 {
     known = shown;
-    showTask(shown);
-    fields->color->setColor(shown.color);
+    showWholeTask(shown);
     ui->key->setText(shown.key);
-    util().setTime(*fields->startTime, shown.startHour, shown.startMin);
-    util().setTime(*fields->endTime, shown.endHour, shown.endMin);
     diagnostics::line("client:", shown.client);
-    showText(*fields->client, shown.client);
-    showText(*fields->teamMember, shown.teamMember);
     colorWell = shown.color;
     previousDate = shown.date;
     previousDueDate = shown.due;

@@ -37,8 +37,9 @@ static QStringList finishEarlierWrites(const QString &stateFolder)
 Program::Program(TaskManager &manager, NotificationCenter &systemNotices, const Folders &folders,
                  const GatewayAddress &gateway)
     : news(finishEarlierWrites(folders.state))
+    , draft(folders.state + u"/begun-task"_s)
     , scheduleRuns(manager.defaults, gateway)
-    , screens({manager, notices, systemNotices, colorPanel, folders.data}, scheduleRuns,
+    , screens({manager, notices, systemNotices, colorPanel, draft, folders.data}, scheduleRuns,
               {folders.documents, folders.state})
     , container(CloudHome::read(folders.config + u"/cloud.ini"_s, folders.data), taskRecordType())
     , cloud(manager, notices, container)

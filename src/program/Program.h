@@ -3,6 +3,7 @@
 #include "app/AppDelegate.h"
 #include "cloud/CloudSync.h"
 #include "cloud/SqlCloudContainer.h"
+#include "forms/TaskDraft.h"
 #include "mainwindow/Screens.h"
 #include "mainwindow/ViewController.h"
 #include "messaging/ScheduleRuns.h"
@@ -48,6 +49,7 @@ private:
     AppDelegate delegate;
     NotificationCenter notices;
     ColorPanel colorPanel;
+    TaskDraft draft;
     ScheduleRuns scheduleRuns;
     Screens screens;
     SqlCloudContainer container;

@@ -1,5 +1,7 @@
 #include "tools/PictureView.h"
 
+#include "tools/WhiteboardLine.h"
+
 #include <QPaintEvent>
 #include <QPainter>
 
@@ -29,6 +31,20 @@ void PictureView::paint(QPainter &painter, const QSize &area)
             painted = painted.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     }
     painter.drawImage(QPoint(), painted);
+}
+
+QImage PictureView::capture(const WhiteboardLine &line)
+{
+    const QSize ofDisplay = size() * devicePixelRatioF();
+    const QSize unfilled = ofDisplay - shown.size().scaled(ofDisplay, Qt::KeepAspectRatio);
+    const bool isFiner = shown.width() > ofDisplay.width() && unfilled.width() <= 1 && unfilled.height() <= 1;
+    QImage image(isFiner ? shown.size() : ofDisplay, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    paint(painter, image.size());
+    painter.scale(double(image.width()) / width(), double(image.height()) / height());
+    line.draw(painter, rect());
+    return image;
 }
 
 void PictureView::paintEvent(QPaintEvent *event)

@@ -1,18 +1,12 @@
 #include "tools/ViewControllerWhiteboard.h"
 
-#include "app/UIUtil.h"
-#include "model/TaskShareText.h"
 #include "platform/Diagnostics.h"
+#include "tools/PictureStep.h"
 #include "ui_ViewControllerWhiteboard.h"
 #include "widgets/Palettes.h"
-#include "widgets/SharingServicePicker.h"
 
-#include <QBuffer>
 #include <QDir>
-#include <QFileInfo>
-#include <QIcon>
 #include <QKeyEvent>
-#include <QPainter>
 #include <QScreen>
 #include <QShortcut>
 #include <QStyle>
@@ -22,20 +16,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
 constexpr int bandHeight = 60;
-const QString pictureName = u"zandulistwhiteboard.png"_s;
-constexpr Color white{1.0, 1.0, 1.0, 1.0};
-
-QByteArray encoded(const QImage &image)
-{
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    return image.save(&buffer, "PNG") ? bytes : QByteArray();
-}
-
-} // namespace
+constexpr int mostSteps = 200; // of about 100 kB
 
 ViewControllerWhiteboard::ViewControllerWhiteboard(const Services &services, QWidget *parent)
     : Screen(parent, Qt::Window)
@@ -54,6 +36,7 @@ ViewControllerWhiteboard::ViewControllerWhiteboard(const Services &services, QWi
     aboveCanvas->addWidget(ui->banners);
     aboveCanvas->addStretch();
     ui->color->setPanel(colorPanel);
+    steps.setUndoLimit(mostSteps);
     connectActions();
     viewDidLoad();
 }
@@ -71,6 +54,18 @@ void ViewControllerWhiteboard::connectActions()
     onClick(ui->revertButton, &ViewControllerWhiteboard::revertToImage);
     onClick(ui->deleteButton, &ViewControllerWhiteboard::deleteImage);
     onClick(ui->shareButton, &ViewControllerWhiteboard::shareImage);
+    onClick(ui->undoButton, &ViewControllerWhiteboard::undo);
+    onClick(ui->redoButton, &ViewControllerWhiteboard::redo);
+    connect(&steps, &QUndoStack::canUndoChanged, ui->undoButton, &QWidget::setEnabled);
+    connect(&steps, &QUndoStack::canRedoChanged, ui->redoButton, &QWidget::setEnabled);
+    connect(&steps, &QUndoStack::undoTextChanged, this,
+            [this](const QString &step) { ui->undoButton->setToolTip((u"Undo "_s + step).trimmed()); });
+    connect(&steps, &QUndoStack::redoTextChanged, this,
+            [this](const QString &step) { ui->redoButton->setToolTip((u"Redo "_s + step).trimmed()); });
+    connect(new QShortcut(QKeySequence::Undo, this), &QShortcut::activated, this,
+            [this] { undo(ui->undoButton); });
+    connect(new QShortcut(QKeySequence::Redo, this), &QShortcut::activated, this,
+            [this] { redo(ui->redoButton); });
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QDialog::close);
     connect(ui->color, &ColorWell::colorChosen, this, [this] { selectColor(ui->color); });
 }
@@ -105,8 +100,9 @@ void ViewControllerWhiteboard::viewDidLoad()
 void ViewControllerWhiteboard::viewDidAppear()
 {
     path = QDir::currentPath();
-    fileManager.emplace(path + u'/' + pictureName, stateFolder);
-    report.tell(true, showPictureFile(), fileManager->takeCopyPath());
+    fileManager.emplace(path + u"/zandulistwhiteboard.png"_s, stateFolder);
+    showPictureFile();
+    steps.clear();
     watch = std::make_unique<FileWatch>(fileManager->path());
     connect(watch.get(), &FileWatch::mayHaveChanged, this, &ViewControllerWhiteboard::followFile);
     // As large as it was made, unless the display is too small for its buttons.
@@ -125,82 +121,46 @@ void ViewControllerWhiteboard::viewDidDisappear()
     ui->color->deactivate();
 }
 
-/// Shows the picture as it is in its file; nothing when there is none. One that cannot be read is kept beside
-/// itself when it is overwritten, which is the news.
-QStringList ViewControllerWhiteboard::showPictureFile()
+/// Shows the picture as it is in its file; nothing when there is none.
+void ViewControllerWhiteboard::showPictureFile()
 {
-    const std::optional<QByteArray> bytes = fileManager->read();
-    const QImage picture = QImage::fromData(bytes.value_or(QByteArray()), "PNG");
-    if (bytes && picture.isNull())
-        fileManager->keepCopy();
-    ui->whiteboard->setPicture(picture);
+    QStringList news;
+    ui->whiteboard->setPicture(fileManager->read(news));
     isChanged = false;
-    isFiled = !picture.isNull() ||
-              (fileManager->readProblem().isEmpty() && !QFileInfo::exists(fileManager->path()));
-    unfiled = QImage();
-    if (isFiled)
-        return {};
-    if (!fileManager->readProblem().isEmpty())
-        return {
-            u"%1 cannot be read: %2. It is shown as soon as it can be read, unless you draw meanwhile."_s.arg(
-                fileManager->path(), fileManager->readProblem())};
-    return {u"%1 could not be read as a picture. It is copied before it is overwritten."_s.arg(
-        fileManager->path())};
+    report.tell(true, news, fileManager->takeCopyPath());
 }
 
 QImage ViewControllerWhiteboard::capture() const
 {
     if (!isChanged && !ui->whiteboard->picture().isNull())
         return ui->whiteboard->picture();
-    // At the display's resolution, or the picture's own where that is finer.
-    const QSize ofDisplay = canvas().size() * devicePixelRatioF();
-    const QSize ofPicture = ui->whiteboard->picture().size();
-    const QSize unfilled = ofDisplay - ofPicture.scaled(ofDisplay, Qt::KeepAspectRatio);
-    const bool isFiner =
-        ofPicture.width() > ofDisplay.width() && unfilled.width() <= 1 && unfilled.height() <= 1;
-    QImage image(isFiner ? ofPicture : ofDisplay, QImage::Format_RGB32);
-    image.fill(Qt::white);
-    QPainter painter(&image);
-    ui->whiteboard->paint(painter, image.size());
-    painter.scale(double(image.width()) / canvas().width(), double(image.height()) / canvas().height());
-    line->draw(painter, canvas());
-    return image;
+    return ui->whiteboard->capture(*line);
 }
 
 /// Shows what another program has written, unless there is something here that is not in the file yet: then
 /// both are kept when that is written. True when there is nothing to be written.
 bool ViewControllerWhiteboard::followFile()
 {
-    if (isChanged || !unfiled.isNull())
+    if (isChanged || !fileManager->unfiled().isNull())
         return false;
-    if (!fileManager->readProblem().isEmpty()) {
-        fileManager->read();
-        if (!fileManager->readProblem().isEmpty())
-            return true;
-    } else if (!fileManager->isChangedByOthers()) {
-        return false;
+    const std::optional<QImage> newer = fileManager->readNewer();
+    if (newer && !newer->isNull()) {
+        clearBoard();
+        ui->whiteboard->setPicture(*newer);
+        steps.clear(); // they are none of that picture's
+        report.withdrawNews();
     }
-    const QImage picture = QImage::fromData(fileManager->read().value_or(QByteArray()), "PNG");
-    if (picture.isNull()) {
-        fileManager->keepCopy(); // whoever writes it may not be done
-        isFiled = false;         // so that closing tells of the copy
-        return true;
-    }
-    clearBoard();
-    ui->whiteboard->setPicture(picture);
-    isFiled = true;
-    report.withdrawNews();
-    return true;
+    return newer.has_value();
 }
 
 bool ViewControllerWhiteboard::savePicture()
 {
-    if (followFile())
-        return true;
-    const QImage image = capture();
-    const bool isWritten = writePNG(image);
-    isFiled = isWritten;
-    unfiled = isWritten ? QImage() : image;
+    return followFile() || store(capture());
+}
+
+bool ViewControllerWhiteboard::store(const QImage &image)
+{
+    const bool isWritten = fileManager->write(image);
     // What the file now holds, without reading it back; and where it could not be written, the stroke is not
     // lost.
     ui->whiteboard->setPicture(image);
@@ -209,36 +169,45 @@ bool ViewControllerWhiteboard::savePicture()
     return isWritten;
 }
 
-bool ViewControllerWhiteboard::writePNG(const QImage &image)
+void ViewControllerWhiteboard::mergeStroke()
 {
-    const QByteArray bytes = encoded(image);
-    problem = u"it cannot be turned into a PNG picture"_s;
-    if (bytes.isEmpty())
-        return false;
-    const bool isWritten = fileManager->write(bytes);
-    problem = fileManager->errorString();
-    if (!isWritten)
-        diagnostics::line("caught:", problem);
-    return isWritten;
+    const QImage before = ui->whiteboard->picture();
+    const bool isStroke = isChanged;
+    savePicture();
+    if (isStroke)
+        addStep(u"Stroke"_s, before);
+}
+
+/// \param before  what was shown; what is shown now is the step's outcome
+void ViewControllerWhiteboard::addStep(const QString &name, const QImage &before)
+{
+    const auto show = [this](const QImage &picture) {
+        replaceDrawingLayer();
+        store(picture);
+    };
+    const QImage &after = ui->whiteboard->picture();
+    if (auto step = std::make_unique<PictureStep>(name, before, after, *ui->whiteboard, show);
+        !step->isEmpty())
+        steps.push(step.release());
 }
 
 Unsaved ViewControllerWhiteboard::unsaved()
 {
     return {.what = u"The whiteboard"_s,
             .path = fileManager->path(),
-            .reason = [this] { return problem; },
+            .reason = [this] { return fileManager->errorString(); },
             .tryAgain = [this] { return savePicture(); },
             .content =
                 [this] {
-                    return encoded(capture());
+                    return PictureFile::encoded(capture());
                 }};
 }
 
 /// A picture that cannot be saved stays open, unless the user lets it go.
 bool ViewControllerWhiteboard::viewShouldClose()
 {
-    const bool isUnchanged = !isChanged && isFiled;
-    return !fileManager || isUnchanged || report.mayClose(u"&Close Without Saving"_s);
+    const bool isUnchanged = !fileManager || (!isChanged && fileManager->isFiled());
+    return isUnchanged || report.mayClose(u"&Close Without Saving"_s);
 }
 
 void ViewControllerWhiteboard::clearBoard()
@@ -261,77 +230,8 @@ void ViewControllerWhiteboard::addDrawingLayer()
 {
     line = new Line(pen, *this);
     connect(line, &Line::extended, this, [this] { isChanged = true; });
-    connect(line, &Line::finished, this, &ViewControllerWhiteboard::savePicture);
+    connect(line, &Line::finished, this, &ViewControllerWhiteboard::mergeStroke);
     line->setGeometry(canvas());
     line->stackUnder(ui->banners);
     line->show();
-}
-
-void ViewControllerWhiteboard::selectColor(QObject *)
-{
-    diagnostics::line("Select Color");
-    pen.lineColor = ui->color->color();
-    pen.lineWidth = 5.0;
-    colorPanel.orderOut();
-    ui->color->deactivate();
-    const Color &color = pen.lineColor;
-    diagnostics::line("Select Color",
-                      u"%1 %2 %3 %4"_s.arg(color.red).arg(color.green).arg(color.blue).arg(color.alpha));
-}
-
-void ViewControllerWhiteboard::eraser(QObject *)
-{
-    ui->color->setColor(white);
-    pen.lineColor = ui->color->color();
-    pen.lineWidth = 10.0;
-}
-
-void ViewControllerWhiteboard::drawLine(QObject *)
-{
-    diagnostics::line("Line Pressed");
-    pen.straightLineMode = !pen.straightLineMode;
-    const bool isStraight = pen.straightLineMode;
-    line->setCursor(isStraight ? Qt::CrossCursor : Qt::ArrowCursor);
-    ui->lineButton->setIcon(
-        QIcon(isStraight ? u":/icons/AppLineIcon.svg"_s : u":/icons/AppLineCurveIcon.svg"_s));
-    ui->lineButton->setToolTip(isStraight ? u"STRAIGHT LINE"_s : u"DRAW"_s);
-}
-
-void ViewControllerWhiteboard::revertToImage(QObject *)
-{
-    clearBoard();
-    diagnostics::line("Revert Image");
-    if (unfiled.isNull()) {
-        report.tell(true, showPictureFile(), {});
-        return;
-    }
-    ui->whiteboard->setPicture(unfiled); // what the file could not take is newer than the file
-    isChanged = false;
-}
-
-void ViewControllerWhiteboard::deleteImage(QObject *)
-{
-    if (!util().askYesNo(u"Are you sure you want to erase the Whiteboard ?"_s, QString()))
-        return;
-    diagnostics::line("Ok Pressed!");
-    diagnostics::line("Delete Image");
-    clearBoard();
-    isChanged = true;
-}
-
-void ViewControllerWhiteboard::shareImage(QObject *)
-{
-    const bool isWritten = savePicture();
-    colorPanel.orderOut();
-    ui->color->deactivate();
-    const QByteArray bytes = fileManager->read().value_or(QByteArray());
-    const bool isPicture = !QImage::fromData(bytes, "PNG").isNull();
-    const SharingServicePicker picker(
-        {.title = u"Whiteboard"_s,
-         .text = u"Whiteboard\n"_s + shareFooter(),
-         .picture = isPicture ? bytes : QByteArray(),
-         .pictureFile = isPicture && isWritten ? fileManager->path() : QString()});
-    picker.show(*ui->shareButton, Qt::BottomEdge, parentWidget() ? *parentWidget() : *this);
-    if (isWritten)
-        close(); // else it stays, with what it holds
 }

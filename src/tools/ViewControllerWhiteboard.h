@@ -1,12 +1,12 @@
 #pragma once
 
 #include "platform/FileWatch.h"
-#include "platform/ProtectedFile.h"
+#include "tools/PictureFile.h"
 #include "tools/WhiteboardLine.h"
 #include "widgets/FileReport.h"
 #include "widgets/Screen.h"
 
-#include <QImage>
+#include <QUndoStack>
 
 #include <memory>
 #include <optional>
@@ -47,6 +47,9 @@ public slots:
     void revertToImage(QObject *sender);
     void deleteImage(QObject *sender);
     void shareImage(QObject *sender);
+    /// Takes the last step back, also in the picture file.
+    void undo(QObject *sender);
+    void redo(QObject *sender);
 
 protected:
     bool viewShouldClose() override;
@@ -62,9 +65,12 @@ private:
 
     QRect canvas() const;
     QImage capture() const;
-    bool writePNG(const QImage &image);
+    void mergeStroke();
+    void addStep(const QString &name, const QImage &before);
+    void beforeStep();
+    bool store(const QImage &image);
     Unsaved unsaved();
-    QStringList showPictureFile();
+    void showPictureFile();
     bool followFile();
     void clearBoard();
     void replaceDrawingLayer();
@@ -75,12 +81,10 @@ private:
     WhiteboardPen &pen;
     ColorPanel &colorPanel;
     QString stateFolder;
-    std::optional<ProtectedFile> fileManager; ///< of the picture, once the screen is shown
-    QString path;                             ///< the folder of the picture
-    QString problem;                          ///< why the picture could not be written
+    std::optional<PictureFile> fileManager; ///< once the screen is shown
+    QString path;                           ///< the folder of the picture
     Line *line = nullptr;
     bool isChanged = false; ///< since the picture was read or captured
-    bool isFiled = true;    ///< what was captured then is in the file
-    QImage unfiled;         ///< what was captured then, otherwise
+    QUndoStack steps;       ///< from what the file held when the screen came up, or others have written since
     std::unique_ptr<FileWatch> watch;
 };

@@ -84,8 +84,7 @@ void WhiteboardLine::mouseReleaseEvent(QMouseEvent *event)
     finish();
 }
 
-/// Merges the stroke into the picture. Also called when the release has gone elsewhere, as to a dialog that
-/// came up in the middle.
+/// Also called when the release has gone elsewhere, as to a dialog that came up in the middle.
 void WhiteboardLine::finish()
 {
     if (!std::exchange(isDrawing, false))

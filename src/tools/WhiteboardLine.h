@@ -25,6 +25,8 @@ public:
 
     /// Strokes what of the path is seen in this part of the layer.
     void draw(QPainter &painter, const QRectF &part) const;
+    /// Merges the stroke that is being drawn, if any, into the picture.
+    void finish();
 
 signals:
     /// The stroke has grown.
@@ -40,7 +42,6 @@ protected:
 
 private:
     void extendTo(QPointF point);
-    void finish();
     /// The area that a straight line between the points covers.
     QRectF covered(QPointF from, QPointF to) const;
 

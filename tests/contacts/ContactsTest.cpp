@@ -6,6 +6,7 @@
 #include <QAbstractItemModelTester>
 #include <QHeaderView>
 #include <QPushButton>
+#include <QRandomGenerator>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTableView>
@@ -14,14 +15,18 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What the context sees, such as `Anna=123 -=- `: an absent text is shown as a hyphen.
+/// Such as `Anna=123 `; an absent text is shown as a hyphen.
+QString textOf(const Contact &contact)
+{
+    return contact.name().value_or(u"-"_s) + u'=' + contact.phoneNo().value_or(u"-"_s) + u' ';
+}
+
+/// What the context sees.
 QString seen(ObjectContext &context)
 {
     QString texts;
-    for (const ManagedObject &object : context.fetch(Clients::fetchRequest())) {
-        const Contact contact(object);
-        texts += contact.name().value_or(u"-"_s) + u'=' + contact.phoneNo().value_or(u"-"_s) + u' ';
-    }
+    for (const ManagedObject &object : context.fetch(Clients::fetchRequest()))
+        texts += textOf(Contact(object));
     return texts;
 }
 
@@ -189,10 +194,18 @@ private slots:
                                        QItemSelectionModel::Select | QItemSelectionModel::Rows);
         table.setFocus();
         QTest::keyClick(&table, Qt::Key_Delete);
+        QTest::keyClick(&table, Qt::Key_Delete); // with none selected
+        QCOMPARE(toldIn(screen), u"Removed 2 contacts"_s);
+        choose(screen, u"Undo"_s);
+        QCOMPARE(toldIn(screen) + QString::number(table.model()->rowCount()), u"3"_s);
+        QTest::keyClick(&screen, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(toldIn(screen), u"Removed 2 contacts"_s);
         click(u"addButton"_s);
         type("\t7\b"); // a cell left without typing stays absent
         click(u"addButton"_s);
         type("Anna\t 0049 (30) x"); // and is still being typed
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Z, Qt::ControlModifier);
+        type(" 0049 (30) x"); // instead, since the field takes its own text back
         QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
         QCoreApplication::exec();
         QVERIFY(!screen.isVisible());
@@ -206,24 +219,59 @@ private slots:
         QVERIFY(stored(home->path()).endsWith(u"Last=- "_s));
     }
 
-    void manyContactsAreRemovedAtOnce()
+    /// Also when it was saved in between, and seen by another context.
+    void whateverIsDoneCanBeTakenBack()
     {
-        Store container(home->path());
+        Store store(home->path());
         ContactTable contacts;
-        contacts.load<Clients>(container.viewContext());
-        QList<int> odd;
-        for (int row = 0; row < 1000; ++row) {
-            contacts.setData(contacts.index(contacts.add(), Contact::Name), QString::number(row));
-            if (row % 2 != 0)
-                odd.append(row);
-        }
+        contacts.load<Clients>(store.viewContext());
+        for (int number = 0; number < 300; ++number)
+            contacts.setData(contacts.index(contacts.add(), Contact::Name), QString::number(number));
+        QVERIFY(store.save());
+        contacts.reload();
+        QUndoStack &steps = contacts.steps();
         QTableView view;
         view.setModel(&contacts);
-        contacts.remove(odd);
-        QCOMPARE(view.verticalHeader()->count(), 500);
-        for (int row = 0; row < 500; ++row)
-            QCOMPARE(contacts.contact(row).name(), QString::number(2 * row));
-        QCOMPARE(seen(container.viewContext()).count(u'='), 500);
+        Store other(home->path());
+        QStringList states{seen(other.viewContext())}; // by the number of steps
+        QRandomGenerator random(7);
+        const auto randomRows = [&](int rowCount) {
+            QList<int> rows{random.bounded(rowCount)};
+            for (int row = 0; row < rowCount; ++row)
+                if (row != rows.first() && random.bounded(2) == 0)
+                    rows.append(row);
+            return rows;
+        };
+        for (int turn = 0; turn < 500; ++turn) {
+            const int rows = contacts.rowCount();
+            const int act = random.bounded(rows > 0 ? 0 : 2, 7);
+            if (act == 0)
+                contacts.remove(randomRows(rows));
+            else if (act == 1)
+                contacts.setData(contacts.index(random.bounded(rows), random.bounded(2)), turn);
+            else if (act == 2)
+                contacts.add();
+            else if (act <= 4)
+                steps.undo();
+            else if (act == 5)
+                steps.redo();
+            else
+                QVERIFY(store.save() && stored(home->path()) == states[steps.index()]);
+            other.viewContext().refresh();
+            if (act <= 2)
+                states = states.first(steps.index()) << seen(store.viewContext());
+            QCOMPARE(seen(store.viewContext()), states[steps.index()]);
+            QString shown;
+            for (int row = 0; row < contacts.rowCount(); ++row)
+                shown += textOf(contacts.contact(row));
+            QCOMPARE(shown, states[steps.index()]);
+            QCOMPARE(view.verticalHeader()->count(), contacts.rowCount());
+        }
+        steps.setIndex(0);
+        QVERIFY(store.save());
+        QCOMPARE(stored(home->path()), states[0]);
+        other.viewContext().refresh();
+        QCOMPARE(seen(other.viewContext()), states[0]);
     }
 
 private:

@@ -1,4 +1,5 @@
 #include "contacts/Contact.h"
+#include "forms/TaskDraft.h"
 #include "forms/ViewControllerAdd.h"
 #include "forms/ViewControllerEdit.h"
 #include "model/TaskManager.h"
@@ -65,7 +66,12 @@ private slots:
         QVERIFY(store.viewContext().save());
     }
 
-    void init() { manager.emplace(preferences); }
+    void init()
+    {
+        manager.emplace(preferences);
+        draft.emplace(home.filePath(u"begun"_s));
+        draft->discard();
+    }
     void cleanup() { form.reset(); }
 
     void addsWhatTheControlsShow()
@@ -245,6 +251,49 @@ private slots:
         }
     }
 
+    void whatWasBegunIsOffered()
+    {
+        Appearance appearance;
+        for (const bool isTouched : {false, true}) {
+            openAdd();
+            if (isTouched)
+                child<TextView>("txtTaskDescription").setText(u"desc"_s);
+            child<QPushButton>("resetButton").click();
+            form->close();
+            openAdd();
+            QCOMPARE(toldIn(*form), QString());
+        }
+        task begun = sampleTask({}, u"Mow lawn"_s);
+        begun.priority = -1; // not in the list
+        begun.hidden = false;
+        draft->keep(begun);
+        QCOMPARE(QFile::permissions(home.filePath(u"begun"_s)) & ~0x7000, QFile::ReadUser | QFile::WriteUser);
+        appearance.set(true);
+        begun.color = begun.color.inverted();
+        draft.emplace(home.filePath(u"begun"_s)); // the program's next run
+        openAdd();
+        QVERIFY(toldIn(*form).contains(u"“Mow lawn”"));
+        child<QLineEdit>("txtTaskName").setText(u"Another"_s);
+        choose(*form, u"Take It Up"_s);
+        QVERIFY(toldIn(*form).contains(u"“Another”")); // which it has taken the place of
+        form->close();
+        openAdd();
+        form->close(); // once more, without having touched anything
+        openAdd();
+        QCOMPARE(child<QLineEdit>("txtTaskName").text(), QString());
+        choose(*form, u"Take It Up"_s);
+        QCOMPARE(toldIn(*form), QString());
+        click("addButton");
+        begun.key = tasks().first()->key;
+        QVERIFY(haveEqualFields(*tasks().first(), begun));
+        openAdd();
+        QCOMPARE(toldIn(*form), QString());
+        writeTo(home.filePath(u"begun"_s), "damaged");
+        draft.emplace(home.filePath(u"begun"_s));
+        openAdd();
+        QCOMPARE(toldIn(*form), QString());
+    }
+
     void sharingStoresFirstAndKeepsTheFormOpen()
     {
         const task edited{.key = u"KEY"_s, .name = u"old"_s, .hidden = true};
@@ -308,7 +357,7 @@ private:
     void open()
     {
         form = std::make_unique<Form>(
-            TaskFormServices{*manager, notices, systemNotices, colorPanel, home.path()});
+            TaskFormServices{*manager, notices, systemNotices, colorPanel, *draft, home.path()});
         form->show();
         form->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(form.get()));
@@ -367,6 +416,7 @@ private:
     NotificationCenter notices;
     NotificationCenter systemNotices;
     ColorPanel colorPanel;
+    std::optional<TaskDraft> draft;
     std::optional<TaskManager> manager;
     std::unique_ptr<TaskForm> form;
 };

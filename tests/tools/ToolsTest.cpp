@@ -238,6 +238,57 @@ private slots:
         QCOMPARE(filed({{150, 300}}), u"w"_s);
     }
 
+    void stepsAreTakenBackAndDoneAgain()
+    {
+        QImage foreign(50, 40, QImage::Format_ARGB32);
+        foreign.fill(QColor(200, 100, 0, 128));
+        for (const QImage &first : {QImage(), foreign}) {
+            init();
+            if (!first.isNull())
+                QVERIFY(first.save(picturePath()));
+            ViewControllerWhiteboard &board = open();
+            QList<QImage> shown{canvas()};
+            const auto step = [&](const char *button, const QList<QPoint> &stroke = {}) {
+                press(button, u"Yes"_s);
+                if (!stroke.isEmpty())
+                    drag(stroke);
+                shown.append(canvas());
+            };
+            pen.lineColor = {1.0, 0.0, 0.0, 0.5};
+            step("lineButton", {{10, 10}, {900, 550}});
+            step("eraserButton", {{300, 0}, {300, 500}});
+            step("deleteButton");
+            step("revertButton");
+            step("deleteButton");
+            pen = {.straightLineMode = true};
+            step("lineButton", {{100, 100}, {959, 100}, {400, 500}});
+            QTest::mouseClick(&line(), Qt::LeftButton); // which changes nothing
+            board.activateWindow();                     // once more, after the questions
+            QVERIFY(QTest::qWaitForWindowActive(&board));
+            for (qsizetype last = shown.size() - 1; last > 0; --last) {
+                QTest::keyClick(&board, Qt::Key_Z, Qt::ControlModifier);
+                QCOMPARE(canvas(), shown[last - 1]);
+                if (last > 1 || first.isNull())
+                    QCOMPARE(QImage(picturePath()), shown[last - 1]);
+            }
+            if (!first.isNull())
+                QCOMPARE(QImage(picturePath()).convertToFormat(first.format()), first);
+            for (const QImage &next : shown.sliced(1)) {
+                press("redoButton");
+                QVERIFY(canvas() == next && QImage(picturePath()) == next);
+            }
+            QTest::mousePress(&line(), Qt::LeftButton, {}, {10, 10});
+            move({500, 10}, Qt::LeftButton);
+            press("undoButton"); // by its key, in the middle of a stroke
+            QCOMPARE(canvas(), shown.last());
+            press("redoButton");
+            QCOMPARE(canvas().pixel(300, 10), qRgb(0, 0, 0));
+            QVERIFY(foreign.save(picturePath()));
+            press("undoButton"); // what others have drawn is not among the steps
+            QCOMPARE(QImage(picturePath()).convertToFormat(foreign.format()), foreign);
+        }
+    }
+
     void aDragThatIsInterrupted()
     {
         ViewControllerWhiteboard &board = open();
@@ -350,6 +401,11 @@ private:
             ViewControllerWhiteboard::Services{pen, colorPanel, folder->filePath(u"state"_s)}, &mainWindow);
         whiteboard->show();
         return *whiteboard;
+    }
+
+    QImage canvas() const
+    {
+        return whiteboard->grab(line().geometry()).toImage().convertToFormat(QImage::Format_RGB32);
     }
 
     QWidget &line() const { return *whiteboard->findChild<QWidget *>(u"line"_s); }
