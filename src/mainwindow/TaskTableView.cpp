@@ -1,6 +1,6 @@
 #include "mainwindow/TaskTableView.h"
 
-#include "mainwindow/TaskRowDelegate.h"
+#include "widgets/TaskRowDelegate.h"
 #include "mainwindow/TaskTable.h"
 
 #include <QHeaderView>

@@ -1,4 +1,4 @@
-#include "mainwindow/TaskRowDelegate.h"
+#include "widgets/TaskRowDelegate.h"
 
 #include <QPainter>
 
