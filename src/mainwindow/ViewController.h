@@ -17,6 +17,7 @@ class NotificationCenter;
 class QAction;
 class Screens;
 class TaskManager;
+class VersionStore;
 
 namespace Ui {
 class ViewController;
@@ -35,11 +36,12 @@ public:
     /// \param systemNotices    the system-wide one
     /// \param screens          opens the further screens
     /// \param cloud            copies tasks to and from the cloud
+    /// \param versions         keeps what the list has been
     /// \param documentsFolder  where the task list file is; empty when there is no such folder
     /// \param stateFolder      where window state and unfinished writes are kept
     /// \param news             whole sentences that the user has to be told
     ViewController(TaskManager &manager, NotificationCenter &notices, NotificationCenter &systemNotices,
-                   Screens &screens, CloudSync &cloud, const QString &documentsFolder,
+                   Screens &screens, CloudSync &cloud, VersionStore &versions, const QString &documentsFolder,
                    const QString &stateFolder, const QStringList &news = {});
     ~ViewController() override;
 

@@ -31,11 +31,13 @@ Program::Program(TaskManager &manager, NotificationCenter &systemNotices, const 
                  const GatewayAddress &gateway)
     : news(finishEarlierWrites(folders.state))
     , scheduleRuns(manager.defaults, gateway)
-    , screens({manager, notices, systemNotices, colorPanel, folders.data}, scheduleRuns,
+    , versions(folders.state)
+    , screens({manager, notices, systemNotices, colorPanel, folders.data}, scheduleRuns, versions,
               {folders.documents, folders.state})
     , container(CloudHome::read(folders.config + u"/cloud.ini"_s, folders.data), taskRecordType())
     , cloud(manager, notices, container)
-    , window(manager, notices, systemNotices, screens, cloud, folders.documents, folders.state, news)
+    , window(manager, notices, systemNotices, screens, cloud, versions, folders.documents, folders.state,
+             news)
 {
 }
 
@@ -60,5 +62,6 @@ bool Program::finish(std::chrono::nanoseconds limit)
     scheduleRuns.stop();
     const bool isCloudDone = cloud.finish(deadline.remainingTimeAsDuration());
     const bool areMessagesDone = scheduleRuns.finish(deadline.remainingTimeAsDuration());
-    return isCloudDone && areMessagesDone;
+    const bool isVersionKept = versions.finish(deadline.remainingTimeAsDuration());
+    return isCloudDone && areMessagesDone && isVersionKept;
 }

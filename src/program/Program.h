@@ -7,6 +7,7 @@
 #include "mainwindow/ViewController.h"
 #include "messaging/ScheduleRuns.h"
 #include "platform/NotificationCenter.h"
+#include "versions/VersionStore.h"
 #include "widgets/ColorWell.h"
 
 #include <functional>
@@ -49,6 +50,7 @@ private:
     NotificationCenter notices;
     ColorPanel colorPanel;
     ScheduleRuns scheduleRuns;
+    VersionStore versions;
     Screens screens;
     SqlCloudContainer container;
     CloudSync cloud;
