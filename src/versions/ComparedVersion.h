@@ -11,7 +11,7 @@ class ComparedVersion
 public:
     struct Row
     {
-        SharedTask entry; ///< as it was or, if it was added since, as it is
+        SharedTask entry;                               ///< as it was or, if it was added since, as it is
         std::optional<TaskChange::Kind> sinceThen = {}; ///< what became of it until today
         quint32 fields = 0;                             ///< of a changed one
         qsizetype today = -1;                           ///< its place in today's list, unless it is unchanged

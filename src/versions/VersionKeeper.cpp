@@ -5,54 +5,9 @@
 #include <QDir>
 #include <QFile>
 
-#include <ctime>
 #include <utility>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-
-namespace {
-
-using Milliseconds = std::chrono::milliseconds;
-
-constexpr qint64 hour = Milliseconds(1h).count();
-constexpr qint64 day = 24 * hour;
-constexpr qint64 month = 31 * day;
-constexpr qint64 year = 365 * day;
-
-} // namespace
-
-ClockReading ClockReading::now()
-{
-    timespec sinceStart = {};
-    ::clock_gettime(CLOCK_BOOTTIME, &sinceStart); // goes on while the machine sleeps
-    return {Calendar::now(),
-            std::chrono::duration_cast<Milliseconds>(std::chrono::seconds(sinceStart.tv_sec) +
-                                                     std::chrono::nanoseconds(sinceStart.tv_nsec))};
-}
-
-std::vector<bool> areStaying(const QList<Version> &versions)
-{
-    std::vector<bool> staying(size_t(versions.size()));
-    qint64 room = 0;
-    qint64 hourOfNext = -1; // of the next newer one that stays
-    qint64 dayOfNext = -1;
-    for (qsizetype index = versions.size(); index-- > 0;) {
-        const Version &version = versions[index];
-        const qint64 age = versions.constLast().clock - version.clock;
-        const bool isWanted = age < hour || (age < day && version.clock / hour != hourOfNext) ||
-                              (age < year && version.clock / day != dayOfNext);
-        if (!isWanted)
-            continue;
-        room += version.room;
-        if (room > VersionKeeper::mostRoom && index + 1 < versions.size())
-            break;
-        staying[size_t(index)] = true;
-        hourOfNext = version.clock / hour;
-        dayOfNext = version.clock / day;
-    }
-    return staying;
-}
 
 VersionKeeper::VersionKeeper(const QString &versionsFolder)
     : folder(versionsFolder)
@@ -83,38 +38,25 @@ std::optional<QByteArray> VersionKeeper::textOf(const Version &version) const
     return versionFile::readText(versionFile::pathOf(folder, version.number));
 }
 
-qint64 VersionKeeper::clockAt(const ClockReading &now) const
-{
-    if (versions.isEmpty())
-        return now.time.time_since_epoch().count();
-    const Version &newest = versions.constLast();
-    if (lastKept)
-        return newest.clock + (now.sinceStart - lastKept->sinceStart).count();
-    const qint64 step = (now.time - newest.time).count();
-    return newest.clock + (step > 0 && step <= month ? step : 0);
-}
-
 VersionKeeper::Outcome VersionKeeper::keep(const QByteArray &text, const ClockReading &now)
 {
-    const bool hasBefore = !versions.isEmpty();
-    if (!newestText && hasBefore)
-        newestText = textOf(versions.constLast());
+    const Version *newest = versions.isEmpty() ? nullptr : &versions.constLast();
+    if (!newestText && newest)
+        newestText = textOf(*newest);
     if (newestText == text)
         return Outcome::Same;
-    Version version{.number = lastNumber + 1, .time = now.time, .clock = clockAt(now)};
-    const ListRows rows(text);
+    Version version{.number = lastNumber + 1, .time = now.time, .clock = clock.at(now, newest)};
     if (newestText) {
-        version.before = versions.constLast().number;
-        version.summary = VersionSummary::of(ListRows(*newestText), rows);
+        version.before = newest->number;
+        version.summary = VersionSummary::of(ListRows(*newestText), ListRows(text));
     } else {
-        version.summary.tasks = rows.size();
+        version.summary.tasks = ListRows(text).size();
     }
     if (!versionFile::write(folder, version, text))
         return Outcome::Failed;
     lastNumber = version.number;
     versions.append(version);
     newestText = text;
-    lastKept = now;
     thinOut();
     return Outcome::Kept;
 }

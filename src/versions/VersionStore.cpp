@@ -122,10 +122,13 @@ bool VersionStore::makeRoom(const QString &filePath, qint64 bytes)
     if (diskOf(filePath) != diskOf(versionsFolder))
         return false;
     qint64 freed = 0;
-    for (const QFileInfo &file : QDir(versionsFolder).entryInfoList(QDir::Files, QDir::Name))
-        if (freed < std::max(bytes, fewest) && versionFile::numberOf(file.fileName()) > 0 &&
-            QFile::remove(file.filePath()))
-            freed += file.size();
+    for (const QFileInfo &file : QDir(versionsFolder).entryInfoList(QDir::Files, QDir::Name)) {
+        if (freed >= std::max(bytes, fewest))
+            break;
+        const qint64 size = file.size(); // asked of the disk, as long as it is there
+        if (versionFile::numberOf(file.fileName()) > 0 && QFile::remove(file.filePath()))
+            freed += size;
+    }
     if (freed == 0)
         return false;
     {

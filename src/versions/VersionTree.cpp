@@ -79,6 +79,7 @@ QTreeWidgetItem *VersionTree::appendVersion(const Version &version)
 
 std::optional<Version> VersionTree::chosen() const
 {
-    const auto version = byNumber.constFind(currentItem() ? currentItem()->data(0, numberRole).toLongLong() : 0);
+    const auto version =
+        byNumber.constFind(currentItem() ? currentItem()->data(0, numberRole).toLongLong() : 0);
     return version == byNumber.cend() ? std::nullopt : std::optional(*version);
 }

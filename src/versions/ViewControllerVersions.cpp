@@ -53,9 +53,9 @@ ViewControllerVersions::ViewControllerVersions(const Services &screenServices, Q
     , ui(setUpForm<Ui::ViewControllerVersions>(*this))
     , services(screenServices)
 {
-    constexpr int rowHeight = 30;         // pixels
-    constexpr int sinceThenWidth = 150;   // pixels
-    constexpr int listWidth = 360;        // pixels
+    constexpr int rowHeight = 30;       // pixels
+    constexpr int sinceThenWidth = 150; // pixels
+    constexpr int listWidth = 360;      // pixels
     ui->tasksTable->setModel(&table);
     ui->tasksTable->setItemDelegate(new TaskRowDelegate(ui->tasksTable));
     ui->tasksTable->verticalHeader()->setDefaultSectionSize(rowHeight);
@@ -66,8 +66,8 @@ ViewControllerVersions::ViewControllerVersions(const Services &screenServices, Q
     ui->splitter->setStretchFactor(1, 1);
     ui->unreadableLabel->hide();
     ui->skippedLabel->hide();
-    showRows();
     connectActions();
+    showRows();
     loadListing();
 }
 
