@@ -54,7 +54,7 @@ VersionStore::~VersionStore()
 
 void VersionStore::keep(const QByteArray &text)
 {
-    constexpr qsizetype mostWaiting = 16 * 1024 * 1024; // bytes, besides the newest
+    constexpr qsizetype mostWaiting = 32 * 1024 * 1024; // bytes, besides the newest
     {
         const std::lock_guard lock(mutex);
         qsizetype waiting = 0;
@@ -63,6 +63,7 @@ void VersionStore::keep(const QByteArray &text)
         if (waiting > mostWaiting)
             given.pop_back();
         given.push_back({text, ClockReading::now()});
+        ++givenSoFar;
     }
     wake.notify_one();
 }
@@ -70,7 +71,11 @@ void VersionStore::keep(const QByteArray &text)
 bool VersionStore::finish(std::chrono::nanoseconds limit)
 {
     std::unique_lock lock(mutex);
-    return isDone.wait_for(lock, limit, [this] { return given.empty() && !isKeeping; });
+    isHurried = true;
+    wake.notify_one();
+    const bool isAllKept = isDone.wait_for(lock, limit, [this] { return given.empty() && !isKeeping; });
+    isHurried = false;
+    return isAllKept;
 }
 
 void VersionStore::run()
@@ -82,6 +87,8 @@ void VersionStore::run()
         wake.wait(lock, [this] { return !given.empty() || isUpdateDue || isEnding; });
         if (given.empty() && isEnding)
             return;
+        if (!given.empty())
+            waitForPause(lock);
         std::optional<Given> next;
         if (!given.empty()) {
             next = std::move(given.front());
@@ -99,6 +106,20 @@ void VersionStore::run()
         isUpdateDue = isUpdated;
         isKeeping = false;
         isDone.notify_all();
+    }
+}
+
+/// Leaves the disk and the memory to commands that follow each other quickly, for a while.
+void VersionStore::waitForPause(std::unique_lock<std::mutex> &lock)
+{
+    constexpr qsizetype perMillisecond = 40'000; // bytes of the text
+    const std::chrono::milliseconds pause(given.front().text.size() / perMillisecond);
+    for (int left = 10; left > 0; --left) {
+        const auto isOver = [this, seen = givenSoFar] {
+            return isHurried || isEnding || givenSoFar != seen;
+        };
+        if (!wake.wait_for(lock, pause, isOver) || isHurried || isEnding)
+            return;
     }
 }
 

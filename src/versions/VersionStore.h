@@ -47,6 +47,7 @@ private:
     };
 
     void run();
+    void waitForPause(std::unique_lock<std::mutex> &lock);
     bool keepWith(VersionKeeper &keeper, const Given &next);
 
     QString versionsFolder;
@@ -56,9 +57,11 @@ private:
     std::condition_variable wake;
     std::condition_variable isDone;
     std::deque<Given> given;
+    qint64 givenSoFar = 0;
     bool isKeeping = false;
     bool isLookedThrough = false; ///< by somebody else than the thread, who has removed versions
     bool isUpdateDue = true;      ///< of what versions tell
+    bool isHurried = false;       ///< somebody waits for it
     bool isEnding = false;
     std::unique_ptr<QThread> thread;
 };
