@@ -17,10 +17,10 @@ void bringBackTask(Tour &tour)
     QDialog &screen = hand::openWindow(u"ViewControllerVersions"_s);
     auto &versions = hand::child<QTreeWidget>(screen, u"versionsTree"_s);
     auto &table = hand::child<QTableView>(screen, u"tasksTable"_s);
-    auto &effect = hand::child<QLabel>(screen, u"effectLabel"_s);
-    hand::waitFor([&effect] { return effect.text() == u"Today's list is the same."; }, u"no version"_s);
+    auto &changes = hand::child<QLabel>(screen, u"changesLabel"_s);
+    hand::waitFor([&changes] { return changes.text() == u"Today's list is the same."; }, u"no version"_s);
     hand::press(versions, Qt::Key_End);
-    hand::waitFor([&effect] { return effect.text().startsWith(u"Until today: "); }, u"the first version"_s);
+    hand::waitFor([&changes] { return changes.text().startsWith(u"Since then: "); }, u"the first version"_s);
     hand::click(hand::child<QCheckBox>(screen, u"compareBox"_s));
     tour.takePicturesOf(screen, u"earlier-versions"_s);
     hand::fill(hand::child<QLineEdit>(screen, u"filterField"_s), u"fallen"_s);

@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QLocale>
 #include <QSignalBlocker>
+#include <QStyledItemDelegate>
 #include <QTextDocument>
 
 using namespace Qt::StringLiterals;
@@ -18,12 +19,40 @@ QString titleOf(QDate day)
     return past == 0 ? u"Today, "_s + date : past == 1 ? u"Yesterday, "_s + date : date;
 }
 
+/// With seconds: several versions may be kept within a minute.
+QString textOf(QTime time)
+{
+    const QString format = QLocale().timeFormat(QLocale::ShortFormat);
+    return QLocale().toString(time, QString(format).replace(u"mm"_s, u"mm:ss"_s));
+}
+
+/// Rows that are easy to hit, and days that look like what they are, although they cannot be chosen.
+class VersionDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        constexpr int margins = 10; // pixels
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, margins);
+    }
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->state |= QStyle::State_Enabled;
+    }
+};
+
 } // namespace
 
 VersionTree::VersionTree(QWidget *parent)
     : QTreeWidget(parent)
 {
-    constexpr int timeWidth = 80; // pixels
+    constexpr int timeWidth = 96; // pixels
+    setItemDelegate(new VersionDelegate(this));
     setHeaderLabels({u"Time"_s, u"What Changed"_s});
     setRootIsDecorated(false);
     setUniformRowHeights(true);
@@ -59,7 +88,6 @@ void VersionTree::appendDay(QDate day)
     auto *item = new QTreeWidgetItem(this, {titleOf(day)});
     item->setFirstColumnSpanned(true);
     item->setFlags(Qt::NoItemFlags); // the arrow keys pass over it
-    item->setForeground(0, palette().brush(QPalette::Text));
     QFont bold = font();
     bold.setBold(true);
     item->setFont(0, bold);
@@ -67,11 +95,10 @@ void VersionTree::appendDay(QDate day)
 
 QTreeWidgetItem *VersionTree::appendVersion(const Version &version)
 {
-    const QDateTime time = Calendar::localTime(version.time);
+    const QTime time = Calendar::localTime(version.time).time();
     const QString change = version.summary.text();
-    auto *item = new QTreeWidgetItem(this, {QLocale().toString(time.time(), QLocale::ShortFormat), change});
+    auto *item = new QTreeWidgetItem(this, {textOf(time), change});
     item->setData(0, numberRole, version.number);
-    item->setToolTip(0, QLocale().toString(time.time(), u"HH:mm:ss"));
     item->setToolTip(1, Qt::convertFromPlainText(change));
     item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren);
     return item;

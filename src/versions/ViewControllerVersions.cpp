@@ -29,21 +29,18 @@ QString tasks(qsizetype count)
     return count == 1 ? u"1 task"_s : u"%1 tasks"_s.arg(count);
 }
 
-/// What bringing back the whole version does to today's list.
-QString effectOf(const ComparedVersion &version)
+/// What has become of the version's list.
+QString changesSince(const ComparedVersion &version)
 {
     if (version.isToday())
         return u"Today's list is the same."_s;
-    QStringList effects;
-    const auto append = [&](qsizetype count, const QString &effect) {
-        if (count > 0)
-            effects.append(tasks(count) + u' ' + effect);
-    };
-    append(version.count(Removed), u"removed since"_s);
-    append(version.count(Changed), u"changed since"_s);
-    append(version.count(Added), u"added since"_s);
-    return effects.isEmpty() ? u"Only the order of the tasks is another one today."_s
-                             : u"Until today: "_s + effects.join(u", "_s) + u'.';
+    QStringList changes;
+    for (const auto &[kind, change] :
+         {std::pair(Removed, u" removed"_s), {Changed, u" changed"_s}, {Added, u" added"_s}})
+        if (const qsizetype count = version.count(kind); count > 0)
+            changes.append(tasks(count) + change);
+    return changes.isEmpty() ? u"Since then only the order of the tasks has changed."_s
+                             : u"Since then: "_s + changes.join(u", "_s) + u'.';
 }
 
 } // namespace
@@ -190,7 +187,7 @@ void ViewControllerVersions::showChoices()
         chosen > 0 ? u"Make %1 what it was then; what is gone is added again"_s.arg(tasks(chosen))
                    : u"Choose tasks that have been changed or removed since"_s);
     ui->bringBackListButton->setEnabled(shown.number > 0 && !table.version().isToday());
-    ui->effectLabel->setText(shown.number > 0 ? effectOf(table.version()) : QString());
+    ui->changesLabel->setText(shown.number > 0 ? changesSince(table.version()) : QString());
 }
 
 void ViewControllerVersions::bringBackTasks()

@@ -108,7 +108,7 @@ private slots:
         manager->addTask({.key = u"b"_s});
         button("bringBackListButton")->click();
         QVERIFY(steps.isEmpty());
-        QTRY_VERIFY(child<QLabel>("effectLabel")->text().contains(u"1 task added since"_s));
+        QTRY_VERIFY(child<QLabel>("changesLabel")->text().contains(u"1 task added"_s));
         button("bringBackListButton")->click();
         QCOMPARE(namesOf(manager->tasks()), QStringList(u"a"_s));
     }
