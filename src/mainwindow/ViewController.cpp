@@ -44,10 +44,10 @@ ViewController::ViewController(TaskManager &taskManager, NotificationCenter &app
     ui->viewSelection->addItems(taskViewTitles());
     ui->tblView->setTable(table);
     addViewActions();
-    viewDidLoad();
-    fileBanners.tell(news);
     connect(&versions, &VersionStore::told, this,
             [this](const QString &sentence) { fileBanners.tell({sentence}); });
+    viewDidLoad();
+    fileBanners.tell(news);
     connectActions();
     keptState.restore(*this, *ui->tblView->horizontalHeader());
 }

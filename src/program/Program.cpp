@@ -60,8 +60,8 @@ bool Program::finish(std::chrono::nanoseconds limit)
 {
     const QDeadlineTimer deadline(limit);
     scheduleRuns.stop();
+    const bool isVersionKept = versions.finish(deadline.remainingTimeAsDuration());
     const bool isCloudDone = cloud.finish(deadline.remainingTimeAsDuration());
     const bool areMessagesDone = scheduleRuns.finish(deadline.remainingTimeAsDuration());
-    const bool isVersionKept = versions.finish(deadline.remainingTimeAsDuration());
-    return isCloudDone && areMessagesDone && isVersionKept;
+    return isVersionKept && isCloudDone && areMessagesDone;
 }

@@ -103,7 +103,7 @@ void VersionStore::run()
         if (isUpdated)
             emit changed();
         lock.lock();
-        isUpdateDue = isUpdated;
+        isUpdateDue = isUpdated || next;
         isKeeping = false;
         isDone.notify_all();
     }

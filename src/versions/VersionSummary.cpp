@@ -55,5 +55,7 @@ QString VersionSummary::text() const
     append(removed, Removed, u"removed"_s);
     if (moved > 0)
         parts.append(u"%1 moved"_s.arg(moved));
-    return parts.isEmpty() ? u"%1 tasks"_s.arg(tasks) : parts.join(u"; "_s);
+    if (!parts.isEmpty())
+        return parts.join(u"; "_s);
+    return tasks == 1 ? u"1 task"_s : u"%1 tasks"_s.arg(tasks);
 }

@@ -61,6 +61,8 @@ ViewControllerVersions::ViewControllerVersions(const Services &screenServices, Q
         ui->tasksTable->setColumnWidth(int(column.column) + 1, column.width);
     ui->splitter->setSizes({listWidth, width() - listWidth});
     ui->splitter->setStretchFactor(1, 1);
+    ui->pages->setCurrentWidget(ui->versionsPage);
+    ui->versionsTree->setFocus();
     ui->unreadableLabel->hide();
     ui->skippedLabel->hide();
     connectActions();
@@ -94,8 +96,7 @@ void ViewControllerVersions::connectActions()
 void ViewControllerVersions::changeEvent(QEvent *event)
 {
     Screen::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && isActiveWindow() &&
-        comparedAt != services.manager.changeCount())
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
         loadChosen();
 }
 
@@ -127,7 +128,9 @@ void ViewControllerVersions::showListing(const versionFile::Listing &listing)
 void ViewControllerVersions::loadChosen()
 {
     const std::optional<Version> version = ui->versionsTree->chosen();
-    if (!version)
+    const int asked = ++versionsAsked;
+    const bool isShown = version && version->number == shown.number;
+    if (!version || (isShown && comparedAt == services.manager.changeCount()))
         return;
     const bool isDark = isDarkMode();
     const auto load = [path = versionFile::pathOf(services.store.folder(), version->number),
@@ -135,14 +138,14 @@ void ViewControllerVersions::loadChosen()
         const std::optional<QByteArray> text = versionFile::readText(path);
         return text ? Loaded{true, ComparedVersion(*text, today, isDark)} : Loaded{};
     };
-    inBackground(*this, load,
-                 [this, asked = ++versionsAsked, version = *version,
-                  changes = services.manager.changeCount()](const Loaded &loaded) {
-                     if (asked != versionsAsked)
-                         return;
-                     comparedAt = changes;
-                     showLoaded(version, loaded);
-                 });
+    inBackground(
+        *this, load,
+        [this, asked, version = *version, changes = services.manager.changeCount()](const Loaded &loaded) {
+            if (asked != versionsAsked)
+                return;
+            comparedAt = changes;
+            showLoaded(version, loaded);
+        });
 }
 
 void ViewControllerVersions::showLoaded(const Version &version, const Loaded &loaded)

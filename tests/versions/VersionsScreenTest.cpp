@@ -47,16 +47,10 @@ private slots:
         QVERIFY(!screen->isVisible());
     }
 
-    void bringsBackTasksAndLists_data()
-    {
-        QTest::addColumn<bool>("isDark");
-        QTest::newRow("light") << false;
-        QTest::newRow("dark") << true;
-    }
+    void bringsBackInTheDark() { bringsBackTasksAndLists(true); }
 
-    void bringsBackTasksAndLists()
+    void bringsBackTasksAndLists(bool isDark = false)
     {
-        QFETCH(const bool, isDark);
         Appearance appearance(isDark);
         file->parseFile({}); // takes the appearance over
         change({task{.key = u"a"_s, .name = u"Mow lawn"_s, .color = held({1.0, 0.5, 0.25, 1.0})},
@@ -64,7 +58,6 @@ private slots:
         const QByteArray before = contentOf(file->path());
         change({task{.key = u"a"_s, .name = u"Mow meadow"_s, .color = held({0.0, 0.0, 0.0, 1.0})},
                 task{.key = u"c"_s, .name = u"Clean pond"_s}, task{.key = u"d"_s, .name = u"New"_s}});
-        const QByteArray after = contentOf(file->path());
         open();
         QTRY_COMPARE(rows(), u"Mow meadow,Clean pond,New"_s);
         QVERIFY(!button("bringBackListButton")->isEnabled()); // it is today's list
@@ -94,8 +87,6 @@ private slots:
         QVERIFY(steps.last().startsWith(u"Bring Back the List of "_s));
         QCOMPARE(contentOf(file->path()), before);
         QTRY_VERIFY(!button("bringBackListButton")->isEnabled());
-        QTest::keyClick(tree, Qt::Key_Home);
-        QVERIFY(after != before);
     }
 
     void noStepGoesOverWhatWasDoneMeanwhile()
@@ -103,7 +94,9 @@ private slots:
         change({task{.key = u"a"_s, .name = u"a"_s}});
         change({});
         open();
-        QTest::keyClick(child<QTreeWidget>("versionsTree"), Qt::Key_Down);
+        auto *tree = child<QTreeWidget>("versionsTree");
+        QTRY_COMPARE(tree->topLevelItemCount(), 3);
+        QTest::keyClick(tree, Qt::Key_Down);
         QTRY_VERIFY(button("bringBackListButton")->isEnabled());
         manager->addTask({.key = u"b"_s});
         button("bringBackListButton")->click();

@@ -58,44 +58,13 @@ private slots:
                  {{}, a + b + c + row("D", " d\n"), u"4 added: a, b, c, …"_s},
                  {row("", "old"), row("", "new"), u"1 changed: new"_s},
                  // Other texts of the same values, and a row of an early version.
-                 {row("A", "a", "0.2|1|1e0"), row("A", "a", "0.19999999999999996|1.0|1.0"), u"1 tasks"_s},
-                 {row("A", "a", "0|0|0", "03/07/2024"), row("A", "a", "0|0|0"), u"1 tasks"_s},
-                 {a.first(a.indexOf("|false")) + '^', '\n' + a, u"1 tasks"_s}})
+                 {row("A", "a", "0.2|1|1e0"), row("A", "a", "0.19999999999999996|1.0|1.0"), u"1 task"_s},
+                 {row("A", "a", "0|0|0", "03/07/2024"), row("A", "a", "0|0|0"), u"1 task"_s},
+                 {a.first(a.indexOf("|false")) + '^', '\n' + a, u"1 task"_s}})
             QCOMPARE(summaryOf(before, after), text);
         const VersionDiff diff = VersionDiff::between(
             ListRows(a), ListRows(row("A", "a", "0|1|1").replace("|0|0|Open", "|1|0|Closed")));
         QCOMPARE(taskFields::titlesOf(diff.changes.first().fields), QStringList({u"Status"_s, u"Color"_s}));
-    }
-
-    void randomListsDifferByWhatWasDone()
-    {
-        std::mt19937 random(11);
-        for (int round = 0; round < 300; ++round) {
-            QList<int> keys;
-            for (int key = 0; key < int(random() % 30); ++key)
-                keys.append(key);
-            std::ranges::shuffle(keys, random);
-            QByteArray before;
-            QByteArray after;
-            qsizetype added = 0;
-            qsizetype changed = 0;
-            qsizetype removed = 0;
-            for (const int key : keys) {
-                const unsigned fate = random() % 8;
-                const QByteArray name = QByteArray::number(key);
-                if (fate != 0)
-                    before += row(name, name);
-                if (fate != 1)
-                    after += row(name, fate == 2 ? "changed" : name);
-                added += fate == 0;
-                removed += fate == 1;
-                changed += fate == 2;
-            }
-            using enum TaskChange::Kind;
-            const VersionDiff diff = VersionDiff::between(ListRows(before), ListRows(after));
-            QCOMPARE((QList{diff.count(Added), diff.count(Changed), diff.count(Removed), diff.moved}),
-                     (QList<qsizetype>{added, changed, removed, 0}));
-        }
     }
 
     /// Whatever the clock is set to, versions go by their true age or stay longer.
@@ -153,12 +122,8 @@ private slots:
 
     void newestTakeTheRoom()
     {
-        QList<Version> versions;
-        for (int number = 0; number < 10; ++number)
-            versions.append({.number = number, .clock = number, .room = 20 << 20});
-        const std::vector<bool> staying = areStaying(versions);
-        QCOMPARE(std::ranges::count(staying, true), 3);
-        QVERIFY(staying.back());
+        const std::vector<bool> staying = areStaying(QList<Version>(10, {.room = 20 << 20}));
+        QVERIFY(staying.back() && std::ranges::count(staying, true) == 3);
     }
 
     void keepsAndThinsOut()
