@@ -26,15 +26,6 @@ SharedTask exchanged(SharedTask entry, bool isDark)
     return entry;
 }
 
-/// A task of an early version has no key yet.
-SharedTask broughtBack(const SharedTask &entry, bool isDark)
-{
-    SharedTask held = exchanged(entry, isDark);
-    if (held->key.isEmpty())
-        held.edit().key = newKey();
-    return held;
-}
-
 } // namespace
 
 ComparedVersion::ComparedVersion(const QByteArray &text, const TaskList &todaysTasks, bool isDark)
@@ -69,17 +60,22 @@ ComparedVersion::ComparedVersion(const QByteArray &text, const TaskList &todaysT
                             .today = change.after});
 }
 
+SharedTask ComparedVersion::broughtBack(const Row &row, bool isDark) const
+{
+    SharedTask entry = exchanged(row.entry, isDark);
+    if (entry->key.isEmpty()) // as early versions of the program have written it
+        entry.edit().key = row.today < 0 ? newKey() : today[row.today]->key;
+    return entry;
+}
+
 TaskList ComparedVersion::withTasks(const QList<Row> &chosen, bool isDark) const
 {
     TaskList list = today;
-    for (const Row &row : chosen) {
-        if (!row.isDifferent())
-            continue;
-        if (row.today < 0)
-            list.append(broughtBack(row.entry, isDark));
-        else
-            list[row.today] = broughtBack(row.entry, isDark);
-    }
+    for (const Row &row : chosen)
+        if (row.isDifferent() && row.today < 0)
+            list.append(broughtBack(row, isDark));
+        else if (row.isDifferent())
+            list[row.today] = broughtBack(row, isDark);
     return list;
 }
 
@@ -88,6 +84,6 @@ TaskList ComparedVersion::wholeList(bool isDark) const
     TaskList list;
     for (const Row &row : allRows)
         if (row.wasThere())
-            list.append(broughtBack(row.entry, isDark));
+            list.append(broughtBack(row, isDark));
     return list;
 }

@@ -40,6 +40,8 @@ public:
     TaskList wholeList(bool isDark) const;
 
 private:
+    SharedTask broughtBack(const Row &row, bool isDark) const;
+
     TaskList today;
     VersionDiff diff;
     QList<Row> allRows; ///< in the version's order, and then those that were added since

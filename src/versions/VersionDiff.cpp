@@ -85,7 +85,7 @@ public:
         for (quint32 bit = 1; before && after && bit != 0; bit <<= 1) {
             const QByteArrayView a = *takeField(before);
             const QByteArrayView b = *takeField(after);
-            if (a != b && !isSame(bit, a, b))
+            if (a != b && bit != bits(keyField) && !isSame(bit, a, b))
                 changed |= bit;
         }
         return changed;
@@ -106,35 +106,47 @@ private:
     RowDates dates;
 };
 
-/// Finds the row of the earlier list that goes with each row of the later one.
+/// Finds the row of the earlier list that goes with each row of the later one: the first with the same key or
+/// the first without a key, as early versions of the program have written, with the same name.
 class Pairing
 {
 public:
     Pairing(const ListRows &before, qsizetype begin, qsizetype end)
         : firstRow(begin)
-        , nextOfKey(end - begin)
+        , nextOfSame(end - begin)
     {
-        firstOfKey.reserve(end - begin);
-        for (qsizetype row = end; row-- > begin;)
-            nextOfKey[row - begin] = std::exchange(firstOfKey[fieldOf(before[row], keyField)], row + 1);
+        byKey.reserve(end - begin);
+        for (qsizetype row = end; row-- > begin;) {
+            const QByteArrayView key = fieldOf(before[row], keyField);
+            qsizetype &first = key.isEmpty() ? byName[fieldOf(before[row], nameField)] : byKey[key];
+            nextOfSame[row - begin] = std::exchange(first, row + 1);
+        }
     }
 
-    /// The first row with the key that has not been taken, or −1.
-    qsizetype take(QByteArrayView key)
+    /// The earlier row, which is not taken again; −1 for none.
+    qsizetype take(QByteArrayView later)
     {
-        const auto first = firstOfKey.find(key);
-        if (first == firstOfKey.end() || *first == 0)
-            return -1;
-        const qsizetype row = *first - 1;
-        *first = nextOfKey[row - firstRow];
-        return row;
+        const qsizetype row = takeFrom(byKey, fieldOf(later, keyField));
+        return row >= 0 || byName.isEmpty() ? row : takeFrom(byName, fieldOf(later, nameField));
     }
 
 private:
+    using FirstRows = QHash<QByteArrayView, qsizetype>; // counted from 1; 0 stands for none
+
+    qsizetype takeFrom(FirstRows &rows, QByteArrayView text)
+    {
+        const auto first = rows.find(text);
+        if (first == rows.end() || *first == 0)
+            return -1;
+        const qsizetype row = *first - 1;
+        *first = nextOfSame[row - firstRow];
+        return row;
+    }
+
     qsizetype firstRow;
-    // Rows counted from 1; 0 stands for none.
-    QHash<QByteArrayView, qsizetype> firstOfKey;
-    QList<qsizetype> nextOfKey;
+    FirstRows byKey;
+    FirstRows byName;
+    QList<qsizetype> nextOfSame;
 };
 
 /// How many have to be taken out so that the others ascend.
@@ -187,7 +199,7 @@ VersionDiff VersionDiff::between(const ListRows &before, const ListRows &after)
     QList<qsizetype> pairs;
     std::vector<bool> isPaired(size_t(before.size()));
     for (qsizetype row = begin; row < after.size() - same; ++row) {
-        const qsizetype former = pairing.take(fieldOf(after[row], keyField));
+        const qsizetype former = pairing.take(after[row]);
         if (former < 0) {
             diff.changes.append({Added, -1, row});
             continue;

@@ -35,8 +35,8 @@ struct TaskChange
     quint32 fields = 0; ///< of a changed one, as bits by their position in the row
 };
 
-/// What became of a list. Tasks are the same when their keys are; of several with the same key, the first
-/// goes with the first, and so on.
+/// What became of a list. Tasks are the same when their keys are or, where the earlier one has none, their
+/// names; of several such tasks, the first goes with the first, and so on.
 struct VersionDiff
 {
     static VersionDiff between(const ListRows &before, const ListRows &after);

@@ -56,7 +56,7 @@ private slots:
                  {a + a, a, u"1 removed: a"_s}, // one of two with the same key
                  {a + row("A", "second"), a + row("A", "2nd"), u"1 changed: 2nd"_s},
                  {{}, a + b + c + row("D", " d\n"), u"4 added: a, b, c, …"_s},
-                 {row("", "old"), row("", "new"), u"1 changed: new"_s},
+                 {row("", "old") + a, a + row("K", "old"), u"1 moved"_s}, // which had no key
                  // Other texts of the same values, and a row of an early version.
                  {row("A", "a", "0.2|1|1e0"), row("A", "a", "0.19999999999999996|1.0|1.0"), u"1 task"_s},
                  {row("A", "a", "0|0|0", "03/07/2024"), row("A", "a", "0|0|0"), u"1 task"_s},
