@@ -43,6 +43,9 @@ void readGuide(Tour &tour);
 // Appearance.
 void switchToDarkAndBack(Tour &tour);
 
+// Earlier versions.
+void bringBackTask(Tour &tour);
+
 // The cloud.
 void copyToCloud(Tour &tour);
 /// A local change is overwritten by what the cloud has.

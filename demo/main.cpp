@@ -57,6 +57,7 @@ static void goThroughSteps(Tour &tour, Gateway &gateway)
     readGuide(tour);
 #endif
     switchToDarkAndBack(tour);
+    bringBackTask(tour);
     copyToCloud(tour);
     updateFromCloud(tour);
     deleteTask(tour);

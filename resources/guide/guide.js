@@ -4,6 +4,7 @@ const pages = {
   "main-window": "Main window",
   "task-form": "Task form",
   "contacts": "Contacts",
+  "earlier-versions": "Earlier versions",
   "cloud": "Cloud",
   "messages": "Messages",
   "message-settings": "Message settings",

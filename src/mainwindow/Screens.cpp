@@ -10,8 +10,10 @@
 #include "messaging/ViewControllerSending.h"
 #include "messaging/ViewControllerSettings.h"
 #include "model/TaskManager.h"
+#include "platform/NotificationCenter.h"
 #include "platform/TerminationSignals.h"
 #include "tools/ViewControllerNotes.h"
+#include "versions/ViewControllerVersions.h"
 #include "widgets/WindowSize.h"
 
 #include <QApplication>
@@ -42,9 +44,11 @@ static bool open(QPointer<ScreenClass> &screen, Resources &&resources, QWidget &
     return isNew;
 }
 
-Screens::Screens(const TaskFormServices &formServices, ScheduleRuns &scheduleRuns, const Folders &userFolders)
+Screens::Screens(const TaskFormServices &formServices, ScheduleRuns &scheduleRuns, VersionStore &versionStore,
+                 const Folders &userFolders)
     : services(formServices)
     , runs(scheduleRuns)
+    , store(versionStore)
     , folders(userFolders)
 {
 }
@@ -92,6 +96,17 @@ void Screens::openNotes(QWidget &mainWindow)
 void Screens::openWhiteboard(QWidget &mainWindow)
 {
     open(whiteboard, ViewControllerWhiteboard::Services{pen, services.colorPanel, folders.state}, mainWindow);
+}
+
+void Screens::openVersions(QWidget &mainWindow)
+{
+    const auto bringBack = [this](const TaskList &list, const QString &stepName) {
+        services.manager.replaceList(list, stepName);
+        services.notices.post(notice::reload);
+    };
+    open(versions,
+         ViewControllerVersions::Services{services.manager, store, services.systemNotices, bringBack},
+         mainWindow, folders.state);
 }
 
 void Screens::openGuide(QWidget &mainWindow)

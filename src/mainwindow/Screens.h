@@ -12,7 +12,9 @@ class ViewControllerClientMgmt;
 class ViewControllerNotes;
 class ViewControllerSending;
 class ViewControllerSettings;
+class VersionStore;
 class ViewControllerTeamMgmt;
+class ViewControllerVersions;
 
 /// Opens the program's further screens. Each exists once, opening it again raises it, and each is made anew
 /// after it was closed.
@@ -26,7 +28,8 @@ public:
         QString state;
     };
 
-    Screens(const TaskFormServices &formServices, ScheduleRuns &runs, const Folders &folders);
+    Screens(const TaskFormServices &formServices, ScheduleRuns &runs, VersionStore &versions,
+            const Folders &folders);
 
     /// \param added  is told the key of the task that was added
     void openAddForm(QWidget &mainWindow, const std::function<void(const QString &key)> &added);
@@ -38,6 +41,7 @@ public:
     void openSettings(QWidget &mainWindow);
     void openNotes(QWidget &mainWindow);
     void openWhiteboard(QWidget &mainWindow);
+    void openVersions(QWidget &mainWindow);
     void openGuide(QWidget &mainWindow);
     /// Asks before messages are left unsent, unless it is the system that ends the program.
     bool mayQuit() const;
@@ -45,6 +49,7 @@ public:
 private:
     TaskFormServices services;
     ScheduleRuns &runs;
+    VersionStore &store;
     Folders folders;
     WhiteboardPen pen;
     QPointer<ViewControllerAdd> addForm;
@@ -54,5 +59,6 @@ private:
     QPointer<ViewControllerSettings> settings;
     QPointer<ViewControllerNotes> notes;
     QPointer<ViewControllerWhiteboard> whiteboard;
+    QPointer<ViewControllerVersions> versions;
     QPointer<GuideProgram> guide;
 };

@@ -3,7 +3,6 @@
 #include "model/TaskColumn.h"
 
 #include <QAbstractTableModel>
-#include <QColor>
 
 class TaskManager;
 
@@ -35,7 +34,3 @@ private:
 
     TaskManager &manager;
 };
-
-/// Black or white, whichever reads better on the colour.
-/// \param behind  what shows through a colour that is not opaque
-QColor readableTextColor(const QColor &color, const QColor &behind);

@@ -1,7 +1,7 @@
 #include "mainwindow/TaskTableView.h"
 
-#include "mainwindow/TaskRowDelegate.h"
 #include "mainwindow/TaskTable.h"
+#include "widgets/TaskRowDelegate.h"
 
 #include <QHeaderView>
 #include <QMouseEvent>

@@ -10,6 +10,7 @@
 #include "platform/Diagnostics.h"
 #include "platform/NotificationCenter.h"
 #include "ui_ViewController.h"
+#include "versions/VersionStore.h"
 #include "widgets/Screen.h"
 
 #include <QActionGroup>
@@ -20,7 +21,7 @@ using namespace Qt::StringLiterals;
 
 ViewController::ViewController(TaskManager &taskManager, NotificationCenter &applicationNotices,
                                NotificationCenter &desktopNotices, Screens &furtherScreens,
-                               CloudSync &cloudSync, const QString &documentsFolder,
+                               CloudSync &cloudSync, VersionStore &versions, const QString &documentsFolder,
                                const QString &stateFolder, const QStringList &news)
     : ui(setUpForm<Ui::ViewController>(*this))
     , taskCommands(*ui)
@@ -29,7 +30,12 @@ ViewController::ViewController(TaskManager &taskManager, NotificationCenter &app
     , systemNotices(desktopNotices)
     , screens(furtherScreens)
     , cloud(cloudSync)
-    , taskListFile(taskManager, documentsFolder, stateFolder)
+    , taskListFile(taskManager, documentsFolder, stateFolder,
+                   {.keep = [&versions](const QByteArray &text) { versions.keep(text); },
+                    .makeRoom =
+                        [&versions](const QString &path, qint64 bytes) {
+                            return versions.makeRoom(path, bytes);
+                        }})
     , fileBanners(taskListFile, *ui->mainLayout, [this] { showListAgain(); })
     , cloudStatus(cloudSync, *ui, *this)
     , table(taskManager)
@@ -38,6 +44,8 @@ ViewController::ViewController(TaskManager &taskManager, NotificationCenter &app
     ui->viewSelection->addItems(taskViewTitles());
     ui->tblView->setTable(table);
     addViewActions();
+    connect(&versions, &VersionStore::told, this,
+            [this](const QString &sentence) { fileBanners.tell({sentence}); });
     viewDidLoad();
     fileBanners.tell(news);
     connectActions();
@@ -111,6 +119,7 @@ void ViewController::connectScreens()
     connect(ui->actionMessages, &QAction::triggered, this, [this] { screens.openSending(*this); });
     connect(ui->actionNotes, &QAction::triggered, this, [this] { screens.openNotes(*this); });
     connect(ui->actionWhiteboard, &QAction::triggered, this, [this] { screens.openWhiteboard(*this); });
+    connect(ui->actionVersions, &QAction::triggered, this, [this] { screens.openVersions(*this); });
     connect(ui->actionSettings, &QAction::triggered, this, [this] { screens.openSettings(*this); });
 }
 

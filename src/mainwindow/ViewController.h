@@ -19,6 +19,7 @@ class QAction;
 class Screens;
 class TaskManager;
 struct TaskStep;
+class VersionStore;
 
 namespace Ui {
 class ViewController;
@@ -37,11 +38,12 @@ public:
     /// \param systemNotices    the system-wide one
     /// \param screens          opens the further screens
     /// \param cloud            copies tasks to and from the cloud
+    /// \param versions         keeps what the list has been
     /// \param documentsFolder  where the task list file is; empty when there is no such folder
     /// \param stateFolder      where window state and unfinished writes are kept
     /// \param news             whole sentences that the user has to be told
     ViewController(TaskManager &manager, NotificationCenter &notices, NotificationCenter &systemNotices,
-                   Screens &screens, CloudSync &cloud, const QString &documentsFolder,
+                   Screens &screens, CloudSync &cloud, VersionStore &versions, const QString &documentsFolder,
                    const QString &stateFolder, const QStringList &news = {});
     ~ViewController() override;
 

@@ -18,3 +18,6 @@ struct Color
 
 /// The colour for painting only, since it is rounded.
 QColor painted(const Color &color);
+/// Black or white, whichever reads better on the colour.
+/// \param behind  what shows through a colour that is not opaque
+QColor readableTextColor(const QColor &color, const QColor &behind);

@@ -176,6 +176,7 @@ bool ProtectedFile::isChangedByOthers(const std::optional<Digest> &known) const
 /// Keeps the reason for which the system just refused something; always false.
 bool ProtectedFile::fail()
 {
+    lacksRoom = errno == ENOSPC || errno == EDQUOT;
     error = systemText(errno);
     return false;
 }

@@ -60,6 +60,8 @@ public:
     bool write(QByteArrayView content);
     /// Why the last write failed, in the words of the operating system.
     const QString &errorString() const { return error; }
+    /// Whether it failed because the disk is full.
+    bool isDiskFull() const { return lacksRoom; }
 
     /// Has the file, as it is then, copied beside itself, as `NAME.damaged-YYYYMMDD-HHMMSS`, before the next
     /// write overwrites it. That write fails when the copy cannot be made; its content is then kept in the
@@ -97,6 +99,7 @@ private:
     QString stateFolder;
     QString redoPath;
     QString error;
+    bool lacksRoom = false; ///< for what failed last
     QString unreadable;
     QString copiedTo;
     State lastSeen;

@@ -20,6 +20,7 @@ public:
     void keepCopy() { file.keepCopy(); }
     const QString &path() const { return file.path(); }
     const QString &errorString() const { return file.errorString(); }
+    bool isDiskFull() const { return file.isDiskFull(); }
     const QString &readProblem() const { return file.readProblem(); }
     bool isChangedByOthers() const { return file.isChangedByOthers(); }
     QString takeCopyPath() { return file.takeCopyPath(); }

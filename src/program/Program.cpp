@@ -39,11 +39,13 @@ Program::Program(TaskManager &manager, NotificationCenter &systemNotices, const 
     : news(finishEarlierWrites(folders.state))
     , draft(folders.state + u"/begun-task"_s)
     , scheduleRuns(manager.defaults, gateway)
-    , screens({manager, notices, systemNotices, colorPanel, draft, folders.data}, scheduleRuns,
+    , versions(folders.state)
+    , screens({manager, notices, systemNotices, colorPanel, draft, folders.data}, scheduleRuns, versions,
               {folders.documents, folders.state})
     , container(CloudHome::read(folders.config + u"/cloud.ini"_s, folders.data), taskRecordType())
     , cloud(manager, notices, container)
-    , window(manager, notices, systemNotices, screens, cloud, folders.documents, folders.state, news)
+    , window(manager, notices, systemNotices, screens, cloud, versions, folders.documents, folders.state,
+             news)
 {
 }
 
@@ -66,7 +68,8 @@ bool Program::finish(std::chrono::nanoseconds limit)
 {
     const QDeadlineTimer deadline(limit);
     scheduleRuns.stop();
+    const bool isVersionKept = versions.finish(deadline.remainingTimeAsDuration());
     const bool isCloudDone = cloud.finish(deadline.remainingTimeAsDuration());
     const bool areMessagesDone = scheduleRuns.finish(deadline.remainingTimeAsDuration());
-    return isCloudDone && areMessagesDone;
+    return isVersionKept && isCloudDone && areMessagesDone;
 }

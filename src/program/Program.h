@@ -8,6 +8,7 @@
 #include "mainwindow/ViewController.h"
 #include "messaging/ScheduleRuns.h"
 #include "platform/NotificationCenter.h"
+#include "versions/VersionStore.h"
 #include "widgets/ColorWell.h"
 
 #include <functional>
@@ -51,6 +52,7 @@ private:
     ColorPanel colorPanel;
     TaskDraft draft;
     ScheduleRuns scheduleRuns;
+    VersionStore versions;
     Screens screens;
     SqlCloudContainer container;
     CloudSync cloud;

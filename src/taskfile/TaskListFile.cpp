@@ -13,9 +13,10 @@
 using namespace Qt::StringLiterals;
 
 TaskListFile::TaskListFile(TaskManager &taskManager, const QString &documentsFolder,
-                           const QString &stateFolder)
+                           const QString &stateFolder, TaskListHistory listHistory)
     : manager(taskManager)
     , trace(stateFolder + u"/last-list"_s)
+    , history(std::move(listHistory))
 {
     if (!documentsFolder.isEmpty())
         file.emplace(documentsFolder + u"/zandulist.txt"_s, stateFolder);
@@ -49,7 +50,7 @@ bool TaskListFile::writeFile()
 {
     const QByteArray rows = text();
     if (file) {
-        lastWriteFailed = !readProblem().isEmpty() || !file->write(rows);
+        lastWriteFailed = !readProblem().isEmpty() || !writeDurably(rows);
         if (lastWriteFailed) {
             diagnostics::line("Error");
             return false;
@@ -57,8 +58,18 @@ bool TaskListFile::writeFile()
         diagnostics::line("Write File", rows);
         filedChanges = manager.changeCount();
         leaveTrace();
+        history.keep(rows);
     }
     invertedColors = isDarkMode();
+    return true;
+}
+
+/// Where the disk is full, what the list has been goes before the list.
+bool TaskListFile::writeDurably(const QByteArray &rows)
+{
+    while (!file->write(rows))
+        if (!file->isDiskFull() || !history.makeRoom(file->path(), rows.size()))
+            return false;
     return true;
 }
 
@@ -108,6 +119,8 @@ void TaskListFile::parseFile(const QString &text)
     }
     if (file && !whole.sliced(start).trimmed().isEmpty())
         file->keepCopy(); // what follows the last row end is part of a row
+    if (file && !text.isEmpty())
+        history.keep(text.toUtf8());
     manager.setListAside();
     manager.setColorsInverted(isDark);
     invertedColors = isDark;

@@ -8,10 +8,23 @@
 #include <QString>
 #include <QStringView>
 
+#include <functional>
 #include <optional>
 
 class TaskManager;
 class TaskRowReader;
+
+/// Who keeps what the list has been.
+struct TaskListHistory
+{
+    /// Is handed each text that was read from the file or written to it.
+    std::function<void(const QByteArray &text)> keep = [](const QByteArray &) {
+    };
+    /// Is asked to free so many bytes of a full disk for the file; false when it cannot.
+    std::function<bool(const QString &path, qint64 bytes)> makeRoom = [](const QString &, qint64) {
+        return false;
+    };
+};
 
 /// The file "zandulist.txt" in the documents folder, which holds the whole task list.
 ///
@@ -23,7 +36,8 @@ class TaskListFile
 public:
     /// \param documentsFolder  empty when the desktop names none: then nothing is read or written
     /// \param stateFolder      where an unfinished write is kept
-    TaskListFile(TaskManager &manager, const QString &documentsFolder, const QString &stateFolder);
+    TaskListFile(TaskManager &manager, const QString &documentsFolder, const QString &stateFolder,
+                 TaskListHistory history = {});
 
     /// Writes the whole list; false when that failed, and then the list that was in the file is still there.
     bool writeFile();
@@ -59,6 +73,7 @@ public:
 
 private:
     void leaveTrace() const;
+    bool writeDurably(const QByteArray &rows);
     bool takeOver(const QString &text);
     bool putTogether();
     bool addAgain(const TaskList &tasks);
@@ -74,6 +89,7 @@ private:
     std::optional<TextFile> file;
     QString trace; ///< path of a link to the file that was last read or written
     bool isGone = false;
+    TaskListHistory history;
     RowTexts rowTexts;
     bool lastWriteFailed = false;
     qint64 filedChanges = 0; ///< the manager's count of changes when list and file were last the same

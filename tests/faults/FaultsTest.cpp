@@ -3,6 +3,7 @@
 #include "platform/Preferences.h"
 #include "platform/ProtectedFile.h"
 #include "support/TestProgram.h"
+#include "versions/VersionKeeper.h"
 
 #include <QProcess>
 
@@ -22,6 +23,12 @@ QString found(const QString &what, const QString &folder)
                : list.startsWith(oldRow) && list.count('^') == 2 && list.endsWith('^')
                    ? u"new"_s
                    : QString::fromUtf8(list);
+    }
+    if (what == u"version") {
+        const versionFile::Listing listing = versionFile::list(folder + u"/versions"_s);
+        const qint64 newest = listing.versions.isEmpty() ? 0 : listing.versions.last().number;
+        const auto text = versionFile::readText(versionFile::pathOf(folder + u"/versions"_s, newest));
+        return listing.unreadable.isEmpty() && text ? QString::fromUtf8(text->chopped(1)) : u"lost"_s;
     }
     if (what == u"text")
         return QString::fromUtf8(contentOf(folder + u"/documents/list.txt"_s));
@@ -46,6 +53,7 @@ void makeOld(const QString &folder)
 {
     writeTo(folder + u"/zandulist.txt"_s, oldRow);
     writeTo(folder + u"/documents/list.txt"_s, "old");
+    VersionKeeper(folder + u"/versions"_s).keep("old^", ClockReading::now());
     Preferences(folder + u"/preferences.ini"_s).store({{u"account"_s, u"old"_s}, {u"secret"_s, u"old"_s}});
     PersistentContainer container(contactModel(), folder);
     container.loadPersistentStores();
@@ -67,9 +75,20 @@ private slots:
     {
         QTest::addColumn<QString>("what");
         QTest::addColumn<QString>("how");
-        for (const char *what : {"list", "text", "preferences", "contacts"})
+        for (const char *what : {"list", "version", "text", "preferences", "contacts"})
             for (const char *how : {"kill", "full", "EIO", "EINTR"})
                 QTest::addRow("%s %s", what, how) << QString::fromLatin1(what) << QString::fromLatin1(how);
+    }
+
+    void listTakesTheRoomOfVersions()
+    {
+        for (int step = 0; step < mostSteps; ++step) {
+            const QTemporaryDir folder;
+            makeOld(folder.path());
+            const QStringList arguments{u"list"_s, folder.path(), QString::number(step), u"room"_s};
+            QCOMPARE(QProcess::execute(u"" BINARY_DIR "/bin/saver"_s, arguments), EXIT_SUCCESS);
+            QCOMPARE(found(u"list"_s, folder.path()), u"new"_s);
+        }
     }
 
     void nothingIsLost()

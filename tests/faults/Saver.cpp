@@ -5,6 +5,7 @@
 #include "platform/Preferences.h"
 #include "platform/ProtectedFile.h"
 #include "taskfile/TaskListFile.h"
+#include "versions/VersionKeeper.h"
 
 #include <QCoreApplication>
 
@@ -12,8 +13,9 @@
 
 using namespace Qt::StringLiterals;
 
-// Saves one of the program's files while something goes wrong: `saver list|text|preferences|contacts FOLDER
-// STEP kill|full|EIO|EINTR [TEXT]`. With the name of an error one call fails once, and what was not
+// Saves one of the program's files while something goes wrong: `saver
+// list|version|text|preferences|contacts FOLDER STEP kill|full|room|EIO|EINTR [TEXT]`. With room, the disk is
+// full until the list asks for room. With the name of an error one call fails once, and what was not
 // saved then is saved again. Ends with 0 when all was saved, 1 when that has failed, 9 when it was killed.
 
 namespace {
@@ -21,6 +23,7 @@ namespace {
 int step = 0;
 faultInjector::Fault fault;
 int error = 0;
+bool isRoomMade = false; ///< as soon as the disk is full
 
 /// Whether it saves; with a passing fault, at the second attempt.
 int attempt(const auto &save)
@@ -35,10 +38,21 @@ int saveList(const QString &folder)
 {
     Preferences preferences(folder + u"/none.ini"_s);
     TaskManager manager(preferences);
-    TaskListFile file(manager, folder, folder + u"/state"_s);
+    const auto makeRoom = [](const QString &, qint64) {
+        faultInjector::disarm();
+        return isRoomMade;
+    };
+    TaskListFile file(manager, folder, folder + u"/state"_s, {.makeRoom = makeRoom});
     file.parseFile(file.readFile());
     manager.addTask({.key = u"new"_s, .name = u"new"_s});
     return attempt([&] { return file.writeFile(); });
+}
+
+int saveVersion(const QString &folder)
+{
+    VersionKeeper keeper(folder + u"/versions"_s);
+    return attempt(
+        [&] { return keeper.keep("new^", ClockReading::now()) != VersionKeeper::Outcome::Failed; });
 }
 
 int saveText(const QString &folder, const QByteArray &text)
@@ -75,11 +89,13 @@ int main(int argc, char **argv)
     const QString &what = arguments[1];
     const QString &how = arguments[4];
     step = arguments[3].toInt();
-    fault = how == u"kill"   ? faultInjector::Fault::Kill
-            : how == u"full" ? faultInjector::Fault::Full
-                             : faultInjector::Fault::Once;
+    fault = how == u"kill"                     ? faultInjector::Fault::Kill
+            : how == u"full" || how == u"room" ? faultInjector::Fault::Full
+                                               : faultInjector::Fault::Once;
+    isRoomMade = how == u"room";
     error = how == u"EIO" ? EIO : how == u"EINTR" ? EINTR : ENOSPC;
     return what == u"list"          ? saveList(arguments[2])
+           : what == u"version"     ? saveVersion(arguments[2])
            : what == u"text"        ? saveText(arguments[2], arguments.value(5).toUtf8())
            : what == u"preferences" ? savePreferences(arguments[2])
                                     : saveContacts(arguments[2]);

@@ -1,4 +1,4 @@
-#include "mainwindow/TaskRowDelegate.h"
+#include "widgets/TaskRowDelegate.h"
 
 #include <QPainter>
 
@@ -27,12 +27,15 @@ void TaskRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
                                          : index.data(Qt::BackgroundRole).value<QColor>();
     const QColor foreground = isSelected ? option.palette.color(QPalette::HighlightedText)
                                          : index.data(Qt::ForegroundRole).value<QColor>();
-    const QFontMetrics &metrics = option.fontMetrics;
+    const QVariant ownFont = index.data(Qt::FontRole);
+    const QFont font = ownFont.isValid() ? ownFont.value<QFont>().resolve(option.font) : option.font;
+    const QFontMetrics metrics = ownFont.isValid() ? QFontMetrics(font) : option.fontMetrics;
     const int width = option.rect.width() - 2 * margin;
     const int baseline = option.rect.center().y() + (metrics.ascent() - metrics.descent()) / 2 + 1;
 
     painter->fillRect(option.rect, background);
     painter->setPen(foreground);
+    painter->setFont(font);
     painter->drawText(option.rect.left() + margin, baseline,
                       oneLine(index.data(Qt::DisplayRole).toString(), metrics, width));
     if (option.state.testFlag(QStyle::State_HasFocus))
