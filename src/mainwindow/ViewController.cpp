@@ -30,12 +30,7 @@ ViewController::ViewController(TaskManager &taskManager, NotificationCenter &app
     , systemNotices(desktopNotices)
     , screens(furtherScreens)
     , cloud(cloudSync)
-    , taskListFile(taskManager, documentsFolder, stateFolder,
-                   {.keep = [&versions](const QByteArray &text) { versions.keep(text); },
-                    .makeRoom =
-                        [&versions](const QString &path, qint64 bytes) {
-                            return versions.makeRoom(path, bytes);
-                        }})
+    , taskListFile(taskManager, documentsFolder, stateFolder, versions.history())
     , fileBanners(taskListFile, *ui->mainLayout, [this] { showListAgain(); })
     , cloudStatus(cloudSync, *ui, *this)
     , table(taskManager)

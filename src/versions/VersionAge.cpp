@@ -12,7 +12,7 @@ constexpr qint64 hour = Milliseconds(1h).count();
 constexpr qint64 day = 24 * hour;
 constexpr qint64 month = 31 * day;
 constexpr qint64 year = 365 * day;
-constexpr qint64 mostRoom = 64 * 1024 * 1024; // bytes
+constexpr qint64 mostRoom = 64LL << 20; // bytes
 
 } // namespace
 

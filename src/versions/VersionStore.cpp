@@ -54,7 +54,7 @@ VersionStore::~VersionStore()
 
 void VersionStore::keep(const QByteArray &text)
 {
-    constexpr qsizetype mostWaiting = 32 * 1024 * 1024; // bytes, besides the newest
+    constexpr qsizetype mostWaiting = 32LL << 20; // bytes, besides the newest
     {
         const std::lock_guard lock(mutex);
         qsizetype waiting = 0;
@@ -66,6 +66,15 @@ void VersionStore::keep(const QByteArray &text)
         ++givenSoFar;
     }
     wake.notify_one();
+}
+
+TaskListHistory VersionStore::history()
+{
+    return {.keep = [this](const QByteArray &text) { keep(text); },
+            .makeRoom =
+                [this](const QString &path, qint64 bytes) {
+                    return makeRoom(path, bytes);
+                }};
 }
 
 bool VersionStore::finish(std::chrono::nanoseconds limit)
@@ -139,7 +148,7 @@ bool VersionStore::keepWith(VersionKeeper &keeper, const Given &next)
 
 bool VersionStore::makeRoom(const QString &filePath, qint64 bytes)
 {
-    constexpr qint64 fewest = 1024 * 1024;
+    constexpr qint64 fewest = 1LL << 20;
     if (diskOf(filePath) != diskOf(versionsFolder))
         return false;
     qint64 freed = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "taskfile/TaskListFile.h"
 #include "versions/VersionKeeper.h"
 
 #include <QObject>
@@ -30,6 +31,8 @@ public:
     /// \param bytes  how much is wanted; no less than 1 MB is freed
     /// \return false when there is nothing to be freed on that disk
     bool makeRoom(const QString &filePath, qint64 bytes);
+    /// Both, for the list's file, which this has to outlive.
+    TaskListHistory history();
     /// Waits until all is kept; false when that takes longer than the limit.
     bool finish(std::chrono::nanoseconds limit);
 

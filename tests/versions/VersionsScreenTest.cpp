@@ -4,7 +4,6 @@
 #include "support/Appearance.h"
 #include "support/Tasks.h"
 #include "support/TestProgram.h"
-#include "taskfile/TaskListFile.h"
 #include "versions/VersionStore.h"
 #include "versions/ViewControllerVersions.h"
 
@@ -30,10 +29,7 @@ private slots:
         home = std::make_unique<QTemporaryDir>();
         manager = std::make_unique<TaskManager>(preferences);
         store = std::make_unique<VersionStore>(home->path());
-        file = std::make_unique<TaskListFile>(*manager, home->path(), home->path(),
-                                              TaskListHistory{.keep = [this](const QByteArray &text) {
-                                                  store->keep(text);
-                                              }});
+        file = std::make_unique<TaskListFile>(*manager, home->path(), home->path(), store->history());
     }
 
     void cleanup() { screen.reset(); }

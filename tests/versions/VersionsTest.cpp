@@ -1,5 +1,3 @@
-#include "model/TaskManager.h"
-#include "platform/Preferences.h"
 #include "support/FullDisk.h"
 #include "support/TestProgram.h"
 #include "versions/VersionStore.h"
@@ -100,11 +98,8 @@ private slots:
                 all.append(version);
                 kept.append(version);
                 const std::vector<bool> staying = areStaying(kept);
-                QList<Version> left;
-                for (qsizetype index = 0; index < kept.size(); ++index)
-                    if (staying[size_t(index)])
-                        left.append(kept[index]);
-                kept = left;
+                size_t place = 0;
+                kept.removeIf([&](const Version &) { return !staying[place++]; });
                 qsizetype young = 0;
                 for (const Version &former : all) {
                     const qint64 age = version.clock - former.clock;
