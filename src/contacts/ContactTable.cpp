@@ -1,7 +1,6 @@
 #include "contacts/ContactTable.h"
 
 #include <algorithm>
-#include <ranges>
 
 using namespace Qt::StringLiterals;
 
@@ -114,7 +113,8 @@ void ContactTable::take(const Rows &rows)
         endResetModel();
         return;
     }
-    for (const auto &[row, contact] : rows | std::views::reverse) {
+    for (auto entry = rows.crbegin(); entry != rows.crend(); ++entry) {
+        const int row = entry->first;
         beginRemoveRows({}, row, row);
         contacts.removeAt(row);
         endRemoveRows();
