@@ -6,6 +6,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr qsizetype mostOneByOne = 100; // with more, telling the views of each row takes too long
+
 class ContactStep : public QUndoCommand
 {
 public:
@@ -74,8 +76,6 @@ void ContactTable::remove(QList<int> numbers)
     doneSteps.push(new ContactStep(
         u"Removed "_s + enumeration(rows), [=, this] { take(rows); }, [=, this] { insert(rows); }));
 }
-
-constexpr qsizetype mostOneByOne = 100; // with more, telling the views of each row takes too long
 
 void ContactTable::insert(const Rows &rows)
 {
