@@ -1,11 +1,12 @@
 #include "contacts/ContactTable.h"
 
 #include <algorithm>
-#include <ranges>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr qsizetype mostOneByOne = 100; // with more, telling the views of each row takes too long
 
 class ContactStep : public QUndoCommand
 {
@@ -76,8 +77,6 @@ void ContactTable::remove(QList<int> numbers)
         u"Removed "_s + enumeration(rows), [=, this] { take(rows); }, [=, this] { insert(rows); }));
 }
 
-constexpr qsizetype mostOneByOne = 100; // with more, telling the views of each row takes too long
-
 void ContactTable::insert(const Rows &rows)
 {
     for (const auto &[row, contact] : rows)
@@ -114,7 +113,8 @@ void ContactTable::take(const Rows &rows)
         endResetModel();
         return;
     }
-    for (const auto &[row, contact] : rows | std::views::reverse) {
+    for (auto entry = rows.crbegin(); entry != rows.crend(); ++entry) {
+        const int row = entry->first;
         beginRemoveRows({}, row, row);
         contacts.removeAt(row);
         endRemoveRows();

@@ -101,8 +101,10 @@ void ViewControllerWhiteboard::viewDidAppear()
 {
     path = QDir::currentPath();
     fileManager.emplace(path + u"/zandulistwhiteboard.png"_s, stateFolder);
+    const QImage before = ui->whiteboard->picture();
     showPictureFile();
-    steps.clear();
+    if (ui->whiteboard->picture() != before)
+        steps.clear();
     watch = std::make_unique<FileWatch>(fileManager->path());
     connect(watch.get(), &FileWatch::mayHaveChanged, this, &ViewControllerWhiteboard::followFile);
     // As large as it was made, unless the display is too small for its buttons.

@@ -85,6 +85,6 @@ private:
     QString path;                           ///< the folder of the picture
     Line *line = nullptr;
     bool isChanged = false; ///< since the picture was read or captured
-    QUndoStack steps;       ///< from what the file held when the screen came up, or others have written since
+    QUndoStack steps;       ///< since the screen came up, or others have written the file
     std::unique_ptr<FileWatch> watch;
 };

@@ -186,9 +186,6 @@ private slots:
         }
         click(u"removeButton"_s); // the row that is being edited is the selected one
         QCOMPARE(table.model()->rowCount(), 3);
-        table.clearSelection();
-        click(u"removeButton"_s);
-        QCOMPARE(table.model()->rowCount(), 3);
         table.selectRow(0);
         table.selectionModel()->select(table.model()->index(2, 0),
                                        QItemSelectionModel::Select | QItemSelectionModel::Rows);
@@ -269,7 +266,6 @@ private slots:
         }
         steps.setIndex(0);
         QVERIFY(store.save());
-        QCOMPARE(stored(home->path()), states[0]);
         other.viewContext().refresh();
         QCOMPARE(seen(other.viewContext()), states[0]);
     }
