@@ -78,6 +78,7 @@ void ViewController::chooseView(int position)
 void ViewController::search(QObject *)
 {
     const QString text = ui->searchField->text();
+    ui->searchField->setClearButtonEnabled(true); // at the start it would read the desktop's whole icon theme
     const QString shownKey = ui->tblView->keyOfSelectedRow();
     if (text.isEmpty())
         manager.endSearch();

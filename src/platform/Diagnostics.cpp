@@ -4,6 +4,7 @@
 
 #include <QStringEncoder>
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <cstdlib>
@@ -12,6 +13,7 @@
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace diagnostics {
 
@@ -82,8 +84,10 @@ private:
     void startChunk(qsizetype firstLine)
     {
         QByteArray chunk;
-        if (firstLine < chunkSize)
-            chunk.reserve(chunkSize); // a longer line is shared, not copied
+        if (firstLine < chunkSize) { // a longer line is shared, not copied
+            chunk = std::exchange(spare, QByteArray());
+            chunk.reserve(chunkSize);
+        }
         if (dropped > 0)
             chunk += "Diagnostics dropped: " + QByteArray::number(dropped) + '\n';
         dropped = 0;
@@ -104,12 +108,16 @@ private:
 
     void writeFirstChunk(std::unique_lock<std::mutex> &lock)
     {
-        const QByteArray chunk = chunks.takeFirst();
+        QByteArray chunk = chunks.takeFirst();
         lock.unlock();
         writeFully(STDOUT_FILENO, chunk); // a reader that has gone away loses this chunk only
         lock.lock();
         written += chunk.size();
         backlog -= qMin(backlog, chunk.size());
+        if (chunk.size() <= chunkSize) {
+            chunk.resize(0);
+            spare = std::move(chunk);
+        }
         drained.notify_all();
     }
 
@@ -117,6 +125,7 @@ private:
     std::condition_variable wake;
     std::condition_variable drained;
     QList<QByteArray> chunks;
+    QByteArray spare;   ///< a chunk that was written, for the next one
     qint64 queued = 0;  ///< bytes ever
     qint64 written = 0; ///< of them
     qsizetype backlog = 0;
@@ -124,35 +133,15 @@ private:
     bool flushing = false;
 };
 
-/// Appends texts of so many UTF-16 units in all to a line.
-class Encoding
-{
-public:
-    Encoding(QByteArray &destination, qsizetype units)
-        : line(destination)
-        , utf8(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless)
-    {
-        const qsizetype start = line.size();
-        line.resize(start + utf8.requiredSpace(units));
-        end = line.data() + start;
-    }
-    ~Encoding() { line.truncate(end - line.constData()); }
-    Encoding(const Encoding &) = delete;
-    Encoding &operator=(const Encoding &) = delete;
-
-    void append(QStringView text) { end = utf8.appendToBuffer(end, text); }
-
-private:
-    QByteArray &line;
-    QStringEncoder utf8;
-    char *end;
-};
-
 } // namespace
 
 void appendItem(QByteArray &line, QStringView text)
 {
-    Encoding(line, text.size()).append(text);
+    QStringEncoder utf8(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
+    const qsizetype start = line.size();
+    line.resize(start + utf8.requiredSpace(text.size()));
+    const char *end = utf8.appendToBuffer(line.data() + start, text);
+    line.truncate(end - line.constData());
 }
 
 void appendItem(QByteArray &line, const char *text)
@@ -172,18 +161,20 @@ void appendItem(QByteArray &line, bool value)
 
 void appendItem(QByteArray &line, const QList<QStringView> &texts)
 {
-    constexpr qsizetype punctuation = 2;
-    qsizetype size = punctuation;
+    constexpr QStringView separator = u", ";
+    qsizetype size = separator.size();
     for (const QStringView text : texts)
-        size += text.size() + punctuation;
-    Encoding encoding(line, size);
-    encoding.append(u"[");
+        size += text.size() + separator.size();
+    QString joined(size, Qt::Uninitialized); // encoding one long text is faster than encoding many short ones
+    QChar *end = joined.data();
+    *end++ = u'[';
     for (qsizetype i = 0; i < texts.size(); ++i) {
         if (i > 0)
-            encoding.append(u", ");
-        encoding.append(texts[i]);
+            end = std::ranges::copy(separator, end).out;
+        end = std::ranges::copy(texts[i], end).out;
     }
-    encoding.append(u"]");
+    *end++ = u']';
+    appendItem(line, QStringView(joined.data(), end));
 }
 
 QByteArray &scratch()

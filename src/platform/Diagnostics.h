@@ -5,7 +5,9 @@
 #include <QStringList>
 #include <QStringView>
 
+#include <charconv>
 #include <concepts>
+#include <iterator>
 #include <optional>
 #include <type_traits>
 
@@ -38,7 +40,8 @@ void appendItem(QByteArray &line, const std::optional<Text> &text)
 template <std::signed_integral Number>
 void appendItem(QByteArray &line, Number value)
 {
-    line += QByteArray::number(qlonglong{value});
+    char digits[20];
+    line.append(digits, std::to_chars(digits, std::end(digits), value).ptr - digits);
 }
 
 /// The calling thread's scratch text for the line being made.

@@ -39,9 +39,12 @@ std::optional<QByteArray> readWholeFile(const QString &path, qint64 most)
     FileDescriptor file(path, O_RDONLY);
     if (!file.isOpen())
         return std::nullopt;
+    struct stat entry = {};
+    file.stat(entry);
     QByteArray content;
     for (qsizetype size = 0;;) {
-        content.resize(std::max(size + chunk, size * 2));
+        if (size == content.size())
+            content.resize(std::max(size * 2, qsizetype(std::min(qint64{entry.st_size}, most))) + chunk);
         const qsizetype count = file.read(content.data() + size, content.size() - size);
         if (count < 0)
             return std::nullopt;
@@ -50,8 +53,10 @@ std::optional<QByteArray> readWholeFile(const QString &path, qint64 most)
             errno = EFBIG;
             return std::nullopt;
         }
-        if (count == 0)
-            return content.first(size);
+        if (count == 0) {
+            content.truncate(size);
+            return content;
+        }
     }
 }
 

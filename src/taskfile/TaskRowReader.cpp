@@ -89,10 +89,13 @@ void TaskRowReader::split(QStringView row)
     // Somebody's editor may have put every row on a line of its own.
     while (row.startsWith(u'\n') || row.startsWith(u'\r'))
         row = row.sliced(1);
-    qsizetype start = 0;
-    for (qsizetype end; (end = row.indexOf(QChar(fieldSeparator), start)) >= 0; start = end + 1)
-        rowFields.append(row.sliced(start, end - start));
-    rowFields.append(row.sliced(start));
+    const QChar *start = row.cbegin();
+    for (const QChar &unit : row)
+        if (unit == fieldSeparator) {
+            rowFields.append(QStringView(start, &unit));
+            start = &unit + 1;
+        }
+    rowFields.append(QStringView(start, row.cend()));
 }
 
 bool TaskRowReader::readDates(task &entry)
@@ -136,10 +139,8 @@ void TaskRowReader::readTexts(task &entry)
 QString TaskRowReader::textOf(QStringView field) const
 {
     QString text = field.toString();
-    if (field.contains(QChar(rowmark::fieldSeparator)))
-        text.replace(QChar(rowmark::fieldSeparator), QChar(fieldSeparator));
-    if (field.contains(QChar(rowmark::rowSeparator)))
-        text.replace(QChar(rowmark::rowSeparator), QChar(rowSeparator));
+    text.replace(QChar(rowmark::fieldSeparator), QChar(fieldSeparator));
+    text.replace(QChar(rowmark::rowSeparator), QChar(rowSeparator));
     return text;
 }
 
