@@ -6,9 +6,12 @@
 #include <memory>
 #include <unicode/ubrk.h>
 
-/// The beginning of the text, of so many characters as a reader counts them.
-static QString firstCharacters(const QString &text, int count)
+QString cutToLength(const QString &text)
 {
+    constexpr int longestMessage = 160;
+    if (text.size() <= longestMessage) // no character has less than one unit
+        return text;
+    int count = longestMessage;
     // Not Qt's own finder, which miscounts emoji after several scripts.
     UErrorCode status = U_ZERO_ERROR;
     const std::unique_ptr<UBreakIterator, decltype(&ubrk_close)> characters(
@@ -23,7 +26,6 @@ static QString firstCharacters(const QString &text, int count)
 
 bool sendTextMessage(const QString &message, const QString &phoneNo, GatewayClient &gateway, const void *run)
 {
-    constexpr int longestMessage = 160;
     if (gateway.isClosed())
         return false;
     const SendSettings settings = gateway.settings();
@@ -33,7 +35,7 @@ bool sendTextMessage(const QString &message, const QString &phoneNo, GatewayClie
         diagnostics::line("Message refused: the account identifier or the secret makes no valid address");
     } else {
         diagnostics::line("Start Message");
-        isStarted = gateway.start({firstCharacters(message, longestMessage), phoneNo, run});
+        isStarted = gateway.start({cutToLength(message), phoneNo, run});
     }
     gateway.pause(settings.delay);
     return isStarted;

@@ -1,7 +1,11 @@
 #pragma once
 
+#include <QString>
+
 class GatewayClient;
-class QString;
+
+/// The beginning of the text that is sent: 160 characters as a reader counts them.
+QString cutToLength(const QString &text);
 
 /// Sends one text message through the gateway and then waits for the configured delay.
 ///

@@ -2,6 +2,7 @@
 
 #include "app/UIUtil.h"
 #include "messaging/MessagingSettings.h"
+#include "messaging/PreviewPane.h"
 #include "messaging/ScheduleRuns.h"
 #include "model/TaskManager.h"
 #include "platform/Diagnostics.h"
@@ -85,6 +86,8 @@ ViewControllerSending::ViewControllerSending(const Services &services, QWidget *
     for (DatePicker *picker : {ui->startSendDate, ui->endSendDate})
         picker->setMoment(Calendar::now());
     connectActions();
+    connectPreview();
+    showPreview();
     if (const QString reason = persistentContainer.errorString(); !reason.isEmpty()) {
         auto *banner = new Banner(this);
         ui->mainLayout->insertWidget(0, banner);
@@ -177,12 +180,12 @@ void ViewControllerSending::selectTeamMembers(QObject *)
 
 void ViewControllerSending::SendScheduleToClients(QObject *)
 {
-    send(RecipientKind::Client, *ui->clientsTable, clientsArray);
+    send(RecipientKind::Client);
 }
 
 void ViewControllerSending::SendScheduleToTeamMembers(QObject *)
 {
-    send(RecipientKind::TeamMember, *ui->teamMembers, teamMembersArray);
+    send(RecipientKind::TeamMember);
 }
 
 /// Reads the contacts anew when they were changed meanwhile. False when that changes whom the user has
@@ -207,7 +210,7 @@ bool ViewControllerSending::areContactsNewest()
     return false;
 }
 
-void ViewControllerSending::send(RecipientKind kind, const QTableView &table, const ContactTable &contacts)
+void ViewControllerSending::send(RecipientKind kind)
 {
     // The second press of a double click.
     const bool isRepeated = lastPress.isValid() && lastPress.elapsed() < QApplication::doubleClickInterval();
@@ -219,19 +222,24 @@ void ViewControllerSending::send(RecipientKind kind, const QTableView &table, co
             return;
     if (!areContactsNewest())
         return;
-    std::vector<Recipient> recipients;
-    for (const Contact &contact : selectedContacts(table, contacts))
-        recipients.push_back({contact.name(), contact.phoneNo()});
-    const ScheduleText text(kind, ui->startSendDate->moment(), ui->endSendDate->moment(), manager.defaults);
-    RunSnapshot snapshot{.kind = kind,
-                         .recipients = std::move(recipients),
-                         .tasks = tasksForSchedules(kind, manager.workingList()),
-                         .text = text};
+    RunSnapshot snapshot = snapshotOf(kind, tasksForSchedules(kind, manager.workingList()));
     if (!isWanted(snapshot))
         return;
     ScheduleRun &run = runs.add(std::move(snapshot));
     follow(run);
     run.start();
+}
+
+/// What a run for those who are selected would work on.
+RunSnapshot ViewControllerSending::snapshotOf(RecipientKind kind, std::vector<ScheduledTask> tasks) const
+{
+    const bool areClients = kind == RecipientKind::Client;
+    std::vector<Recipient> recipients;
+    for (const Contact &contact : selectedContacts(areClients ? *ui->clientsTable : *ui->teamMembers,
+                                                   areClients ? clientsArray : teamMembersArray))
+        recipients.push_back({contact.name(), contact.phoneNo()});
+    const ScheduleText text(kind, ui->startSendDate->moment(), ui->endSendDate->moment(), manager.defaults);
+    return {.kind = kind, .recipients = std::move(recipients), .tasks = std::move(tasks), .text = text};
 }
 
 /// Asks before the same people are sent the same again.

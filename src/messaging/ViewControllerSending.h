@@ -2,18 +2,19 @@
 
 #include "contacts/ContactTable.h"
 #include "contacts/PersistentContainer.h"
-#include "messaging/ScheduleText.h"
+#include "messaging/RunSnapshot.h"
 #include "widgets/Screen.h"
 
 #include <QElapsedTimer>
+#include <QTimer>
 
+#include <array>
 #include <memory>
 
 class QCheckBox;
 class QTableView;
 class ScheduleRun;
 class ScheduleRuns;
-struct RunSnapshot;
 class TaskManager;
 
 namespace Ui {
@@ -47,17 +48,21 @@ public slots:
 protected:
     void viewDidAppear() override;
     void viewWillDisappear() override;
+    void changeEvent(QEvent *event) override;
 
 private:
     void connectActions();
     void keepInStep(QTableView &table, QCheckBox &selectAll);
     bool canSend() const;
-    void send(RecipientKind kind, const QTableView &table, const ContactTable &contacts);
+    void send(RecipientKind kind);
+    RunSnapshot snapshotOf(RecipientKind kind, std::vector<ScheduledTask> tasks) const;
     bool areContactsNewest();
     void follow(const ScheduleRun &run);
     void showProgress(const ScheduleRun &run);
 
     bool isWanted(const RunSnapshot &snapshot);
+    void connectPreview();
+    void showPreview();
 
     std::unique_ptr<Ui::ViewControllerSending> ui;
     QElapsedTimer lastPress;          ///< of a send button
@@ -69,4 +74,7 @@ private:
     ObjectContext *managedObjectContext = nullptr;
     ContactTable clientsArray;
     ContactTable teamMembersArray;
+    QTimer previewDelay;
+    qint64 tasksSeen = -1; ///< the manager's count of changes when these were made
+    std::array<std::vector<ScheduledTask>, 2> scheduledTasks; ///< by the kind of recipient
 };

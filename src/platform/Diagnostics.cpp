@@ -193,12 +193,24 @@ static bool isJournal()
                                             QByteArray::number(qulonglong(output.st_ino));
 }
 
+static thread_local int silences = 0;
+
+Silence::Silence()
+{
+    ++silences;
+}
+
+Silence::~Silence()
+{
+    --silences;
+}
+
 void commit(QByteArray &line, bool isPersonal)
 {
     constexpr qsizetype keptCapacity = 1 << 16;
     static const bool leavesPersonalOut = isJournal();
     line += '\n';
-    if (!isPersonal || !leavesPersonalOut)
+    if (silences == 0 && (!isPersonal || !leavesPersonalOut))
         Output::instance().add(line);
     if (line.capacity() > keptCapacity)
         line = QByteArray();

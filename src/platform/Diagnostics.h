@@ -69,6 +69,16 @@ void line(const First &first, const Rest &...rest)
     commit(text, !(isImpersonal<First> && ... && isImpersonal<Rest>));
 }
 
+/// While it lives, the lines of its thread are dropped: what is only tried out does not happen.
+class Silence
+{
+public:
+    Silence();
+    ~Silence();
+    Silence(const Silence &) = delete;
+    Silence &operator=(const Silence &) = delete;
+};
+
 /// Lets the writer start on what is queued, without waiting for it.
 void flush();
 /// Waits until everything queued so far has been handed to the operating system.

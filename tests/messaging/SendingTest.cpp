@@ -1,5 +1,6 @@
 #include "Account.h"
 #include "contacts/Contact.h"
+#include "messaging/PreviewTable.h"
 #include "messaging/ScheduleRuns.h"
 #include "messaging/ViewControllerSending.h"
 #include "model/TaskManager.h"
@@ -269,6 +270,66 @@ private slots:
         schedules.sort();
         QCOMPARE(office.received(), schedules);
         QCOMPARE(office.shown(), u"2 buttons, still at 16 of 16: Steps Performed:16 Schedules Sent:5"_s);
+    }
+
+    void thePreviewIsWhatIsSent()
+    {
+        Office office;
+        office.account.preferences.store({{messagingKey::messageFooter, u"Bye, "_s + u"🌱"_s.repeated(170)}});
+        office.select("clientsTable", {0, 1, 3});
+        auto *preview = office.child<QTableView>("previewTable").model();
+        const auto sum = [&office] {
+            return office.child<QLabel>("previewSum").text();
+        };
+        const QString expected =
+            u"7 messages, 15 parts, to 2 people; 1 person has nothing in these days; 1 has "
+            "no number"_s;
+        QTRY_COMPARE(sum(), expected);
+        QStringList previewed;
+        const auto &messages = static_cast<const PreviewTable &>(*preview);
+        for (int row = 0; row < messages.rowCount(); ++row)
+            if (const PreviewedMessage *message = messages.message(row))
+                previewed.append((row < 4 ? u"+1: "_s : u": "_s) + message->text);
+        previewed.sort();
+        office.press("sendMsgClients");
+        QCOMPARE(previewed, office.received());
+        QVERIFY(office.child<QLabel>("warning").isHidden());
+        office.account.preferences.store(
+            {{messagingKey::overwrite, true}, {messagingKey::testPhoneNo, u"+9"_s}});
+        office.child<DatePicker>("startSendDate").setMoment(onDay(9));
+        office.select("teamMembers", {0});
+        QTRY_COMPARE(office.child<QLabel>("warning").text(),
+                     u"Test number: every message goes to \"+9\" instead of the people.\n"
+                     "The last day is before the first one: nobody has anything in these days."_s);
+        QCOMPARE(sum(), u"0 messages, 0 parts, to 0 people; 3 people have nothing in these days\n"
+                        "0 messages, 0 parts, to 0 people; 1 person has nothing in these days"_s);
+    }
+
+    void partsOfAMessage()
+    {
+        const auto parts = [](const QString &text) {
+            const MessageParts found(text);
+            return u"%1 %2 %3%4"_s.arg(QString::number(found.parts), QString::number(found.units),
+                                       found.isUcs2 ? u"UCS-2 "_s : u"GSM-7"_s, found.unusual);
+        };
+        const QString plain = u"Æ@\n Ω~"_s; // seven septets
+        QCOMPARE(parts(plain), u"1 7 GSM-7"_s);
+        QCOMPARE(parts({}), u"1 0 GSM-7"_s);
+        for (const auto &[text, expected] :
+             {std::pair(QString(160, u'x'), u"1 160 GSM-7"_s),
+              {QString(161, u'x'), u"2 161 GSM-7"_s},
+              {QString(306, u'x'), u"2 306 GSM-7"_s},
+              {QString(307, u'x'), u"3 307 GSM-7"_s},
+              {QString(80, u'€'), u"1 160 GSM-7"_s},
+              {QString(152, u'x') + u"€"_s + QString(151, u'x'), u"2 305 GSM-7"_s}, // the escape goes along
+              {QString(152, u'x') + u"€"_s + QString(152, u'x'), u"3 306 GSM-7"_s},
+              {u"ç"_s, u"1 1 UCS-2 ç"_s},
+              {u"`"_s, u"1 1 UCS-2 `"_s},
+              {QString(69, u'x') + u"ł"_s, u"1 70 UCS-2 ł"_s},
+              {QString(70, u'x') + u"ł"_s, u"2 71 UCS-2 ł"_s},
+              {QString(66, u'x') + u"🌱"_s + QString(66, u'x'), u"3 134 UCS-2 🌱"_s}, // nor is a pair split
+              {QString(66, u'x') + u"🌱"_s + QString(65, u'x'), u"2 133 UCS-2 🌱"_s}})
+            QCOMPARE(parts(text), expected);
     }
 
     void tasksOfARecipient()
