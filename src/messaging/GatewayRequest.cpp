@@ -62,9 +62,11 @@ const QString &SendSettings::recipientOf(const GatewayMessage &message) const
 GatewayRequest SendSettings::requestFor(const GatewayMessage &message) const
 {
     const QString &recipient = recipientOf(message);
+    // A key signs in with its own identifier; the account stays in the path.
+    const qsizetype colon = secret.startsWith(u"SK") ? secret.indexOf(u':') : -1;
     return {.path = u"/2010-04-01/Accounts/"_s + accountId + u"/SMS/Messages"_s,
-            .userName = accountId.toUtf8(),
-            .password = secret.toUtf8(),
+            .userName = (colon < 0 ? accountId : secret.first(colon)).toUtf8(),
+            .password = secret.sliced(colon + 1).toUtf8(),
             .body = "From=" + QUrl::toPercentEncoding(sender) + "&To=" + QUrl::toPercentEncoding(recipient) +
                     "&Body=" + QUrl::toPercentEncoding(message.text),
             .recipient = recipient,

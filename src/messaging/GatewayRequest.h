@@ -40,7 +40,7 @@ struct SendSettings
 
     bool isOn; ///< false when nothing is to be sent
     QString accountId;
-    QString secret;
+    QString secret; ///< of the account, or an API key's identifier and secret with a colon between
     QString sender;
     std::optional<QString> testPhoneNo; ///< receives every message where there is one
     std::chrono::milliseconds delay;    ///< a negative one counts as 0 and one above 4294967 ms as that

@@ -54,6 +54,12 @@ private slots:
         QCOMPARE(request.body, "From=%2B1%20555%200100&To=%2B49%2030%20%26%201&Body="
                                "Mow%20%26%20rake%2C%2050%25%20%3D%20%C3%BC%0A%F0%9F%98%80");
 
+        account.preferences.store({{messagingKey::secret, u"SK34:k:y"_s}});
+        QVERIFY(send(u"x"_s));
+        const QByteArray byKey = server.requests().last().head;
+        QVERIFY(byKey.contains("/Accounts/AC12/") &&
+                byKey.contains(QByteArray("SK34:k:y").toBase64() + '\r'));
+
         for (const QString &testNumber : {u""_s, u"+1 99"_s}) {
             account.preferences.store(
                 {{messagingKey::overwrite, true}, {messagingKey::testPhoneNo, testNumber}});
