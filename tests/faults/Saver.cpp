@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 
 #include <cerrno>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -36,16 +37,22 @@ int saveList(const QString &folder)
     Preferences preferences(folder + u"/none.ini"_s);
     TaskManager manager(preferences);
     TaskListFile file(manager, folder, folder + u"/state"_s);
-    file.parseFile(file.readFile());
-    manager.addTask({.key = u"new"_s, .name = u"new"_s});
-    return attempt([&] { return file.writeFile(); });
+    bool isFirst = true;
+    return attempt([&] {
+        if (std::exchange(isFirst, false)) {
+            file.parseFile(file.readFile());
+            manager.addTask({.key = u"new"_s, .name = u"new"_s});
+        } else {
+            file.followFile();
+        }
+        return file.writeFile();
+    });
 }
 
 int saveText(const QString &folder, const QByteArray &text)
 {
     ProtectedFile file(folder + u"/documents/list.txt"_s, folder + u"/state"_s);
-    file.read();
-    return attempt([&] { return file.write(text); });
+    return attempt([&] { return (file.read(), file.write(text)); });
 }
 
 int savePreferences(const QString &folder)
