@@ -28,12 +28,14 @@ QDateTime Calendar::localTime(Instant instant)
 
 QDate Calendar::dayOf(Instant instant) const
 {
+    if (!zone.isValid()) // what the system says of it could not be read
+        return localTime(instant).date();
     return QDateTime::fromMSecsSinceEpoch(instant.time_since_epoch().count(), zone).date();
 }
 
 Instant Calendar::startOfDay(QDate day) const
 {
-    return instantOf(day.startOfDay(zone));
+    return instantOf(zone.isValid() ? day.startOfDay(zone) : day.startOfDay());
 }
 
 int firstShortYear()

@@ -98,6 +98,13 @@ ssize_t write(int file, const void *bytes, size_t size)
     return file > STDERR_FILENO && goesWrong("write", half) ? -1 : real(file, bytes, size);
 }
 
+ssize_t read(int file, void *bytes, size_t size)
+{
+    static auto *real = original<ssize_t(int, void *, size_t)>("read");
+    const bool mayFail = file > STDERR_FILENO && fault == faultInjector::Fault::Once;
+    return mayFail && goesWrong("read", nothing) ? -1 : real(file, bytes, size);
+}
+
 REPLACE_WRITE(pwrite, off_t)
 REPLACE_WRITE(pwrite64, off64_t)
 REPLACE_OPEN(open)

@@ -1,7 +1,7 @@
 #pragma once
 
-/// Counts the calls by which this process changes files, in this program and in the libraries it uses, and
-/// lets one of them go wrong.
+/// Counts the calls by which this process changes files, and for `Once` those by which it reads them, in this
+/// program and in the libraries it uses, and lets one of them go wrong.
 namespace faultInjector {
 
 enum class Fault {

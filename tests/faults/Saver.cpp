@@ -10,6 +10,7 @@
 #include <QCoreApplication>
 
 #include <cerrno>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -43,9 +44,16 @@ int saveList(const QString &folder)
         return isRoomMade;
     };
     TaskListFile file(manager, folder, folder + u"/state"_s, {.makeRoom = makeRoom});
-    file.parseFile(file.readFile());
-    manager.addTask({.key = u"new"_s, .name = u"new"_s});
-    return attempt([&] { return file.writeFile(); });
+    bool isFirst = true;
+    return attempt([&] {
+        if (std::exchange(isFirst, false)) {
+            file.parseFile(file.readFile());
+            manager.addTask({.key = u"new"_s, .name = u"new"_s});
+        } else {
+            file.followFile();
+        }
+        return file.writeFile();
+    });
 }
 
 int saveVersion(const QString &folder)
@@ -58,8 +66,7 @@ int saveVersion(const QString &folder)
 int saveText(const QString &folder, const QByteArray &text)
 {
     ProtectedFile file(folder + u"/documents/list.txt"_s, folder + u"/state"_s);
-    file.read();
-    return attempt([&] { return file.write(text); });
+    return attempt([&] { return (file.read(), file.write(text)); });
 }
 
 int savePreferences(const QString &folder)
