@@ -159,8 +159,11 @@ GatewayClient::~GatewayClient()
 bool GatewayClient::start(const GatewayMessage &message)
 {
     std::unique_lock lock(mutex);
-    changed.wait(lock, [this] { return closed || !held.isFull(); });
-    if (closed)
+    const auto isUnwanted = [&] {
+        return closed || message.stop.stop_requested();
+    };
+    changed.wait(lock, [&] { return isUnwanted() || !held.isFull(); });
+    if (isUnwanted())
         return false;
     held.append(message);
     sendHeld();
@@ -184,13 +187,22 @@ void GatewayClient::sendHeld()
     changed.notify_all();
 }
 
-void GatewayClient::pause(std::chrono::milliseconds duration)
+void GatewayClient::dropUnwanted()
+{
+    {
+        const std::lock_guard lock(mutex);
+        held.dropUnwanted();
+    }
+    changed.notify_all();
+}
+
+void GatewayClient::pause(std::chrono::milliseconds duration, const std::stop_token &stop)
 {
     if (duration <= 0ms)
         return;
     diagnostics::flush();
     std::unique_lock lock(mutex);
-    changed.wait_for(lock, duration, [this] { return closed.load(); });
+    changed.wait_for(lock, duration, [&] { return closed || stop.stop_requested(); });
 }
 
 qsizetype GatewayClient::drain(const void *run)

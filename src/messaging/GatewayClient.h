@@ -51,8 +51,10 @@ public:
     /// Sends the message as soon as its turn comes and does not wait for that, unless there are many before
     /// it. False when the client was closed.
     bool start(const GatewayMessage &message);
-    /// Waits for the duration. Ends at once when the client is closed.
-    void pause(std::chrono::milliseconds duration);
+    /// Waits for the duration. Ends at once when the client is closed, or when that is no longer wanted.
+    void pause(std::chrono::milliseconds duration, const std::stop_token &stop = {});
+    /// Drops what waits and is no longer wanted, and wakes those who do not want it.
+    void dropUnwanted();
     /// Waits until none of the run's messages waits for its turn. The answer is how many never got it because
     /// the client was closed or they were not to be sent any more; each of them is told once.
     qsizetype drain(const void *run = nullptr);

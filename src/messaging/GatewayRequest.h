@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <optional>
+#include <stop_token>
 
 class Preferences;
 
@@ -14,6 +15,7 @@ struct GatewayMessage
     QString text; ///< as it is sent
     QString phoneNo;
     const void *run = nullptr; ///< tells those who send at the same time apart
+    std::stop_token stop = {}; ///< it is no longer wanted
 };
 
 /// A form to be posted to the gateway.

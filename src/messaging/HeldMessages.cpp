@@ -38,6 +38,15 @@ void HeldMessages::dropAll()
     messages.clear();
 }
 
+void HeldMessages::dropUnwanted()
+{
+    messages.removeIf([this](const GatewayMessage &message) {
+        const bool isUnwanted = message.stop.stop_requested();
+        dropped[message.run] += isUnwanted ? 1 : 0;
+        return isUnwanted;
+    });
+}
+
 bool HeldMessages::isFull() const
 {
     // All of some recipients' schedules, so that they are served side by side, and a few megabytes.

@@ -18,6 +18,7 @@ public:
     /// are dropped when messages are not to be sent any more, or not on this account.
     std::optional<GatewayRequest> takeNext(const QStringList &underWay);
     void dropAll();
+    void dropUnwanted();
 
     bool isFull() const;
     bool isAnyOf(const void *run) const;

@@ -18,6 +18,7 @@ struct RunProgress
     qint64 schedules = 0;
     bool isSending = true;     ///< until its last step, whose messages may still be on their way
     bool isHandingOver = true; ///< until the last message has been handed to the gateway client
+    qint64 unsent = 0;         ///< messages, since the user has stopped the run
 };
 
 /// What a run works on, taken when it starts.

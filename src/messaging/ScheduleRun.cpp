@@ -29,7 +29,8 @@ void ScheduleRun::end()
     shownProgress = {.steps = counters.stepsPerformed,
                      .schedules = counters.schedulesSent,
                      .isSending = false,
-                     .isHandingOver = false};
+                     .isHandingOver = false,
+                     .unsent = sendWorker.unsentMessages()};
     emit progressed();
     emit finished();
 }

@@ -18,6 +18,8 @@ public:
     ~ScheduleRun() override;
 
     void start();
+    /// Ends it; what has not been handed over is not sent.
+    void stop() { sendWorker.stop(); }
 
     qint64 lastStep() const { return snapshot.lastStep(); }
     const RunProgress &progress() const { return shownProgress; }

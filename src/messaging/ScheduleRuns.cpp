@@ -74,6 +74,12 @@ ScheduleRun &ScheduleRuns::add(RunSnapshot snapshot)
     return *run;
 }
 
+void ScheduleRuns::stopSending()
+{
+    for (const std::unique_ptr<ScheduleRun> &run : runs)
+        run->stop();
+}
+
 void ScheduleRuns::stop()
 {
     gateway.close();

@@ -26,7 +26,9 @@ public:
     /// The newest of the runs that have not finished; null when there is none.
     ScheduleRun *current() const { return runs.empty() ? nullptr : runs.back().get(); }
 
-    /// Ends all runs: what has not been started is not sent any more.
+    /// Has all runs end without what has not been handed over.
+    void stopSending();
+    /// Ends all runs, and with them the client: what has not been started is not sent any more.
     void stop();
     /// Waits for the answers to what was started; false when that takes longer than the limit.
     bool finish(std::chrono::nanoseconds limit);

@@ -1,6 +1,5 @@
 #include "messaging/SendWorker.h"
 
-#include "messaging/GatewayClient.h"
 #include "messaging/MessagingSettings.h"
 #include "messaging/TextMessage.h"
 #include "platform/Diagnostics.h"
@@ -27,17 +26,23 @@ void SendWorker::run()
         diagnostics::line("Messages not sent:", unsent);
 }
 
-/// False when the client was closed before the last task.
+void SendWorker::stop()
+{
+    stopped.request_stop();
+    gateway.dropUnwanted();
+}
+
+/// False when that was over before the last task.
 bool SendWorker::sendSchedule(qint64 position, const Recipient &recipient)
 {
     hasMatched = false;
     const std::optional<QString> name =
         recipient.name ? std::optional(matchedName(*recipient.name)) : std::nullopt;
     sendingTask = recipient;
-    if (!gateway.isClosed())
+    if (!isOver())
         beginRecipient();
     for (size_t index = 0; index < snapshot.tasks.size(); ++index) {
-        if (gateway.isClosed()) {
+        if (isOver()) {
             countUnsent(name, index);
             return false;
         }
@@ -82,7 +87,8 @@ void SendWorker::send(const QString &message)
 {
     if (!preferences.boolean(messagingKey::notifications))
         return;
-    if (!sendTextMessage(message, sendingTask.phoneNo.value_or(QString()), gateway, this))
+    if (!sendTextMessage(message, sendingTask.phoneNo.value_or(QString()), gateway, this,
+                         stopped.get_token()))
         ++unsent;
 }
 

@@ -1,8 +1,7 @@
 #pragma once
 
+#include "messaging/GatewayClient.h"
 #include "messaging/RunSnapshot.h"
-
-class GatewayClient;
 
 /// Walks through the recipients of a run and their tasks, composes the messages and hands them to the
 /// gateway. Its work is to be done on a thread of its own, since there is a pause after every message.
@@ -12,11 +11,16 @@ public:
     SendWorker(const RunSnapshot &snapshot, RunCounters &counters, const Preferences &preferences,
                GatewayClient &gateway);
 
-    /// Returns when everything has been handed over, or soon after the client was closed. A diagnostic line
-    /// tells how many messages were not sent, if any.
+    /// Returns when everything has been handed over, or soon after it was stopped or the client closed. A
+    /// diagnostic line tells how many messages were not sent, if any.
     void run();
+    /// Sends nothing further. May be called from any thread.
+    void stop();
+    /// How many messages were not sent since it was stopped, once it has run.
+    qint64 unsentMessages() const { return stopped.stop_requested() ? unsent : 0; }
 
 private:
+    bool isOver() const { return gateway.isClosed() || stopped.stop_requested(); }
     bool sendSchedule(qint64 position, const Recipient &recipient);
     void beginRecipient();
     void sendTask(const task &entry);
@@ -34,4 +38,5 @@ private:
     Recipient &sendingTask;
     bool hasMatched = false; ///< the recipient has been sent a task
     qint64 unsent = 0;
+    std::stop_source stopped;
 };

@@ -24,9 +24,10 @@ QString cutToLength(const QString &text)
     return end == UBRK_DONE || U_FAILURE(status) ? text : text.first(end);
 }
 
-bool sendTextMessage(const QString &message, const QString &phoneNo, GatewayClient &gateway, const void *run)
+bool sendTextMessage(const QString &message, const QString &phoneNo, GatewayClient &gateway, const void *run,
+                     const std::stop_token &stop)
 {
-    if (gateway.isClosed())
+    if (gateway.isClosed() || stop.stop_requested())
         return false;
     const SendSettings settings = gateway.settings();
     diagnostics::line("Start Message");
@@ -35,8 +36,8 @@ bool sendTextMessage(const QString &message, const QString &phoneNo, GatewayClie
         diagnostics::line("Message refused: the account identifier or the secret makes no valid address");
     } else {
         diagnostics::line("Start Message");
-        isStarted = gateway.start({cutToLength(message), phoneNo, run});
+        isStarted = gateway.start({cutToLength(message), phoneNo, run, stop});
     }
-    gateway.pause(settings.delay);
+    gateway.pause(settings.delay, stop);
     return isStarted;
 }

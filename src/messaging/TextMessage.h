@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <stop_token>
+
 class GatewayClient;
 
 /// The beginning of the text that is sent: 160 characters as a reader counts them.
@@ -16,5 +18,6 @@ QString cutToLength(const QString &text);
 /// thread. \param run  what the message belongs to; the client tells by it which messages were never sent
 ///
 /// False when the message was refused, or was not sent because the client has been closed.
+/// \param stop  from then on it is not sent, either
 bool sendTextMessage(const QString &message, const QString &phoneNo, GatewayClient &gateway,
-                     const void *run = nullptr);
+                     const void *run = nullptr, const std::stop_token &stop = {});

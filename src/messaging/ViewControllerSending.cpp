@@ -119,6 +119,7 @@ void ViewControllerSending::connectActions()
             [this] { SendScheduleToTeamMembers(ui->sendMsgTeamMembers); });
     for (QPushButton *button : {ui->sendMsgClients, ui->sendMsgTeamMembers})
         takeShortcutOver(*button);
+    connect(ui->stopButton, &QPushButton::clicked, this, [this] { runs.stopSending(); });
     connect(ui->closeButton, &QPushButton::clicked, this, [this] { closeSending(ui->closeButton); });
     keepInStep(*ui->clientsTable, *ui->allClients);
     keepInStep(*ui->teamMembers, *ui->allTeamMembers);
@@ -279,19 +280,22 @@ void ViewControllerSending::follow(const ScheduleRun &run)
 
 void ViewControllerSending::showProgress(const ScheduleRun &run)
 {
-    const auto [steps, schedules, isSending, isHandingOver] = run.progress();
+    const auto [steps, schedules, isSending, isHandingOver, unsent] = run.progress();
     // Not once more when the last message has gone: the screen may have come up again with other settings.
     if (isSending != std::exchange(isSendingShown, isSending))
         for (QPushButton *button : {ui->sendMsgClients, ui->sendMsgTeamMembers})
             button->setEnabled(!isSending);
     ui->progressBar->setStep(steps);
+    ui->stopButton->setEnabled(isHandingOver);
     if (isSending) {
         ui->progressBar->startAnimation();
         ui->sendingInfo->setText(u"Sending..."_s);
     } else {
         ui->progressBar->stopAnimation();
-        ui->sendingInfo->setText(u"Steps Performed:%1 Schedules Sent:%2"_s.arg(steps).arg(schedules) +
-                                 (isHandingOver ? u" – messages are still being sent"_s : QString()));
+        const QString more = isHandingOver ? u" – messages are still being sent"_s
+                             : unsent > 0  ? u" – messages that were not sent: %1"_s.arg(unsent)
+                                           : QString();
+        ui->sendingInfo->setText(u"Steps Performed:%1 Schedules Sent:%2"_s.arg(steps).arg(schedules) + more);
     }
 }
 

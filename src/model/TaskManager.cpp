@@ -29,7 +29,8 @@ QString TaskManager::addTask(const task &added)
     if (entry.key.isEmpty())
         entry.key = newKey();
     const QString key = entry.key;
-    changedList(u"Add"_s, entry).append(std::move(entry));
+    TaskList &list = changedList(u"Add"_s, entry);
+    list.append(std::move(entry));
     followDefaultTimes(added);
     diagnostics::line("Add Task, hidden:", added.hidden);
     return key;

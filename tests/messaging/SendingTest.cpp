@@ -444,6 +444,21 @@ private slots:
         QVERIFY(office.shown().startsWith(u"0 buttons, still") && office.shown().endsWith(u": ")); // no run
     }
 
+    void aRunCanBeStopped()
+    {
+        QSemaphore answers;
+        Office office([&answers](Office &) { answers.tryAcquire(1, 20'000); });
+        office.account.preferences.store({{messagingKey::delay, 60'000}});
+        office.send(tasksOfAnn(20));
+        QTRY_COMPARE(office.server.requests().size(), 1);
+        office.press("stopButton"); // in the pause after the first message
+        answers.release(30);
+        QCOMPARE(office.received().size(), 1);
+        QVERIFY(office.shown().endsWith(u" – messages that were not sent: 20"_s));
+        QVERIFY(!office.child<QPushButton>("stopButton").isEnabled());
+        QVERIFY(office.child<QPushButton>("sendMsgClients").isEnabled());
+    }
+
     void endOfTheProgramEndsTheRun()
     {
         Office office;
