@@ -1,5 +1,6 @@
 #include "messaging/GatewayClient.h"
 
+#include "messaging/GatewayAnswer.h"
 #include "platform/Diagnostics.h"
 
 #include <QNetworkProxy>
@@ -96,32 +97,6 @@ void breakOff(QNetworkReply &reply, const QString &reason)
 {
     reply.setProperty("reason", reason);
     reply.abort();
-}
-
-/// The text with its control characters written out, which a terminal would obey.
-QString withVisibleControls(const QString &text)
-{
-    QString visible;
-    for (const QChar unit : text)
-        if (unit.category() == QChar::Other_Control)
-            visible += u"\\x%1"_s.arg(unit.unicode(), 2, 16, QLatin1Char('0'));
-        else
-            visible += unit;
-    return visible;
-}
-
-/// The text without the authorisation and the secret, which must not get into a diagnostic line and which a
-/// gateway may send back. A short secret is taken out even where it stands by chance.
-QString withoutCredentials(QString text, const GatewayRequest &request)
-{
-    const QByteArray credentials = request.userName + ':' + request.password;
-    const QString secret = QString::fromLatin1(request.password);
-    for (const QString &hidden : {QString::fromLatin1(credentials.toBase64()), secret, secret.toHtmlEscaped(),
-                                  secret.toHtmlEscaped().replace(u'\'', u"&apos;"_s),
-                                  QString::fromLatin1(request.password.toPercentEncoding())})
-        if (!hidden.isEmpty())
-            text.replace(hidden, u"…"_s);
-    return text;
 }
 
 } // namespace
@@ -291,11 +266,9 @@ void GatewayClient::complete(QNetworkReply &reply, const GatewayRequest &request
     const QString text = decoder(body);
     diagnostics::line("Finished");
     if (!body.isEmpty() && !decoder.hasError())
-        diagnostics::line("Response:", withVisibleControls(withoutCredentials(text, request)));
+        diagnostics::line("Response:", lineText(text, request));
     else
-        diagnostics::line(
-            "Error:", error ? u"Optional(%1)"_s.arg(withVisibleControls(withoutCredentials(*error, request)))
-                            : u"nil"_s);
+        diagnostics::line("Error:", error ? u"Optional(%1)"_s.arg(lineText(*error, request)) : u"nil"_s);
     diagnostics::flush(); // the main thread may not become idle for long
     const std::lock_guard lock(mutex);
     underWay.removeOne(request.recipient);

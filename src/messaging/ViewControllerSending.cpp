@@ -12,7 +12,6 @@
 #include "widgets/Banner.h"
 
 #include <QApplication>
-#include <QLocale>
 #include <QShortcut>
 
 #include <algorithm>
@@ -241,31 +240,6 @@ RunSnapshot ViewControllerSending::snapshotOf(RecipientKind kind, std::vector<Sc
         recipients.push_back({contact.name(), contact.phoneNo()});
     const ScheduleText text(kind, ui->startSendDate->moment(), ui->endSendDate->moment(), manager.defaults);
     return {.kind = kind, .recipients = std::move(recipients), .tasks = std::move(tasks), .text = text};
-}
-
-/// Asks before the same people are sent the same again.
-bool ViewControllerSending::isWanted(const RunSnapshot &snapshot)
-{
-    const std::optional<QTime> before = runs.timeOfSame(snapshot);
-    if (!before)
-        return true;
-    const Preferences &preferences = manager.defaults;
-    const bool isTest = preferences.boolean(messagingKey::overwrite);
-    const QString testNumber = preferences.text(messagingKey::testPhoneNo).value_or(QString());
-    QStringList people;
-    for (const Recipient &recipient : snapshot.recipients)
-        if (!snapshot.scheduleOf(recipient).empty())
-            people.append(u"%1 (%2)"_s.arg(recipient.name.value_or(QString()),
-                                           isTest ? testNumber : recipient.phoneNo.value_or(u"–"_s)));
-    constexpr qsizetype mostShown = 20; // on a small screen
-    const QStringList more = people.mid(mostShown);
-    if (!more.isEmpty())
-        people = people.first(mostShown) << u"and %1 more"_s.arg(more.size());
-    const bool isAgain = util().askYesNo(u"The same messages were sent at %1. Send them again?"_s.arg(
-                                             QLocale().toString(*before, QLocale::ShortFormat)),
-                                         people.join(u'\n'), more.join(u'\n'));
-    lastPress.start();
-    return isAgain;
 }
 
 /// Shows the run, from where it is to its last step.

@@ -1,14 +1,19 @@
+#include "app/UIUtil.h"
 #include "messaging/GatewayRequest.h"
+#include "messaging/MessagingSettings.h"
 #include "messaging/PreviewPane.h"
+#include "messaging/ScheduleRuns.h"
 #include "messaging/ViewControllerSending.h"
 #include "model/TaskManager.h"
+#include "platform/Preferences.h"
 #include "ui_ViewControllerSending.h"
 
 #include <QEvent>
+#include <QLocale>
 
 using namespace Qt::StringLiterals;
 
-// What the screen shows of what would be sent, before anything is.
+// What the user learns of what would be sent, before anything is.
 
 void ViewControllerSending::connectPreview()
 {
@@ -53,4 +58,29 @@ void ViewControllerSending::showPreview()
     if (calendar.dayOf(ui->endSendDate->moment()) < calendar.dayOf(ui->startSendDate->moment()))
         warnings.append(u"The last day is before the first one: nobody has anything in these days."_s);
     ui->preview->show(std::move(previews), warnings);
+}
+
+/// Asks before the same people are sent the same again.
+bool ViewControllerSending::isWanted(const RunSnapshot &snapshot)
+{
+    const std::optional<QTime> before = runs.timeOfSame(snapshot);
+    if (!before)
+        return true;
+    const Preferences &preferences = manager.defaults;
+    const bool isTest = preferences.boolean(messagingKey::overwrite);
+    const QString testNumber = preferences.text(messagingKey::testPhoneNo).value_or(QString());
+    QStringList people;
+    for (const Recipient &recipient : snapshot.recipients)
+        if (!snapshot.scheduleOf(recipient).empty())
+            people.append(u"%1 (%2)"_s.arg(recipient.name.value_or(QString()),
+                                           isTest ? testNumber : recipient.phoneNo.value_or(u"–"_s)));
+    constexpr qsizetype mostShown = 20; // on a small screen
+    const QStringList more = people.mid(mostShown);
+    if (!more.isEmpty())
+        people = people.first(mostShown) << u"and %1 more"_s.arg(more.size());
+    const bool isAgain = util().askYesNo(u"The same messages were sent at %1. Send them again?"_s.arg(
+                                             QLocale().toString(*before, QLocale::ShortFormat)),
+                                         people.join(u'\n'), more.join(u'\n'));
+    lastPress.start();
+    return isAgain;
 }
