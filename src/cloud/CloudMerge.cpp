@@ -25,15 +25,15 @@ bool CloudMerge::mergeSome(const QSet<QString> &deletedKeys)
         findKeys();
     const qint64 chosen = manager.selected();
     manager.endStep();
-    manager.history().gather();
+    manager.history().goOn();
     for (const size_t end = std::min(next + some, records.size()); next < end; ++next)
         if (const task fetched = taskOfRecord(records[next], manager.blankTask());
             !deletedKeys.contains(fetched.key))
             merge(fetched);
-    manager.history().pause();
+    manager.history().pause(u"Update from Cloud"_s);
     seenChanges = manager.changeCount();
     if (next == records.size()) {
-        manager.history().endGathering(manager.workingList(), u"Update from Cloud"_s);
+        manager.history().endPaused(manager.workingList());
         return false;
     }
     manager.select(chosen); // until all is merged the user goes on with the task of their choice

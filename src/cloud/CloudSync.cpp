@@ -123,8 +123,10 @@ bool CloudSync::editTask(const SharedTask &entry, const SharedErrand &errand)
             errand->fail({CloudError::Reason::Stopped});
             return;
         }
-        if (currentTransfer && currentTransfer->deletedKeys.contains(entry->key))
-            return; // or it would be back in the cloud
+        if (currentTransfer && currentTransfer->deletedKeys.contains(entry->key)) {
+            removedRecords.insert(entry->key); // it would be back in the cloud, which is for an undo to do
+            return;
+        }
         const auto &records = std::get<Records>(answer);
         if (records.empty()) {
             diagnostics::line("CloudKit Edit - Record Not Found - Add");

@@ -91,7 +91,7 @@ bool ViewControllerEdit::storeControls()
     if (!mayReplace())
         return false;
     if (hasGone())
-        manager.restoreTask({.key = known.key, .hidden = known.hidden});
+        manager.restoreTask({.key = known.key, .name = known.name, .hidden = known.hidden});
     manager.editSelectedTask(taskOfControls());
     known = manager.selectedTask();
     return true;

@@ -45,6 +45,7 @@ ViewController::ViewController(TaskManager &taskManager, NotificationCenter &app
     fileBanners.tell(news);
     connectActions();
     keptState.restore(*this, *ui->tblView->horizontalHeader());
+    manager.history().clear(); // the list as it was found
 }
 
 ViewController::~ViewController() = default;
@@ -127,7 +128,6 @@ void ViewController::viewDidLoad()
     header->setSortIndicator(keptState.isOrderedByHand() ? -1 : int(TaskColumn::Date), Qt::AscendingOrder);
     if (!keptState.isOrderedByHand())
         manager.sortByColumn({.key = infoOf(TaskColumn::Date).sortKey, .ascending = true});
-    manager.history().clear(); // the list as it was found
     taskCommands.follow(manager.history().steps());
     reloadTable();
     taskCommands.disable();

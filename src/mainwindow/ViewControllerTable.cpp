@@ -110,6 +110,10 @@ void ViewController::showListAgain()
 void ViewController::reloadTableData()
 {
     manager.refreshSearch();
+    if (!manager.sortedBy() && ui->tblView->horizontalHeader()->sortIndicatorSection() >= 0) {
+        showOrder(); // the list has another order now
+        keptState.saveOrder(*ui->tblView->horizontalHeader());
+    }
     reloadTable();
     taskCommands.disable();
     writeList();

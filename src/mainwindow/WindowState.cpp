@@ -56,7 +56,7 @@ void WindowState::save(const QMainWindow &window, const QHeaderView &header)
     windowSize::Values values = windowSize::valuesOf(window);
     for (int column = 0; column < header.count(); ++column)
         values.append({widthKeyOf(column), QString::number(header.sectionSize(column))});
-    store(values + orderOf(header));
+    store(values);
 }
 
 void WindowState::saveOrder(const QHeaderView &header)

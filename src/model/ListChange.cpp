@@ -82,9 +82,9 @@ SharedTask ListChange::held(SharedTask entry, bool inverted) const
     return entry;
 }
 
-void ListChange::applyTo(TaskList &list, bool inverted) const
+void ListChange::applyTo(TaskList &list, bool inverted, bool isReadAnew) const
 {
-    if (fits(list)) {
+    if (!isReadAnew && fits(list)) {
         replacePart(list, inverted);
         return;
     }
@@ -153,17 +153,18 @@ void ListChange::reorder(TaskList &list) const
         list[places[index]] = ordered[index];
 }
 
-/// Puts each task that only the second part has behind the one that it follows there.
+/// Puts each task that only the second part has, and the list has not, behind the one that it follows there.
 void ListChange::insert(TaskList &list, bool inverted) const
 {
     const TaskOfKey old = byKey(before);
+    const TaskOfKey present = byKey(list);
     QHash<QString, TaskList> followers;
     TaskList first;
     TaskList *group = &first;
     for (const SharedTask &entry : after)
         if (old.contains(entry->key))
             group = &followers[entry->key];
-        else
+        else if (!present.contains(entry->key))
             group->append(held(entry, inverted));
     TaskList result;
     result.reserve(list.size() + after.size());

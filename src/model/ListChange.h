@@ -21,10 +21,10 @@ public:
     /// change places are none of them.
     QStringList changedKeys() const;
 
-    /// Makes the change in a list. Where that list is no longer the one that was changed, as after it was
-    /// read from its file again, the tasks are found by their keys, and those that the change is not about
-    /// stay as they are. \param inverted  the list's colours are those of the dark appearance
-    void applyTo(TaskList &list, bool inverted) const;
+    /// Makes the change in a list. Where that list is no longer the one that was changed, the tasks are found
+    /// by their keys, and those that the change is not about stay as they are. \param inverted    the list's
+    /// colours are those of the dark appearance \param isReadAnew  the list was read from its file since
+    void applyTo(TaskList &list, bool inverted, bool isReadAnew) const;
 
 private:
     bool fits(const TaskList &list) const;

@@ -23,18 +23,14 @@ TaskStep TaskStep::reversed() const
 {
     TaskStep back = *this;
     back.isUndone = !isUndone;
+    back.change = change.reversed();
     std::swap(back.sortedBefore, back.sortedAfter);
-    std::ranges::reverse(back.changes);
-    for (ListChange &change : back.changes)
-        change = change.reversed();
     return back;
 }
 
 QStringList TaskStep::keysToShow() const
 {
-    QStringList keys;
-    for (const ListChange &change : changes)
-        keys += change.changedKeys();
+    const QStringList keys = change.changedKeys();
     return keys.isEmpty() && !key.isEmpty() ? QStringList(key) : keys;
 }
 
@@ -48,55 +44,43 @@ void TaskHistory::willChange(const TaskList &list, const TaskStep &step)
 {
     if (open)
         return;
-    closePart(list);
+    endPaused(list);
     open = {.step = step, .before = list};
 }
 
 void TaskHistory::endStep(const TaskList &list, const std::optional<SortDescriptor> &sortedBy)
 {
-    if (!open)
-        return;
-    TaskStep step = open->step;
-    step.changes = {changeSince(*open, list)};
+    if (const auto done = std::exchange(open, std::nullopt))
+        keep(*done, list, sortedBy);
+}
+
+void TaskHistory::keep(const Unfinished &done, const TaskList &list,
+                       const std::optional<SortDescriptor> &sortedBy)
+{
+    TaskStep step = done.step;
+    step.change = ListChange::between(done.before, list, inverted);
     step.sortedAfter = sortedBy;
-    open.reset();
-    if (!step.changes[0].isEmpty())
+    if (!step.change.isEmpty())
         stack.push(new StepCommand(std::move(step)));
 }
 
-ListChange TaskHistory::changeSince(const Unfinished &part, const TaskList &list) const
+void TaskHistory::pause(const QString &name)
 {
-    return ListChange::between(part.before, list, inverted);
+    paused = std::exchange(open, std::nullopt);
+    if (paused)
+        paused->step = {.name = name, .loads = paused->step.loads, .sortedBefore = paused->step.sortedBefore};
 }
 
-void TaskHistory::gather()
+void TaskHistory::endPaused(const TaskList &list)
 {
-    open = std::exchange(paused, std::nullopt);
-}
-
-void TaskHistory::closePart(const TaskList &list)
-{
-    if (!paused)
-        return;
-    if (const ListChange change = changeSince(*paused, list); !change.isEmpty())
-        gathered.changes.append(change);
-    gathered.sortedBefore = gathered.sortedAfter = paused->step.sortedBefore;
-    paused.reset();
-}
-
-void TaskHistory::endGathering(const TaskList &list, const QString &name)
-{
-    closePart(list);
-    TaskStep step = std::exchange(gathered, {});
-    step.name = name;
-    if (!step.changes.isEmpty())
-        stack.push(new StepCommand(std::move(step)));
+    if (const auto done = std::exchange(paused, std::nullopt))
+        keep(*done, list, done->step.sortedBefore);
 }
 
 void TaskHistory::setInverted(bool dark, const TaskList &list)
 {
     if (dark != inverted)
-        closePart(list);
+        endPaused(list);
     inverted = dark;
 }
 
@@ -104,7 +88,6 @@ void TaskHistory::forgetUnfinished()
 {
     open.reset();
     paused.reset();
-    gathered = {};
 }
 
 void TaskHistory::clear()

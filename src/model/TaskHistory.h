@@ -11,11 +11,12 @@
 /// What one command of the user has done to the list.
 struct TaskStep
 {
-    QString name;                   ///< for a person: "Delete 'Mow lawn'"
-    QString key = {};               ///< of the one task that it is about; empty for none or several
-    bool isDelete = false;          ///< of that task, here and in the cloud
-    bool isUndone = false;          ///< it is the way back
-    QList<ListChange> changes = {}; ///< one after the other
+    QString name;          ///< for a person: "Delete 'Mow lawn'"
+    QString key = {};      ///< of the one task that it is about; empty for none or several
+    bool isDelete = false; ///< of that task, here and in the cloud
+    bool isUndone = false; ///< it is the way back
+    qint64 loads = 0;      ///< how often the whole list had been read by then
+    ListChange change = {};
     std::optional<SortDescriptor> sortedBefore = {};
     std::optional<SortDescriptor> sortedAfter = {};
 
@@ -27,7 +28,7 @@ struct TaskStep
 /// The steps that the user can take back, and take again.
 ///
 /// What changes between two calls of `endStep` is one step. Changes that are made in several turns of the
-/// event loop, between which the user may take other steps, are gathered into one.
+/// event loop are one, too, up to where the user takes another step between them.
 class TaskHistory
 {
 public:
@@ -42,13 +43,12 @@ public:
     /// Keeps the step, if the list is not what it was.
     void endStep(const TaskList &list, const std::optional<SortDescriptor> &sortedBy);
 
-    /// From here to `pause`, changes belong to what is gathered.
-    void gather();
-    void pause() { paused = std::exchange(open, std::nullopt); }
-    /// What is gathered from here on comes after something else.
-    void closePart(const TaskList &list);
-    /// Makes what was gathered a step.
-    void endGathering(const TaskList &list, const QString &name);
+    /// From here to `pause`, changes belong to a step that goes on in later turns of the event loop.
+    void goOn() { open = std::exchange(paused, std::nullopt); }
+    /// \param name  of that step
+    void pause(const QString &name);
+    /// Keeps the step that is paused.
+    void endPaused(const TaskList &list);
 
     /// From now on the list's colours are those of the dark appearance, or no longer.
     /// \param list  as it was until then
@@ -70,12 +70,11 @@ private:
         TaskStep step;
         TaskList before;
     };
-    ListChange changeSince(const Unfinished &part, const TaskList &list) const;
+    void keep(const Unfinished &done, const TaskList &list, const std::optional<SortDescriptor> &sortedBy);
     const TaskStep &stepAt(int index) const;
 
     QUndoStack stack;
     std::optional<Unfinished> open;
-    std::optional<Unfinished> paused; ///< the part of what is gathered that nothing has come between yet
-    TaskStep gathered;
+    std::optional<Unfinished> paused;
     bool inverted = false; ///< the list's colours are those of the dark appearance
 };

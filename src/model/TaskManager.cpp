@@ -193,7 +193,7 @@ void TaskManager::unhideSelectedTask()
 
 void TaskManager::setSelectedHidden(bool hidden)
 {
-    if (const TaskList &list = workingList(); isSelectedIn(list))
+    if (const TaskList &list = workingList(); isSelectedIn(list) && list[selectedIndex]->hidden != hidden)
         changedList(hidden ? u"Hide"_s : u"Unhide"_s, *list[selectedIndex])[selectedIndex].edit().hidden =
             hidden;
 }

@@ -145,6 +145,7 @@ private:
     void willChange(const QString &verb, const task *about = nullptr, bool isDelete = false);
     /// The working list for changing it.
     TaskList &changedList(const QString &verb, const task &about, bool isDelete = false);
+    void endSteps();
     std::optional<TaskStep> apply(const std::optional<TaskStep> &step);
     void setSelectedHidden(bool hidden);
     void followDefaultTimes(const task &last);

@@ -1,5 +1,7 @@
 #include "model/TaskManager.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 // How changes of the list become steps that can be taken back.
@@ -20,6 +22,7 @@ void TaskManager::willChange(const QString &verb, const task *about, bool isDele
         taskHistory.willChange(workingList(), {.name = stepName(verb, about),
                                                .key = about ? about->key : QString(),
                                                .isDelete = isDelete,
+                                               .loads = loads,
                                                .sortedBefore = sortOrder});
 }
 
@@ -29,15 +32,22 @@ TaskList &TaskManager::changedList(const QString &verb, const task &about, bool 
     return searching ? setAsideTasks : allOrFound;
 }
 
-std::optional<TaskStep> TaskManager::undo()
+/// Also of what goes on later.
+void TaskManager::endSteps()
 {
     endStep();
+    taskHistory.endPaused(workingList());
+}
+
+std::optional<TaskStep> TaskManager::undo()
+{
+    endSteps();
     return apply(taskHistory.undo());
 }
 
 std::optional<TaskStep> TaskManager::redo()
 {
-    endStep();
+    endSteps();
     return apply(taskHistory.redo());
 }
 
@@ -47,9 +57,8 @@ std::optional<TaskStep> TaskManager::apply(const std::optional<TaskStep> &step)
         return step;
     const QString selectedKey = selectedTask().key;
     ++changes;
-    taskHistory.closePart(workingList());
-    for (const ListChange &change : step->changes)
-        change.applyTo(searching ? setAsideTasks : allOrFound, taskHistory.isInverted());
+    step->change.applyTo(searching ? setAsideTasks : allOrFound, taskHistory.isInverted(),
+                         step->loads != loads);
     if (step->sortedBefore != step->sortedAfter)
         sortOrder = step->sortedAfter;
     refreshSearch();
@@ -62,8 +71,13 @@ void TaskManager::replaceList(const TaskList &list, const QString &name)
 {
     const QString selectedKey = selectedTask().key;
     willChange(name);
+    const auto isSameTask = [](const SharedTask &a, const SharedTask &b) {
+        return a->key == b->key;
+    };
+    const qsizetype common = std::min(list.size(), workingList().size());
+    if (!std::equal(list.cbegin(), list.cbegin() + common, workingList().cbegin(), isSameTask))
+        sortOrder.reset();
     (searching ? setAsideTasks : allOrFound) = list;
-    sortOrder.reset();
     refreshSearch();
     if (selectedIndex >= 0)
         selectTaskByKey(selectedKey);

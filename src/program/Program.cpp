@@ -68,8 +68,8 @@ bool Program::finish(std::chrono::nanoseconds limit)
 {
     const QDeadlineTimer deadline(limit);
     scheduleRuns.stop();
-    const bool isVersionKept = versions.finish(deadline.remainingTimeAsDuration());
     const bool isCloudDone = cloud.finish(deadline.remainingTimeAsDuration());
     const bool areMessagesDone = scheduleRuns.finish(deadline.remainingTimeAsDuration());
-    return isVersionKept && isCloudDone && areMessagesDone;
+    const bool isVersionKept = versions.finish(deadline.remainingTimeAsDuration()); // last: it may be missing
+    return isCloudDone && areMessagesDone && isVersionKept;
 }

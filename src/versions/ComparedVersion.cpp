@@ -4,6 +4,9 @@
 #include "taskfile/TaskRowReader.h"
 #include "taskfile/TaskRowWriter.h"
 
+#include <QHash>
+#include <QSet>
+
 namespace {
 
 constexpr char16_t fieldSeparator = u'|';
@@ -17,6 +20,31 @@ QByteArray textOf(const TaskList &tasks, bool isDark)
         writer.append(text, *entry, storedOrHeld(entry->color, isDark));
     return text;
 }
+
+/// The places of those of the tasks that are not left out, by their keys and by their names.
+class Places
+{
+public:
+    Places(const TaskList &tasks, const QSet<qsizetype> &leftOut)
+    {
+        for (qsizetype place = 0; place < tasks.size(); ++place)
+            if (!leftOut.contains(place)) {
+                ofKey[tasks[place]->key].append(place);
+                ofName[tasks[place]->name].append(place);
+            }
+    }
+    /// The next one of this task, which has no key where early versions of the program have written it; −1
+    /// for none.
+    qsizetype take(const task &entry)
+    {
+        QList<qsizetype> &places = entry.key.isEmpty() ? ofName[entry.name] : ofKey[entry.key];
+        return places.isEmpty() ? -1 : places.takeFirst();
+    }
+
+private:
+    QHash<QString, QList<qsizetype>> ofKey;
+    QHash<QString, QList<qsizetype>> ofName;
+};
 
 /// The same task in the other one of the two forms.
 SharedTask exchanged(SharedTask entry, bool isDark)
@@ -35,9 +63,13 @@ ComparedVersion::ComparedVersion(const QByteArray &text, const TaskList &todaysT
     const ListRows rows(text);
     diff = VersionDiff::between(rows, ListRows(textOf(today, isDark)));
     QHash<qsizetype, const TaskChange *> changes; // by the version's row
-    for (const TaskChange &change : std::as_const(diff.changes))
+    QSet<qsizetype> changedPlaces;
+    for (const TaskChange &change : std::as_const(diff.changes)) {
+        changedPlaces.insert(change.after);
         if (change.before >= 0)
             changes.insert(change.before, &change);
+    }
+    Places unchanged(today, changedPlaces);
     TaskRowReader reader(fieldSeparator, rowSeparator);
     allRows.reserve(rows.size());
     for (qsizetype index = 0; index < rows.size(); ++index) {
@@ -51,6 +83,8 @@ ComparedVersion::ComparedVersion(const QByteArray &text, const TaskList &todaysT
             allRows.last().sinceThen = change->kind;
             allRows.last().fields = change->fields;
             allRows.last().today = change->after;
+        } else {
+            allRows.last().today = unchanged.take(*allRows.last().entry);
         }
     }
     for (const TaskChange &change : std::as_const(diff.changes))
@@ -83,7 +117,9 @@ TaskList ComparedVersion::wholeList(bool isDark) const
 {
     TaskList list;
     for (const Row &row : allRows)
-        if (row.wasThere())
+        if (!row.sinceThen && row.today >= 0)
+            list.append(today[row.today]); // the very same, which no step has changed
+        else if (row.wasThere())
             list.append(broughtBack(row, isDark));
     return list;
 }

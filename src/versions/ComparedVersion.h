@@ -14,7 +14,7 @@ public:
         SharedTask entry;                               ///< as it was or, if it was added since, as it is
         std::optional<TaskChange::Kind> sinceThen = {}; ///< what became of it until today
         quint32 fields = 0;                             ///< of a changed one
-        qsizetype today = -1;                           ///< its place in today's list, unless it is unchanged
+        qsizetype today = -1;                           ///< its place in today's list, if it is there
 
         bool wasThere() const { return sinceThen != TaskChange::Kind::Added; }
         /// Whether bringing it back does something.

@@ -40,6 +40,8 @@ std::optional<QByteArray> VersionKeeper::textOf(const Version &version) const
 
 VersionKeeper::Outcome VersionKeeper::keep(const QByteArray &text, const ClockReading &now)
 {
+    if (QFile::exists(versionFile::pathOf(folder, lastNumber + 1)))
+        lookAgain(); // another program over the same folder has been first
     const Version *newest = versions.isEmpty() ? nullptr : &versions.constLast();
     if (!newestText && newest)
         newestText = textOf(*newest);

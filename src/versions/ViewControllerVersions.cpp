@@ -6,6 +6,7 @@
 #include "ui_ViewControllerVersions.h"
 #include "versions/Background.h"
 #include "versions/VersionStore.h"
+#include "widgets/Alert.h"
 #include "widgets/TaskRowDelegate.h"
 
 #include <QLocale>
@@ -207,8 +208,12 @@ void ViewControllerVersions::bringBackList()
 
 void ViewControllerVersions::bringBack(const TaskList &list, const QString &stepName)
 {
-    // What was done to today's list since it was compared is to be seen first.
-    if (comparedAt == services.manager.changeCount())
+    const bool isCurrent = comparedAt == services.manager.changeCount();
+    if (isCurrent)
         services.bringBack(list, stepName);
     loadChosen();
+    if (!isCurrent)
+        alertMessage(
+            this, u"The list has been changed meanwhile. Nothing has been brought back; please look at the "
+                  "comparison, and press the button again."_s);
 }

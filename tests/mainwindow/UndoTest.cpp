@@ -56,9 +56,11 @@ private slots:
         QFETCH(const quint32, seed);
         QRandomGenerator random(seed);
         for (int count = 0; count < 250; ++count) {
-            const int operation = random.bounded(16);
+            const int operation = random.bounded(17);
             if (operation < 9)
                 command(operation, random);
+            else if (operation == 16)
+                bringBack(State(states[random.bounded(states.size())]));
             else if (operation < 12)
                 move(u"actionUndo"_s, random.bounded(1, 4), -1);
             else if (operation < 13)
@@ -129,6 +131,14 @@ private slots:
         for (int count = 0; count < 3; ++count)
             action(u"actionRedo"_s)->trigger();
         QCOMPARE(namesOf(manager->tasks()).join(u' '), u"a! c d e"_s);
+        manager->load([this] { // c was brought back elsewhere as well
+            for (const QString &name : {u"a!"_s, u"c"_s, u"b"_s, u"e"_s})
+                manager->addTask({.key = name.first(1), .name = name});
+        });
+        action(u"actionUndo"_s)->trigger(); // of deleting b, which is there
+        QCOMPARE(namesOf(manager->tasks()).join(u' '), u"a! c b e"_s);
+        action(u"actionRedo"_s)->trigger();
+        QCOMPARE(namesOf(manager->tasks()).join(u' '), u"a! c e"_s);
     }
 
 private:
@@ -195,6 +205,22 @@ private:
             states.resize(++at);
             states.append(next);
         }
+    }
+
+    /// As an earlier version of the list.
+    void bringBack(const State &earlier)
+    {
+        TaskList list;
+        for (task entry : earlier) {
+            entry.color = heldColor(entry.color);
+            list.append(SharedTask(entry));
+        }
+        if (haveEqualTasks(earlier, states[at]))
+            return;
+        manager->replaceList(list, u"Bring Back the List"_s);
+        program->applicationNotices().post(notice::reload);
+        states.resize(++at);
+        states.append(earlier);
     }
 
     void onSelected(int operation, State &next, QRandomGenerator &random)

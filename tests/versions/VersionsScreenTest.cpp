@@ -2,6 +2,7 @@
 #include "model/TaskManager.h"
 #include "platform/Preferences.h"
 #include "support/Appearance.h"
+#include "support/Dialogs.h"
 #include "support/Tasks.h"
 #include "support/TestProgram.h"
 #include "versions/VersionStore.h"
@@ -95,8 +96,9 @@ private slots:
         QTest::keyClick(tree, Qt::Key_Down);
         QTRY_VERIFY(button("bringBackListButton")->isEnabled());
         manager->addTask({.key = u"b"_s});
+        const AlertAnswer alert(u"OK"_s);
         button("bringBackListButton")->click();
-        QVERIFY(steps.isEmpty());
+        QVERIFY(steps.isEmpty() && alert.informativeText.startsWith(u"The list has been changed"_s));
         QTRY_VERIFY(child<QLabel>("changesLabel")->text().contains(u"1 task added"_s));
         button("bringBackListButton")->click();
         QCOMPARE(namesOf(manager->tasks()), QStringList(u"a"_s));
@@ -128,11 +130,7 @@ private:
     {
         const auto bringBack = [this](const TaskList &list, const QString &stepName) {
             steps.append(stepName);
-            setTasks(*manager, {});
-            manager->load([&] {
-                for (const SharedTask &entry : list)
-                    manager->addTask(*entry);
-            });
+            manager->replaceList(list, stepName);
             file->writeFile();
         };
         steps.clear();
