@@ -1,5 +1,6 @@
 #include "SampleTasks.h"
 #include "messaging/MessagingSettings.h"
+#include "messaging/SchedulePreview.h"
 #include "messaging/ScheduleRuns.h"
 #include "messaging/SendWorker.h"
 #include "messaging/TextMessage.h"
@@ -63,6 +64,17 @@ void composeRun(benchmark::State &state)
     if (counters.schedulesSent != state.range(0) * state.iterations())
         state.SkipWithError("not every task was composed");
 }
+
+/// All messages of the same run, as they are shown before anything is sent.
+void previewRun(benchmark::State &state)
+{
+    const QTemporaryDir folder;
+    const Preferences preferences(folder.filePath(u"preferences.ini"_s));
+    const auto run = sampleRun(RecipientKind::Client, state.range(0), preferences);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(SchedulePreview(*run, preferences).summary());
+}
+BENCHMARK(previewRun)->Arg(10'000)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 /// The lines of the same run, and nothing but them.
 void writeItsLines(benchmark::State &state)

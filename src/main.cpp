@@ -8,8 +8,11 @@
 #include "program/Program.h"
 #include "program/StartCheck.h"
 
+#include <csignal>
+
 int main(int argc, char **argv)
 {
+    std::signal(SIGPIPE, SIG_IGN); // whoever reads the diagnostic lines, or the bus, may go away
     sessionBus::leaveIfSilent();
     Application application(argc, argv);
     const QDBusConnection bus = sessionBus::open();

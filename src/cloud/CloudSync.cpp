@@ -200,8 +200,9 @@ void CloudSync::restoreTaskInCloud(const SharedTask &entry)
     errand->whenOver = [this, key = entry->key](const CloudErrand &over) {
         if (over.error) {
             removedRecords.insert(key);
-            tellProblem(u"A task that was brought back here is not in the cloud again, since %1."_s.arg(
-                over.error->plainWords()));
+            tellProblem(u"A task that was brought back here is not in the cloud again, since %1. Copying the "
+                        u"list to the cloud "
+                        "puts it there."_s.arg(over.error->plainWords()));
         }
         endTurn(key);
     };

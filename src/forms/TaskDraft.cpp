@@ -17,25 +17,29 @@ Instant instant(qint64 milliseconds)
     return Instant(std::chrono::milliseconds(milliseconds));
 }
 
-QByteArray written(const task &entry)
+void write(QDataStream &stream, const task &entry)
 {
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    stream.setVersion(QDataStream::Qt_6_4);
     const Color &color = entry.color;
     stream << fileFormat << qint64(entry.date.time_since_epoch().count()) << entry.name << entry.desc
            << entry.client << entry.teamMember << color.red << color.green << color.blue << color.alpha
            << qint64(entry.due.time_since_epoch().count()) << entry.status << entry.priority
            << entry.statusName << entry.priorityName << entry.startHour << entry.startMin << entry.endHour
            << entry.endMin;
+}
+
+QByteArray written(const QList<task> &entries)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream.setVersion(QDataStream::Qt_6_4);
+    for (const task &entry : entries)
+        write(stream, entry);
     return bytes;
 }
 
-/// The task, unless the file was damaged or written by another version of the program.
-std::optional<task> read(const QByteArray &bytes)
+/// The next task, unless the file was damaged or written by another version of the program.
+std::optional<task> read(QDataStream &stream)
 {
-    QDataStream stream(bytes);
-    stream.setVersion(QDataStream::Qt_6_4);
     task entry;
     Color &color = entry.color;
     qint32 format = 0;
@@ -47,8 +51,22 @@ std::optional<task> read(const QByteArray &bytes)
         entry.endMin;
     entry.date = instant(date);
     entry.due = instant(due);
-    const bool isWhole = stream.status() == QDataStream::Ok && stream.atEnd() && format == fileFormat;
+    const bool isWhole = stream.status() == QDataStream::Ok && format == fileFormat;
     return isWhole ? std::optional(entry) : std::nullopt;
+}
+
+QList<task> readAll(const QByteArray &bytes)
+{
+    QDataStream stream(bytes);
+    stream.setVersion(QDataStream::Qt_6_4);
+    QList<task> entries;
+    while (!stream.atEnd()) {
+        const std::optional<task> entry = read(stream);
+        if (!entry)
+            break;
+        entries.append(*entry);
+    }
+    return entries;
 }
 
 } // namespace
@@ -56,25 +74,37 @@ std::optional<task> read(const QByteArray &bytes)
 std::optional<task> TaskDraft::begun()
 {
     if (!std::exchange(isRead, true))
-        kept = read(readWholeFile(filePath).value_or(QByteArray()));
-    std::optional<task> entry = kept;
-    if (entry)
-        entry->color = storedOrHeld(entry->color, isDarkMode());
+        kept = readAll(readWholeFile(filePath).value_or(QByteArray()));
+    if (kept.isEmpty())
+        return std::nullopt;
+    task entry = kept.constLast();
+    entry.color = storedOrHeld(entry.color, isDarkMode());
     return entry;
 }
 
 void TaskDraft::keep(const task &entry)
 {
-    isRead = true;
-    kept = entry;
-    kept->color = storedOrHeld(entry.color, isDarkMode());
-    if (!replaceWholeFile(filePath, written(*kept)))
-        diagnostics::line("Begun task kept until the program ends only");
+    constexpr qsizetype most = 20;
+    begun(); // so that those of the file stay
+    kept.append(entry);
+    kept.last().color = storedOrHeld(entry.color, isDarkMode());
+    if (kept.size() > most)
+        kept.removeFirst();
+    store();
 }
 
 void TaskDraft::discard()
 {
-    isRead = true;
-    kept.reset();
-    QFile::remove(filePath);
+    if (!begun())
+        return;
+    kept.removeLast();
+    store();
+}
+
+void TaskDraft::store() const
+{
+    if (kept.isEmpty())
+        QFile::remove(filePath);
+    else if (!replaceWholeFile(filePath, written(kept)))
+        diagnostics::line("Begun task kept until the program ends only");
 }

@@ -4,8 +4,8 @@
 
 #include <optional>
 
-/// The task that was begun in the form of a new one and not added. It is kept in a file of the user's own,
-/// so that it is there after the program has ended as well.
+/// The tasks that were begun in the form of a new one and not added. They are kept in a file of the user's
+/// own, so that they are there after the program has ended as well.
 class TaskDraft
 {
 public:
@@ -14,13 +14,16 @@ public:
     {
     }
 
-    /// The task, in the colours of the present appearance; nothing when there is none.
+    /// The one begun last, in the colours of the present appearance; nothing when there is none.
     std::optional<task> begun();
     void keep(const task &entry);
+    /// Forgets the one begun last.
     void discard();
 
 private:
+    void store() const;
+
     QString filePath;
-    std::optional<task> kept; ///< its colour as stored
+    QList<task> kept; ///< their colours as stored
     bool isRead = false;
 };

@@ -57,6 +57,8 @@ void ViewControllerAdd::connectActions()
 void ViewControllerAdd::viewWillAppear()
 {
     setMinimumSize(565, 452);
+    if (std::exchange(isKept, false))
+        services.draft.discard(); // the form was hidden for a moment, and still holds it
     colorWell = appearanceTextColor().inverted();
     for (const TimePicker *picker : {fields->startTime, fields->endTime})
         diagnostics::line(util().getHour(*picker), ":", util().getMinute(*picker));
@@ -64,10 +66,9 @@ void ViewControllerAdd::viewWillAppear()
 
 void ViewControllerAdd::viewWillDisappear()
 {
-    if (isTouched())
+    isKept = isTouched();
+    if (isKept)
         services.draft.keep(taskOfControls());
-    else if (isTakenUp)
-        services.draft.discard();
 }
 
 /// Whether anything was entered; a colour alone is not worth keeping.
@@ -99,7 +100,7 @@ void ViewControllerAdd::offerDraft()
                   }},
                  {u"Discard"_s, [this] {
                       services.draft.discard();
-                      offer->withdraw();
+                      offerDraft();
                   }}});
 }
 
@@ -107,18 +108,14 @@ void ViewControllerAdd::offerDraft()
 void ViewControllerAdd::takeUpDraft()
 {
     const std::optional<task> begun = services.draft.begun();
-    const bool isExchanged = isTouched();
-    if (isExchanged)
+    services.draft.discard();
+    if (isTouched())
         services.draft.keep(taskOfControls());
-    isTakenUp = true;
     showWholeTask(*begun);
     colorWell = begun->color;
     previousDate = begun->date;
     previousDueDate = begun->due;
-    if (isExchanged)
-        offerDraft();
-    else
-        offer->withdraw();
+    offerDraft();
     fields->txtTaskName->setFocus();
 }
 
@@ -139,7 +136,6 @@ void ViewControllerAdd::btnAddTask_Click(QObject *)
     fields->txtTaskDescription->setText({});
     hideColorPanel();
     untouched = taskOfControls();
-    services.draft.discard();
     services.notices.post(notice::reload);
     emit added(key);
     close();

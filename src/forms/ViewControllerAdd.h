@@ -46,6 +46,6 @@ private:
 
     std::unique_ptr<Ui::ViewControllerAdd> ui;
     Banner *offer;
-    task untouched;         ///< what the controls show when nothing has been entered
-    bool isTakenUp = false; ///< what was on offer is in the form
+    task untouched;      ///< what the controls show when nothing has been entered
+    bool isKept = false; ///< as a begun task, when the form was hidden
 };

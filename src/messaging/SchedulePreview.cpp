@@ -4,6 +4,8 @@
 #include "messaging/TextMessage.h"
 #include "platform/Diagnostics.h"
 
+#include <QHash>
+
 using namespace Qt::StringLiterals;
 
 PreviewedMessage::PreviewedMessage(const QString &composed)
@@ -18,16 +20,22 @@ SchedulePreview::SchedulePreview(const RunSnapshot &snapshot, const Preferences 
     const diagnostics::Silence silence; // the lines belong to what is sent
     const SendSettings settings(preferences);
     const QString footer = snapshot.text.footer();
+    QHash<QString, std::vector<const ScheduledTask *>> tasksOf; // by the recipient's name
+    for (const ScheduledTask &entry : snapshot.tasks)
+        tasksOf[entry.name].push_back(&entry);
     for (const Recipient &recipient : snapshot.recipients) {
         PreviewedPerson person{.name = recipient.name.value_or(QString()),
                                .number =
                                    settings.testPhoneNo.value_or(recipient.phoneNo.value_or(QString()))};
-        const std::vector<const task *> schedule = snapshot.scheduleOf(recipient);
-        if (!schedule.empty())
-            person.messages.emplace_back(snapshot.text.header(*schedule.front()));
-        for (const task *entry : schedule)
-            person.messages.emplace_back(snapshot.text.taskMessage(*entry));
-        if (!schedule.empty() && !footer.isEmpty())
+        const auto name = recipient.name ? std::optional(matchedName(*recipient.name)) : std::nullopt;
+        for (const ScheduledTask *candidate : tasksOf.value(name.value_or(QString()))) {
+            if (!snapshot.text.matches(name, *candidate, ScheduleText::DayLines::Omitted))
+                continue;
+            if (person.messages.empty())
+                person.messages.emplace_back(snapshot.text.header(*candidate->entry));
+            person.messages.emplace_back(snapshot.text.taskMessage(*candidate->entry));
+        }
+        if (!person.messages.empty() && !footer.isEmpty())
             person.messages.emplace_back(footer);
         previewed.push_back(std::move(person));
     }

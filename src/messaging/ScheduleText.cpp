@@ -82,5 +82,9 @@ QString ScheduleText::footer() const
 
 QString ScheduleText::dateText(Instant instant) const
 {
-    return shortDate(calendar.dayOf(instant));
+    const QDate day = calendar.dayOf(instant);
+    QString &text = dayTexts[day];
+    if (text.isEmpty())
+        text = shortDate(day);
+    return text;
 }

@@ -2,6 +2,8 @@
 
 #include "model/task.h"
 
+#include <QHash>
+
 #include <optional>
 #include <vector>
 
@@ -64,6 +66,7 @@ private:
     Instant end;
     const Preferences &preferences;
     Calendar calendar;
+    mutable QHash<QDate, QString> dayTexts; ///< those that were made
 };
 
 /// The name by which the task is matched: of its client or of its team member.

@@ -139,9 +139,11 @@ bool ProtectedFile::write(QByteArrayView content)
         copyDue = isUnread = false;
     }
     const QString whyNoRedo = error;
+    const bool lacksRoomForRedo = !isProtected && lacksRoom;
     if (!writeInPlace(content, isProtected)) {
         lastSeen = presentState();
         error = isProtected ? error : whyNoRedo;
+        lacksRoom = lacksRoom || lacksRoomForRedo;
         return false;
     }
     held = wanted;

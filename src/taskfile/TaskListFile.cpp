@@ -76,7 +76,7 @@ bool TaskListFile::writeDurably(const QByteArray &rows)
 QString TaskListFile::readFile()
 {
     const std::optional<QString> text = read();
-    isGone = file && !text && QFile::symLinkTarget(trace) == path() && !QFileInfo::exists(path());
+    isGone = wasGone = file && !text && QFile::symLinkTarget(trace) == path() && !QFileInfo::exists(path());
     return text.value_or(QString());
 }
 
@@ -170,6 +170,8 @@ bool TaskListFile::followFile()
         return putTogether();
     if (lastWriteFailed || !file->isChangedByOthers())
         return false; // when the list is written, the other content is copied aside
+    if (wasGone)
+        return putTogether(); // with what was begun in its absence, wherever that has been written to
     const std::optional<QString> text = read();
     return text && takeOver(*text);
 }
@@ -195,7 +197,9 @@ bool TaskListFile::putTogether()
     const std::optional<QString> text = read();
     if (!readProblem().isEmpty())
         return false;
-    if (text && manager.changeCount() == filedChanges)
+    const bool isElsewhere =
+        std::exchange(wasGone, false); // what the list holds may be in no file that is seen
+    if (text && manager.changeCount() == filedChanges && !isElsewhere)
         return takeOver(*text);
     const TaskList added = manager.workingList();
     if (text)

@@ -89,6 +89,7 @@ private:
     std::optional<TextFile> file;
     QString trace; ///< path of a link to the file that was last read or written
     bool isGone = false;
+    bool wasGone = false; ///< at the start, and nobody has brought it back since
     TaskListHistory history;
     RowTexts rowTexts;
     bool lastWriteFailed = false;

@@ -198,7 +198,11 @@ Unsaved ViewControllerWhiteboard::unsaved()
     return {.what = u"The whiteboard"_s,
             .path = fileManager->path(),
             .reason = [this] { return fileManager->errorString(); },
-            .tryAgain = [this] { return savePicture(); },
+            .tryAgain =
+                [this] {
+                    line->finish();
+                    return savePicture();
+                },
             .content =
                 [this] {
                     return PictureFile::encoded(capture());
@@ -208,6 +212,7 @@ Unsaved ViewControllerWhiteboard::unsaved()
 /// A picture that cannot be saved stays open, unless the user lets it go.
 bool ViewControllerWhiteboard::viewShouldClose()
 {
+    line->finish(); // a stroke that is being drawn is a step like others
     const bool isUnchanged = !fileManager || (!isChanged && fileManager->isFiled());
     return isUnchanged || report.mayClose(u"&Close Without Saving"_s);
 }

@@ -284,6 +284,11 @@ private slots:
         click("addButton");
         begun.key = tasks().first()->key;
         QVERIFY(haveEqualFields(*tasks().first(), begun));
+        QVERIFY(offered().contains(u"“Another”")); // adding one task is not the end of others
+        child<QLineEdit>("txtTaskName").setText(u"Third"_s);
+        click("addButton");
+        QVERIFY(offered().contains(u"“Another”"));
+        choose(*form, u"Discard"_s);
         QCOMPARE(offered(), QString());
         writeTo(path, "damaged");
         draft.emplace(path);
