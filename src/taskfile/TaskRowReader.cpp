@@ -89,13 +89,12 @@ void TaskRowReader::split(QStringView row)
     // Somebody's editor may have put every row on a line of its own.
     while (row.startsWith(u'\n') || row.startsWith(u'\r'))
         row = row.sliced(1);
-    const QChar *start = row.cbegin();
-    for (const QChar &unit : row)
-        if (unit == fieldSeparator) {
-            rowFields.append(QStringView(start, &unit));
-            start = &unit + 1;
-        }
-    rowFields.append(QStringView(start, row.cend()));
+    qsizetype start = 0;
+    for (qsizetype end = row.indexOf(fieldSeparator); end >= 0; end = row.indexOf(fieldSeparator, start)) {
+        rowFields.append(row.sliced(start, end - start));
+        start = end + 1;
+    }
+    rowFields.append(row.sliced(start));
 }
 
 bool TaskRowReader::readDates(task &entry)
