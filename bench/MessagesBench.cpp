@@ -8,6 +8,7 @@
 #include "platform/Preferences.h"
 #include "support/HttpsServer.h"
 
+#include <QCoreApplication>
 #include <QEventLoop>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
@@ -130,7 +131,8 @@ public:
 
 private:
     HttpsServer server{[](const HttpsServer::Request &) {
-        return HttpsServer::Answer{HttpsServer::response("201 CREATED", "{}")};
+        return HttpsServer::Answer{
+            HttpsServer::response("201 CREATED", R"({"sid": "SM1", "status": "queued"})")};
     }};
 };
 
@@ -141,15 +143,28 @@ void sendMessages(benchmark::State &state)
     preferences.store({{messagingKey::accountId, u"AC12"_s},
                        {messagingKey::secret, u"secret"_s},
                        {messagingKey::notifications, true}});
+    const bool isKept = state.range(0) != 0;
     const LocalGateway local;
     for (auto _ : state) {
-        GatewayClient gateway(local.address(), preferences);
-        for (int number = 0; number < messages; ++number)
+        MessageJournal journal(folder.path());
+        RunReport report;
+        GatewayClient gateway(local.address(), preferences, std::chrono::minutes(1), std::chrono::seconds(2),
+                              isKept ? &journal : nullptr);
+        MessageOrigin origin;
+        if (isKept)
+            origin.feed = report.feed();
+        for (int number = 0; number < messages; ++number) {
+            origin.entry.place = number;
             sendTextMessage(u"11/6/26 09:00AM-11/6/26 05:30PM Mow the lawn-Ann"_s,
-                            u"+1 555 %1"_s.arg(number * recipients / messages), gateway);
+                            u"+1 555 %1"_s.arg(number * recipients / messages), gateway, origin);
+            QCoreApplication::processEvents();
+        }
         gateway.drain();
         if (!gateway.finish(std::chrono::minutes(5)))
             state.SkipWithError("not every message was answered");
+        QCoreApplication::processEvents();
+        if (isKept && report.summary() != u"%1 accepted"_s.arg(messages))
+            state.SkipWithError("not every message was accepted");
     }
 }
 
@@ -186,7 +201,7 @@ void postPlainly(benchmark::State &state)
     }
 }
 
-BENCHMARK(sendMessages)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(sendMessages)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(postPlainly)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace

@@ -1,8 +1,10 @@
 #include "messaging/GatewayClient.h"
 
+#include "journal/MessageJournal.h"
 #include "messaging/GatewayAnswer.h"
 #include "platform/Diagnostics.h"
 
+#include <QDateTime>
 #include <QNetworkProxy>
 #include <QNetworkReply>
 #include <QNetworkRequest>
@@ -92,6 +94,13 @@ std::optional<QString> transportError(const QNetworkReply &reply)
     return reply.errorString();
 }
 
+/// False when the request has certainly not come to the gateway.
+bool hasReached(QNetworkReply::NetworkError error)
+{
+    return error != QNetworkReply::HostNotFoundError && error != QNetworkReply::ConnectionRefusedError &&
+           error != QNetworkReply::SslHandshakeFailedError;
+}
+
 /// Ends the request; the reason is told in place of its error.
 void breakOff(QNetworkReply &reply, const QString &reason)
 {
@@ -111,12 +120,14 @@ QSslConfiguration tlsConfiguration(const GatewayAddress &address)
 
 GatewayClient::GatewayClient(const GatewayAddress &gateway, const Preferences &userPreferences,
                              std::chrono::milliseconds requestTimeLimit,
-                             std::chrono::milliseconds connectionIdleLimit)
+                             std::chrono::milliseconds connectionIdleLimit, MessageJournal *messageJournal)
     : address(gateway)
     , preferences(userPreferences)
     , timeLimit(requestTimeLimit)
     , idleLimit(connectionIdleLimit)
-    , held(preferences)
+    , journal(messageJournal)
+    , held(preferences, journal)
+    , ahead(connections)
 {
     threadContext.moveToThread(&thread);
     thread.setObjectName(u"gateway"_s);
@@ -127,6 +138,10 @@ GatewayClient::GatewayClient(const GatewayAddress &gateway, const Preferences &u
 GatewayClient::~GatewayClient()
 {
     finish(0ms);
+    {
+        std::unique_lock lock(mutex);
+        changed.wait(lock, [this] { return !isRecording; });
+    }
     thread.quit();
     thread.wait();
 }
@@ -135,12 +150,17 @@ bool GatewayClient::start(const GatewayMessage &message)
 {
     std::unique_lock lock(mutex);
     const auto isUnwanted = [&] {
-        return closed || message.stop.stop_requested();
+        return closed || message.origin.stop.stop_requested();
     };
     changed.wait(lock, [&] { return isUnwanted() || !held.isFull(); });
     if (isUnwanted())
         return false;
-    held.append(message);
+    // Later than the one before, and than those of earlier runs of the program.
+    constexpr qint64 fromMilliseconds = 1000;
+    lastId = std::max(lastId + 1, QDateTime::currentMSecsSinceEpoch() * fromMilliseconds);
+    GatewayMessage taken = message;
+    taken.entry.id = lastId;
+    held.append(taken);
     sendHeld();
     return true;
 }
@@ -152,14 +172,40 @@ void GatewayClient::sendHeld()
         const std::optional<GatewayRequest> next = held.takeNext(underWay);
         if (!next)
             break;
-        underWay.append(next->recipient);
+        underWay.append(next->message.entry.number);
         isPausing = next->pause > 0ms;
         if (!thread.isRunning())
             thread.start(); // not before, so that the program starts without it
         QMetaObject::invokeMethod(
             &threadContext, [this, request = *next] { send(request); }, Qt::QueuedConnection);
     }
+    recordAhead();
     changed.notify_all();
+}
+
+/// Has the journal write what is sent next, so that no message waits for the disk. To be called with the
+/// mutex locked.
+void GatewayClient::recordAhead()
+{
+    constexpr qsizetype farthest = 64;
+    if (!journal || closed)
+        return;
+    if (isRecording) {
+        const bool hasRunDry = !isPausing && !underWay.isEmpty() && underWay.size() < connections;
+        if (hasRunDry && !held.isEmpty())
+            ahead = std::min(2 * ahead, farthest);
+        return;
+    }
+    std::vector<SentMessage> next = held.takeUnrecorded(ahead);
+    if (next.empty())
+        return;
+    isRecording = true;
+    journal->record(std::move(next), [this](const QString &problem) {
+        const std::lock_guard lock(mutex);
+        isRecording = false;
+        held.setRecorded(problem);
+        sendHeld();
+    });
 }
 
 void GatewayClient::dropUnwanted()
@@ -193,7 +239,7 @@ void GatewayClient::close()
     {
         const std::lock_guard lock(mutex);
         closed = true;
-        held.dropAll();
+        held.dropAll(u"The program was ended before"_s);
     }
     changed.notify_all();
 }
@@ -270,7 +316,18 @@ void GatewayClient::complete(QNetworkReply &reply, const GatewayRequest &request
     else
         diagnostics::line("Error:", error ? u"Optional(%1)"_s.arg(lineText(*error, request)) : u"nil"_s);
     diagnostics::flush(); // the main thread may not become idle for long
+    GatewayMessage message = request.message;
+    if (error) {
+        message.entry.state = hasReached(reply.error()) ? MessageState::NoAnswer : MessageState::NotSent;
+        message.entry.reason = lineText(*error, request);
+    } else {
+        GatewayAnswer(reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), body)
+            .noteIn(message.entry, request);
+    }
+    if (journal)
+        journal->note(message.entry);
+    message.tell();
     const std::lock_guard lock(mutex);
-    underWay.removeOne(request.recipient);
+    underWay.removeOne(message.entry.number);
     sendHeld();
 }

@@ -40,9 +40,12 @@ public:
     /// \param timeLimit  for the answer to each request
     /// \param idleLimit  connections that have been idle for longer are given up: the gateway closes idle
     ///                   ones, and a message that is sent just then would be lost
+    /// \param journal  has every message before it leaves, and what becomes of it; has to outlive the client;
+    ///                 null where none is kept
     GatewayClient(const GatewayAddress &address, const Preferences &preferences,
                   std::chrono::milliseconds timeLimit = std::chrono::minutes(1),
-                  std::chrono::milliseconds idleLimit = std::chrono::seconds(2));
+                  std::chrono::milliseconds idleLimit = std::chrono::seconds(2),
+                  MessageJournal *journal = nullptr);
     /// Breaks off the requests under way.
     ~GatewayClient();
     GatewayClient(const GatewayClient &) = delete;
@@ -70,6 +73,7 @@ public:
 
 private:
     void sendHeld();
+    void recordAhead();
     void send(const GatewayRequest &request);
     void prepareConnections();
     void complete(QNetworkReply &reply, const GatewayRequest &request);
@@ -88,7 +92,11 @@ private:
     std::mutex mutex;
     std::condition_variable changed;
     std::atomic<bool> closed = false;
+    MessageJournal *journal;
     HeldMessages held;
-    QStringList underWay;   ///< whose requests have not been answered
-    bool isPausing = false; ///< after a request
+    qint64 lastId = 0;        ///< of a message in the journal
+    qsizetype ahead;          ///< how many messages the journal is to have before their turn
+    bool isRecording = false; ///< the journal is writing some
+    QStringList underWay;     ///< whose requests have not been answered
+    bool isPausing = false;   ///< after a request
 };

@@ -1,5 +1,6 @@
 #include "messaging/GatewayRequest.h"
 
+#include "messaging/MessageFeed.h"
 #include "messaging/MessagingSettings.h"
 #include "platform/Preferences.h"
 
@@ -54,21 +55,27 @@ bool SendSettings::fitIntoAddress() const
     return ::fitIntoAddress(accountId, secret);
 }
 
-const QString &SendSettings::recipientOf(const GatewayMessage &message) const
+void GatewayMessage::tell() const
+{
+    if (origin.feed)
+        origin.feed->tell(entry);
+}
+
+const QString &SendSettings::recipientOf(const SentMessage &message) const
 {
     return testPhoneNo ? *testPhoneNo : message.phoneNo;
 }
 
 GatewayRequest SendSettings::requestFor(const GatewayMessage &message) const
 {
-    const QString &recipient = recipientOf(message);
+    const QString &recipient = recipientOf(message.entry);
     // A key signs in with its own identifier; the account stays in the path.
     const qsizetype colon = secret.startsWith(u"SK") ? secret.indexOf(u':') : -1;
     return {.path = u"/2010-04-01/Accounts/"_s + accountId + u"/SMS/Messages"_s,
             .userName = (colon < 0 ? accountId : secret.first(colon)).toUtf8(),
             .password = secret.sliced(colon + 1).toUtf8(),
             .body = "From=" + QUrl::toPercentEncoding(sender) + "&To=" + QUrl::toPercentEncoding(recipient) +
-                    "&Body=" + QUrl::toPercentEncoding(message.text),
-            .recipient = recipient,
+                    "&Body=" + QUrl::toPercentEncoding(message.entry.text),
+            .message = message,
             .pause = delay};
 }

@@ -1,21 +1,36 @@
 #pragma once
 
+#include "journal/SentMessage.h"
+
 #include <QByteArray>
 #include <QString>
 
 #include <chrono>
+#include <memory>
 #include <optional>
 #include <stop_token>
 
+class MessageFeed;
 class Preferences;
+
+/// What a message belongs to.
+struct MessageOrigin
+{
+    const void *run = nullptr; ///< tells those who send at the same time apart
+    /// Says that the run's messages are no longer wanted, and is told when none can be sent any more.
+    std::stop_source stop = std::stop_source(std::nostopstate);
+    std::shared_ptr<MessageFeed> feed = {}; ///< learns what becomes of the message; null for nobody
+    SentMessage entry = {};                 ///< what is known of it besides text and number
+};
 
 /// A text message on its way to the gateway. Where it goes and on whose account is settled when it leaves.
 struct GatewayMessage
 {
-    QString text; ///< as it is sent
-    QString phoneNo;
-    const void *run = nullptr; ///< tells those who send at the same time apart
-    std::stop_token stop = {}; ///< it is no longer wanted
+    SentMessage entry; ///< with the text as it is sent
+    MessageOrigin origin;
+
+    /// Tells whoever follows the message what has become of it.
+    void tell() const;
 };
 
 /// A form to be posted to the gateway.
@@ -25,7 +40,7 @@ struct GatewayRequest
     QByteArray userName;
     QByteArray password;
     QByteArray body; ///< application/x-www-form-urlencoded
-    QString recipient;
+    GatewayMessage message;
     std::chrono::milliseconds pause = {}; ///< for so long after it no other request goes out
 };
 
@@ -36,7 +51,7 @@ struct SendSettings
 
     /// Whether the account makes an address: neither its identifier nor its secret needs escaping there.
     bool fitIntoAddress() const;
-    const QString &recipientOf(const GatewayMessage &message) const;
+    const QString &recipientOf(const SentMessage &message) const;
     /// Source of its form: the REST interface of the Twilio SMS gateway, version 2010-04-01.
     GatewayRequest requestFor(const GatewayMessage &message) const;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "journal/SentMessage.h"
 #include "messaging/ScheduleText.h"
 
 #include <atomic>
@@ -28,8 +29,9 @@ struct RunSnapshot
     std::vector<Recipient> recipients; ///< in the order in which they are sent their schedules
     std::vector<ScheduledTask> tasks;  ///< in the order of the schedules
     ScheduleText text;
+    std::vector<SentMessage> again = {}; ///< of an earlier run, to be sent as they were, and nothing else
 
     /// The recipient's own ones, in the same order.
     std::vector<const task *> scheduleOf(const Recipient &recipient) const;
-    qint64 lastStep() const { return qint64(recipients.size()) * qint64(tasks.size()); }
+    qint64 lastStep() const { return qint64(recipients.size() * tasks.size() + again.size()); }
 };

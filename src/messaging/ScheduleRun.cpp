@@ -2,9 +2,10 @@
 
 #include "platform/Diagnostics.h"
 
-ScheduleRun::ScheduleRun(RunSnapshot runSnapshot, const Preferences &preferences, GatewayClient &gateway)
+ScheduleRun::ScheduleRun(RunSnapshot runSnapshot, const Preferences &preferences, GatewayClient &gateway,
+                         const std::shared_ptr<MessageFeed> &feed)
     : snapshot(std::move(runSnapshot))
-    , sendWorker(snapshot, counters, preferences, gateway)
+    , sendWorker(snapshot, counters, preferences, gateway, feed)
     , progressMonitor(snapshot, counters, *this,
                       [this](const RunProgress &progress) {
                           shownProgress = progress;

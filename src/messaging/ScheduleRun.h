@@ -13,7 +13,8 @@ class ScheduleRun : public QObject
     Q_OBJECT
 
 public:
-    ScheduleRun(RunSnapshot snapshot, const Preferences &preferences, GatewayClient &gateway);
+    ScheduleRun(RunSnapshot snapshot, const Preferences &preferences, GatewayClient &gateway,
+                const std::shared_ptr<MessageFeed> &feed);
     /// Waits for both threads; while they may still have work the client has to be closed before.
     ~ScheduleRun() override;
 

@@ -4,9 +4,11 @@
 
 #include <array>
 
-ScheduleRuns::ScheduleRuns(const Preferences &userPreferences, const GatewayAddress &address)
+ScheduleRuns::ScheduleRuns(const Preferences &userPreferences, const GatewayAddress &address,
+                           const QString &dataFolder)
     : preferences(userPreferences)
-    , gateway(address, preferences)
+    , messageJournal(dataFolder)
+    , gateway(address, preferences, std::chrono::minutes(1), std::chrono::seconds(2), &messageJournal)
 {
 }
 
@@ -59,7 +61,9 @@ ScheduleRun &ScheduleRuns::add(RunSnapshot snapshot)
     sent.append({began, {}, digestOf(snapshot)});
     if (sent.size() > mostKept)
         sent.removeFirst();
-    runs.push_back(std::make_unique<ScheduleRun>(std::move(snapshot), preferences, gateway));
+    newestReport = std::make_unique<RunReport>();
+    runs.push_back(
+        std::make_unique<ScheduleRun>(std::move(snapshot), preferences, gateway, newestReport->feed()));
     ScheduleRun *run = runs.back().get();
     QObject::connect(run, &ScheduleRun::finished, &mainThread, [this, began] {
         for (Sent &entry : sent)

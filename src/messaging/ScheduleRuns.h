@@ -1,6 +1,8 @@
 #pragma once
 
+#include "journal/MessageJournal.h"
 #include "messaging/GatewayClient.h"
+#include "messaging/RunReport.h"
 #include "messaging/ScheduleRun.h"
 
 #include <QDateTime>
@@ -13,7 +15,8 @@
 class ScheduleRuns
 {
 public:
-    ScheduleRuns(const Preferences &preferences, const GatewayAddress &address);
+    /// \param dataFolder  where the journal of messages is
+    ScheduleRuns(const Preferences &preferences, const GatewayAddress &address, const QString &dataFolder);
     ~ScheduleRuns();
     ScheduleRuns(const ScheduleRuns &) = delete;
     ScheduleRuns &operator=(const ScheduleRuns &) = delete;
@@ -26,6 +29,10 @@ public:
     /// The newest of the runs that have not finished; null when there is none.
     ScheduleRun *current() const { return runs.empty() ? nullptr : runs.back().get(); }
 
+    /// What becomes of the messages of the newest run, also when it has finished; null before the first one.
+    RunReport *report() const { return newestReport.get(); }
+    MessageJournal &journal() { return messageJournal; }
+
     /// Has all runs end without what has not been handed over.
     void stopSending();
     /// Ends all runs, and with them the client: what has not been started is not sent any more.
@@ -35,6 +42,8 @@ public:
 
 private:
     const Preferences &preferences;
+    MessageJournal messageJournal;
+    std::unique_ptr<RunReport> newestReport;
     GatewayClient gateway;
     struct Sent
     {

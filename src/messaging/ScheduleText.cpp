@@ -48,6 +48,21 @@ bool ScheduleText::matches(const std::optional<QString> &name, const ScheduledTa
            isSameDayOrEarlier(candidate.entry->date, end);
 }
 
+QDate ScheduleText::firstDay() const
+{
+    return calendar.dayOf(start);
+}
+
+QDate ScheduleText::lastDay() const
+{
+    return calendar.dayOf(end);
+}
+
+QDate ScheduleText::dayOf(const task &entry) const
+{
+    return calendar.dayOf(entry.date);
+}
+
 QString ScheduleText::header(const task &first) const
 {
     return preferences.text(messagingKey::messageTitle).value_or(QString()) + u'\n' +

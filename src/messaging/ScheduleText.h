@@ -50,6 +50,10 @@ public:
     /// range.
     bool matches(const std::optional<QString> &name, const ScheduledTask &candidate, DayLines lines) const;
 
+    QDate firstDay() const;
+    QDate lastDay() const;
+    /// The day on which the task begins.
+    QDate dayOf(const task &entry) const;
     /// What comes before the recipient's first task.
     QString header(const task &first) const;
     QString taskMessage(const task &entry) const;

@@ -1,17 +1,20 @@
 #include "messaging/SendWorker.h"
 
+#include "messaging/MessageFeed.h"
 #include "messaging/MessagingSettings.h"
 #include "messaging/TextMessage.h"
 #include "platform/Diagnostics.h"
 #include "platform/Preferences.h"
 
 SendWorker::SendWorker(const RunSnapshot &runSnapshot, RunCounters &runCounters,
-                       const Preferences &userPreferences, GatewayClient &gatewayClient)
+                       const Preferences &userPreferences, GatewayClient &gatewayClient,
+                       std::shared_ptr<MessageFeed> messageFeed)
     : snapshot(runSnapshot)
     , counters(runCounters)
     , preferences(userPreferences)
     , gateway(gatewayClient)
     , sendingTask(snapshot.kind == RecipientKind::Client ? sendingClientTask : sendingTeamMemberTask)
+    , feed(std::move(messageFeed))
 {
 }
 
@@ -21,6 +24,7 @@ void SendWorker::run()
     bool isComplete = true;
     for (const Recipient &recipient : snapshot.recipients)
         isComplete &= sendSchedule(++position, recipient);
+    sendAgain();
     unsent += gateway.drain(this);
     if (!isComplete || unsent > 0)
         diagnostics::line("Messages not sent:", unsent);
@@ -43,7 +47,7 @@ bool SendWorker::sendSchedule(qint64 position, const Recipient &recipient)
         beginRecipient();
     for (size_t index = 0; index < snapshot.tasks.size(); ++index) {
         if (isOver()) {
-            countUnsent(name, index);
+            tellUnsent(name, index);
             return false;
         }
         const ScheduledTask &candidate = snapshot.tasks[index];
@@ -80,26 +84,75 @@ void SendWorker::sendTask(const task &entry)
     hasMatched = true;
     if (snapshot.kind == RecipientKind::TeamMember)
         diagnostics::line("----NoOfSchedules2:", schedules, "----");
-    send(snapshot.text.taskMessage(entry));
+    send(snapshot.text.taskMessage(entry), &entry);
 }
 
-void SendWorker::send(const QString &message)
+MessageOrigin SendWorker::originFor(const task *entry)
+{
+    SentMessage known{.isTeamMember = snapshot.kind == RecipientKind::TeamMember,
+                      .person = sendingTask.name.value_or(QString()),
+                      .phoneNo = sendingTask.phoneNo.value_or(QString()),
+                      .firstDay = snapshot.text.firstDay(),
+                      .lastDay = snapshot.text.lastDay(),
+                      .place = place++};
+    if (entry) {
+        known.taskKey = entry->key;
+        known.taskName = entry->name;
+        known.taskDay = snapshot.text.dayOf(*entry);
+    }
+    return {.run = this, .stop = stopped, .feed = feed, .entry = known};
+}
+
+void SendWorker::send(const QString &message, const task *entry)
 {
     if (!preferences.boolean(messagingKey::notifications))
         return;
-    if (!sendTextMessage(message, sendingTask.phoneNo.value_or(QString()), gateway, this,
-                         stopped.get_token()))
+    if (!sendTextMessage(message, sendingTask.phoneNo.value_or(QString()), gateway, originFor(entry)))
         ++unsent;
 }
 
-/// Counts the messages that the recipient would have been sent from this task on.
-void SendWorker::countUnsent(const std::optional<QString> &name, size_t firstTask)
+/// Sends messages of an earlier run as they were.
+void SendWorker::sendAgain()
+{
+    for (const SentMessage &earlier : snapshot.again) {
+        counters.stepsPerformed = place + 1;
+        SentMessage entry = earlier;
+        entry.place = place++;
+        entry.state = MessageState::Waiting;
+        entry.identifier.clear();
+        entry.reason.clear();
+        entry.code = 0;
+        if (!sendTextMessage(entry.text, entry.phoneNo, gateway,
+                             {.run = this, .stop = stopped, .feed = feed, .entry = entry}))
+            ++unsent;
+    }
+}
+
+/// Tells which messages the recipient would have been sent from this task on.
+void SendWorker::tellUnsent(const std::optional<QString> &name, size_t firstTask)
 {
     if (!preferences.boolean(messagingKey::notifications))
         return;
-    for (size_t index = firstTask; index < snapshot.tasks.size(); ++index)
-        if (snapshot.text.matches(name, snapshot.tasks[index], ScheduleText::DayLines::Omitted))
-            unsent += std::exchange(hasMatched, true) ? 1 : 2; // the first one with its header
-    if (hasMatched && !snapshot.text.footer().isEmpty())
-        ++unsent;
+    const diagnostics::Silence silence; // the lines belong to what is sent
+    for (size_t index = firstTask; index < snapshot.tasks.size(); ++index) {
+        const ScheduledTask &candidate = snapshot.tasks[index];
+        if (!snapshot.text.matches(name, candidate, ScheduleText::DayLines::Omitted))
+            continue;
+        if (!std::exchange(hasMatched, true))
+            tellUnsent(snapshot.text.header(*candidate.entry));
+        tellUnsent(snapshot.text.taskMessage(*candidate.entry), &*candidate.entry);
+    }
+    if (const QString footer = snapshot.text.footer(); hasMatched && !footer.isEmpty())
+        tellUnsent(footer);
+}
+
+void SendWorker::tellUnsent(const QString &message, const task *entry)
+{
+    ++unsent;
+    if (!feed)
+        return;
+    SentMessage told = originFor(entry).entry;
+    told.text = cutToLength(message);
+    told.state = MessageState::NotSent;
+    feed->tell(told);
 }

@@ -8,8 +8,9 @@
 class SendWorker
 {
 public:
+    /// \param feed  learns what becomes of each message; null for nobody
     SendWorker(const RunSnapshot &snapshot, RunCounters &counters, const Preferences &preferences,
-               GatewayClient &gateway);
+               GatewayClient &gateway, std::shared_ptr<MessageFeed> feed = {});
 
     /// Returns when everything has been handed over, or soon after it was stopped or the client closed. A
     /// diagnostic line tells how many messages were not sent, if any.
@@ -24,8 +25,11 @@ private:
     bool sendSchedule(qint64 position, const Recipient &recipient);
     void beginRecipient();
     void sendTask(const task &entry);
-    void send(const QString &message);
-    void countUnsent(const std::optional<QString> &name, size_t firstTask);
+    MessageOrigin originFor(const task *entry);
+    void send(const QString &message, const task *entry = nullptr);
+    void sendAgain();
+    void tellUnsent(const std::optional<QString> &name, size_t firstTask);
+    void tellUnsent(const QString &message, const task *entry = nullptr);
 
     const RunSnapshot &snapshot;
     RunCounters &counters;
@@ -38,5 +42,7 @@ private:
     Recipient &sendingTask;
     bool hasMatched = false; ///< the recipient has been sent a task
     qint64 unsent = 0;
+    qsizetype place = 0; ///< of the next message in the run
     std::stop_source stopped;
+    std::shared_ptr<MessageFeed> feed;
 };

@@ -6,6 +6,8 @@
 #include <memory>
 #include <unicode/ubrk.h>
 
+using namespace Qt::StringLiterals;
+
 QString cutToLength(const QString &text)
 {
     constexpr int longestMessage = 160;
@@ -24,20 +26,34 @@ QString cutToLength(const QString &text)
     return end == UBRK_DONE || U_FAILURE(status) ? text : text.first(end);
 }
 
-bool sendTextMessage(const QString &message, const QString &phoneNo, GatewayClient &gateway, const void *run,
-                     const std::stop_token &stop)
+/// Tells that the message was never handed to the gateway; always false.
+static bool refuse(GatewayMessage message, const QString &reason)
 {
-    if (gateway.isClosed() || stop.stop_requested())
-        return false;
+    message.entry.state = MessageState::NotSent;
+    message.entry.reason = reason;
+    message.tell();
+    return false;
+}
+
+bool sendTextMessage(const QString &message, const QString &phoneNo, GatewayClient &gateway,
+                     const MessageOrigin &origin)
+{
+    GatewayMessage sent{origin.entry, origin};
+    sent.entry.text = cutToLength(message);
+    sent.entry.phoneNo = phoneNo;
+    if (gateway.isClosed() || origin.stop.stop_requested())
+        return refuse(sent, {});
     const SendSettings settings = gateway.settings();
     diagnostics::line("Start Message");
     bool isStarted = false;
     if (!settings.fitIntoAddress()) {
         diagnostics::line("Message refused: the account identifier or the secret makes no valid address");
+        refuse(sent, u"The account identifier or the secret makes no valid address"_s);
     } else {
         diagnostics::line("Start Message");
-        isStarted = gateway.start({cutToLength(message), phoneNo, run, stop});
+        sent.tell();
+        isStarted = gateway.start(sent) || refuse(sent, {});
     }
-    gateway.pause(settings.delay, stop);
+    gateway.pause(settings.delay, origin.stop.get_token());
     return isStarted;
 }

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QString>
-
-#include <stop_token>
+#include "messaging/GatewayRequest.h"
 
 class GatewayClient;
 
@@ -14,10 +12,10 @@ QString cutToLength(const QString &text);
 /// The message is cut to 160 user-perceived characters. It waits for its turn, and account, sender and
 /// override number are those that the preferences have when it leaves; the delay is read now. When the
 /// account identifier or the secret cannot stand in an address as it is, the message is refused with a
-/// diagnostic line. What the gateway answers goes to the diagnostic lines only. Not to be called on the main
-/// thread. \param run  what the message belongs to; the client tells by it which messages were never sent
+/// diagnostic line. What the gateway answers goes to the diagnostic lines, to the journal and to whoever
+/// follows the message. Not to be called on the main thread.
 ///
-/// False when the message was refused, or was not sent because the client has been closed.
-/// \param stop  from then on it is not sent, either
+/// False when the message was refused, or was not sent because the client has been closed or the message is
+/// no longer wanted.
 bool sendTextMessage(const QString &message, const QString &phoneNo, GatewayClient &gateway,
-                     const void *run = nullptr, const std::stop_token &stop = {});
+                     const MessageOrigin &origin = {});

@@ -38,7 +38,7 @@ Program::Program(TaskManager &manager, NotificationCenter &systemNotices, const 
                  const GatewayAddress &gateway)
     : news(finishEarlierWrites(folders.state))
     , draft(folders.state + u"/begun-task"_s)
-    , scheduleRuns(manager.defaults, gateway)
+    , scheduleRuns(manager.defaults, gateway, folders.data)
     , versions(folders.state)
     , screens({manager, notices, systemNotices, colorPanel, draft, folders.data}, scheduleRuns, versions,
               {folders.documents, folders.state})

@@ -285,11 +285,11 @@ private slots:
         const int one = 0;
         const int other = 0;
         for (int number = 0; number < 20; ++number)
-            sendTextMessage(u"x"_s, u"1"_s, gateway, &one);
-        sendTextMessage(u"x"_s, u"2"_s, gateway, &other);
+            sendTextMessage(u"x"_s, u"1"_s, gateway, {&one});
+        sendTextMessage(u"x"_s, u"2"_s, gateway, {&other});
         QCOMPARE(gateway.drain(&other), 0); // although those of the first have to wait
         account.preferences.store({{messagingKey::notifications, false}});
-        sendTextMessage(u"x"_s, u"3"_s, gateway, &other);
+        sendTextMessage(u"x"_s, u"3"_s, gateway, {&other});
         QVERIFY(gateway.drain(&one) == 19 && gateway.drain(&other) == 1 && gateway.drain(&one) == 0);
     }
 };

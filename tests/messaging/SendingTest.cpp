@@ -149,7 +149,7 @@ struct Office
     Account account;
     QTemporaryDir folder;
     TaskManager manager{account.preferences};
-    ScheduleRuns runs{account.preferences, addressOf(server)};
+    ScheduleRuns runs{account.preferences, addressOf(server), folder.path()};
     std::unique_ptr<ViewControllerSending> screen;
 };
 

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "journal/SentMessage.h"
+
+#include <QSet>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QVariant>
+
+#include <vector>
+
+class QSqlError;
+
+/// One connection to the journal of messages: the SQLite file `Messages.sqlite`, which only the user may
+/// read. Made, used and destroyed on one thread; others may have connections of their own.
+class JournalStore
+{
+public:
+    /// \param folder  where the file is; made when needed
+    explicit JournalStore(const QString &folder);
+    ~JournalStore();
+    JournalStore(const JournalStore &) = delete;
+    JournalStore &operator=(const JournalStore &) = delete;
+
+    /// Opens the file, or makes it; true when it is open. A damaged one is put aside.
+    bool open();
+    /// Why the last operation failed, in plain words.
+    const QString &problem() const { return reason; }
+    /// Where a damaged file was put, since this was last asked; empty for none.
+    QString takeAsidePath() { return std::exchange(asidePath, QString()); }
+
+    /// When what is written is safe: at once from a crash of the program, or also from a power cut.
+    enum class Durability { Process, Machine };
+    /// Writes messages that are about to be handed over, and what has become of others; all of it or nothing.
+    bool write(const std::vector<SentMessage> &begun, const std::vector<SentMessage> &ended,
+               Durability durability);
+    /// Removes what is older than a year.
+    bool removeOld();
+    /// Removes what went to the person, or everything, from the file. \param person  nothing for everything
+    bool forget(const std::optional<QString> &person);
+    /// The number is no longer one of those that said no.
+    bool tryAgain(const QString &number);
+
+    /// The identifiers of the messages, the newest first, in whose person, number or text the words stand,
+    /// whatever their case. \param person  whose messages alone; empty for everybody's
+    std::vector<qint64> find(const QString &words, const QString &person = {});
+    /// The messages with these identifiers, in no order; those that are gone are left out.
+    std::vector<SentMessage> messages(const std::vector<qint64> &identifiers);
+    /// What was sent to people for days in this range and may have arrived, the oldest first.
+    std::vector<SentMessage> sentFor(QDate firstDay, QDate lastDay);
+    /// To whom messages went, in alphabetical order.
+    QStringList people();
+    /// The numbers whose owners have said that they want no messages.
+    QSet<QString> declinedNumbers();
+
+private:
+    bool connect();
+    void close();
+    bool prepare();
+    bool createTables();
+    bool putAside();
+    bool run(QSqlQuery &query);
+    bool run(QSqlQuery &prepared, const QVariantList &values);
+    bool run(const QString &statement);
+    bool fail(const QSqlError &error);
+    bool writeAll(const std::vector<SentMessage> &begun, const std::vector<SentMessage> &ended);
+    bool noteDeclined(const SentMessage &message);
+    std::vector<SentMessage> select(QSqlQuery &query);
+
+    QString path;
+    QString connection;
+    QSqlDatabase database;
+    std::optional<QSqlQuery> insert;
+    std::optional<QSqlQuery> update;
+    std::optional<QSqlQuery> decline;
+    std::optional<QSqlQuery> undecline;
+    QString reason;
+    int errorCode = 0; ///< of SQLite
+    QString asidePath;
+};
