@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 static const QHash<QString, int> storeys = {
     {u"program"_s, 7}, {u"mainwindow"_s, 6}, {u"versions"_s, 5}, {u"forms"_s, 4},    {u"messaging"_s, 4},
     {u"tools"_s, 4},   {u"cloud"_s, 4},      {u"contacts"_s, 4}, {u"taskfile"_s, 4}, {u"model"_s, 3},
-    {u"app"_s, 2},     {u"guide"_s, 2},      {u"widgets"_s, 1},  {u"platform"_s, 0},
+    {u"app"_s, 2},     {u"guide"_s, 2},      {u"widgets"_s, 1},  {u"phone"_s, 1},    {u"platform"_s, 0},
 };
 
 static bool mayInclude(const QString &folder, const QString &target)
