@@ -1,0 +1,59 @@
+#include "contacts/ContactRemark.h"
+
+#include "contacts/ContactTable.h"
+
+#include <QItemSelectionModel>
+#include <QLabel>
+#include <QPushButton>
+#include <QTableView>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+ContactRemark::ContactRemark(QTableView &ofContacts, const ContactTable &table, QWidget *parent)
+    : QWidget(parent)
+    , view(ofContacts)
+    , contacts(table)
+    , sentences(new QLabel(this))
+    , correct(new QPushButton(this))
+{
+    sentences->setObjectName(u"contactRemark"_s);
+    sentences->setTextFormat(Qt::PlainText);
+    sentences->setWordWrap(true);
+    sentences->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    sentences->setMinimumHeight(2 * fontMetrics().lineSpacing());
+    correct->setObjectName(u"correctButton"_s);
+    correct->setAutoDefault(false);
+    QSizePolicy policy = correct->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    correct->setSizePolicy(policy);
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins({});
+    column->addWidget(sentences);
+    column->addWidget(correct, 0, Qt::AlignLeft);
+    setTabOrder(&view, correct);
+    hide();
+    delay.setSingleShot(true);
+    delay.setInterval(0);
+    connect(&delay, &QTimer::timeout, this, &ContactRemark::showRemark);
+    connect(correct, &QPushButton::clicked, this,
+            [this] { emit correctionWanted(view.currentIndex().row()); });
+    const auto update = qOverload<>(&QTimer::start);
+    connect(view.selectionModel(), &QItemSelectionModel::currentRowChanged, &delay, update);
+    for (const auto change : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
+        connect(&contacts, change, &delay, update);
+    connect(&contacts, &QAbstractItemModel::dataChanged, &delay, update);
+    connect(&contacts, &QAbstractItemModel::modelReset, &delay, update);
+}
+
+void ContactRemark::showRemark()
+{
+    const int row = view.currentIndex().row();
+    const QString words = row < 0 ? QString() : contacts.remark(row);
+    const QString number = row < 0 ? QString() : contacts.correctedNumber(row);
+    sentences->setText(words);
+    correct->setText(u"Co&rrect to %1"_s.arg(number));
+    correct->setVisible(!number.isEmpty());
+    if (!words.isEmpty())
+        show();
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+
+class ContactTable;
+class QLabel;
+class QPushButton;
+class QTableView;
+
+/// Says below a table of contacts what is remarkable about the current one, and offers to put its number
+/// right. It comes up with the first remark and keeps its place then.
+class ContactRemark : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// \param view  shows the contacts; both have to outlive this
+    ContactRemark(QTableView &view, const ContactTable &contacts, QWidget *parent);
+
+signals:
+    /// The number of the contact in this row is to be put right.
+    void correctionWanted(int row);
+
+private:
+    void showRemark();
+
+    QTableView &view;
+    const ContactTable &contacts;
+    QLabel *sentences;
+    QPushButton *correct;
+    QTimer delay; ///< several changes at once are one
+};
