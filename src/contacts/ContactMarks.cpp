@@ -11,6 +11,7 @@ ContactMarks::ContactMarks(const QList<Contact> &ofTable, NumberCheck &check)
     , numbers(check)
     , icon(u":/icons/warning.svg"_s)
 {
+    icon.addFile(u":/icons/warning.svg"_s, {}, QIcon::Selected); // as it is, not in the selection's colour
 }
 
 void ContactMarks::forget()

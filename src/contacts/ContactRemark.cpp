@@ -6,11 +6,11 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QTableView>
-#include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
-ContactRemark::ContactRemark(QTableView &ofContacts, const ContactTable &table, QWidget *parent)
+ContactRemark::ContactRemark(QTableView &ofContacts, const ContactTable &table,
+                             QBoxLayout::Direction direction, QWidget *parent)
     : QWidget(parent)
     , view(ofContacts)
     , contacts(table)
@@ -21,16 +21,17 @@ ContactRemark::ContactRemark(QTableView &ofContacts, const ContactTable &table, 
     sentences->setTextFormat(Qt::PlainText);
     sentences->setWordWrap(true);
     sentences->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    sentences->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     sentences->setMinimumHeight(2 * fontMetrics().lineSpacing());
     correct->setObjectName(u"correctButton"_s);
     correct->setAutoDefault(false);
     QSizePolicy policy = correct->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     correct->setSizePolicy(policy);
-    auto *column = new QVBoxLayout(this);
-    column->setContentsMargins({});
-    column->addWidget(sentences);
-    column->addWidget(correct, 0, Qt::AlignLeft);
+    auto *layout = new QBoxLayout(direction, this);
+    layout->setContentsMargins({});
+    layout->addWidget(sentences, direction == QBoxLayout::LeftToRight ? 1 : 0);
+    layout->addWidget(correct, 0, Qt::AlignLeft | Qt::AlignTop);
     setTabOrder(&view, correct);
     hide();
     delay.setSingleShot(true);

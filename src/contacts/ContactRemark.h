@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QBoxLayout>
 #include <QTimer>
 #include <QWidget>
 
@@ -15,8 +16,10 @@ class ContactRemark : public QWidget
     Q_OBJECT
 
 public:
-    /// \param view  shows the contacts; both have to outlive this
-    ContactRemark(QTableView &view, const ContactTable &contacts, QWidget *parent);
+    /// \param view       shows the contacts; both have to outlive this
+    /// \param direction  from the sentences to the button
+    ContactRemark(QTableView &view, const ContactTable &contacts, QBoxLayout::Direction direction,
+                  QWidget *parent);
 
 signals:
     /// The number of the contact in this row is to be put right.

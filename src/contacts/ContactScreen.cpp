@@ -41,7 +41,7 @@ void ContactScreen::showContacts(ContactTable &contacts, const QString &title, c
     ui->table->setTable(contacts);
     shown = &contacts;
     contacts.check(numbers);
-    auto *remark = new ContactRemark(*ui->table, contacts, this);
+    auto *remark = new ContactRemark(*ui->table, contacts, QBoxLayout::LeftToRight, this);
     ui->mainLayout->insertWidget(ui->mainLayout->indexOf(ui->table) + 1, remark);
     connect(remark, &ContactRemark::correctionWanted, this, [this](int row) {
         ui->table->endEditing();

@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 void ViewControllerSending::markContacts(QBoxLayout &column, QTableView &table, ContactTable &contacts)
 {
     contacts.check(numbers);
-    auto *remark = new ContactRemark(table, contacts, this);
+    auto *remark = new ContactRemark(table, contacts, QBoxLayout::TopToBottom, this);
     column.insertWidget(column.indexOf(&table) + 1, remark);
     connect(remark, &ContactRemark::correctionWanted, this, [this, &table, &contacts](int row) {
         correctNumber(table, contacts, row);
