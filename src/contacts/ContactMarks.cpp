@@ -114,7 +114,7 @@ QVariant ContactMarks::data(int row, Contact::Attribute attribute, int role)
         return ifRemarkable([](const QString &words) { return words; });
     case Qt::AccessibleTextRole:
         return ifRemarkable([&](const QString &words) {
-            return contacts[row].value(attribute).value_or(QString()) + u" – "_s + words;
+            return isMissing ? words : *contacts[row].value(attribute) + u" – "_s + words;
         });
     default:
         return {};

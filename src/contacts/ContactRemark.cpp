@@ -34,11 +34,18 @@ ContactRemark::ContactRemark(QTableView &ofContacts, const ContactTable &table,
     layout->addWidget(correct, 0, Qt::AlignLeft | Qt::AlignTop);
     setTabOrder(&view, correct);
     hide();
+    connectActions();
+}
+
+void ContactRemark::connectActions()
+{
     delay.setSingleShot(true);
     delay.setInterval(0);
     connect(&delay, &QTimer::timeout, this, &ContactRemark::showRemark);
-    connect(correct, &QPushButton::clicked, this,
-            [this] { emit correctionWanted(view.currentIndex().row()); });
+    connect(correct, &QPushButton::clicked, this, [this] {
+        if (view.currentIndex().isValid())
+            emit correctionWanted(view.currentIndex().row(), offered);
+    });
     const auto update = qOverload<>(&QTimer::start);
     connect(view.selectionModel(), &QItemSelectionModel::currentRowChanged, &delay, update);
     for (const auto change : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
@@ -51,10 +58,10 @@ void ContactRemark::showRemark()
 {
     const int row = view.currentIndex().row();
     const QString words = row < 0 ? QString() : contacts.remark(row);
-    const QString number = row < 0 ? QString() : contacts.correctedNumber(row);
+    offered = row < 0 ? QString() : contacts.correctedNumber(row);
     sentences->setText(words);
-    correct->setText(u"Co&rrect to %1"_s.arg(number));
-    correct->setVisible(!number.isEmpty());
+    correct->setText(u"Co&rrect to %1"_s.arg(offered));
+    correct->setVisible(!offered.isEmpty());
     if (!words.isEmpty())
         show();
 }

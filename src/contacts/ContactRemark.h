@@ -22,15 +22,17 @@ public:
                   QWidget *parent);
 
 signals:
-    /// The number of the contact in this row is to be put right.
-    void correctionWanted(int row);
+    /// The number of the contact in this row is to be written so.
+    void correctionWanted(int row, const QString &number);
 
 private:
+    void connectActions();
     void showRemark();
 
     QTableView &view;
     const ContactTable &contacts;
     QLabel *sentences;
     QPushButton *correct;
-    QTimer delay; ///< several changes at once are one
+    QString offered; ///< the number on the button
+    QTimer delay;    ///< several changes at once are one
 };

@@ -43,9 +43,9 @@ void ContactScreen::showContacts(ContactTable &contacts, const QString &title, c
     contacts.check(numbers);
     auto *remark = new ContactRemark(*ui->table, contacts, QBoxLayout::LeftToRight, this);
     ui->mainLayout->insertWidget(ui->mainLayout->indexOf(ui->table) + 1, remark);
-    connect(remark, &ContactRemark::correctionWanted, this, [this](int row) {
+    connect(remark, &ContactRemark::correctionWanted, this, [this](int row, const QString &number) {
         ui->table->endEditing();
-        shown->correctNumber(row);
+        shown->correctNumber(row, number);
         ui->table->setFocus(); // the button goes
     });
     connect(&contacts.steps(), &QUndoStack::indexChanged, this, &ContactScreen::tellOfRemoval);

@@ -83,11 +83,10 @@ QString ContactTable::correctedNumber(int row) const
     return marks ? marks->correctedNumber(row) : QString();
 }
 
-void ContactTable::correctNumber(int row)
+bool ContactTable::correctNumber(int row, const QString &corrected)
 {
-    const QString corrected = correctedNumber(row);
-    if (!corrected.isEmpty())
-        setData(index(row, Contact::PhoneNo), corrected);
+    return !corrected.isEmpty() && corrected == correctedNumber(row) &&
+           setData(index(row, Contact::PhoneNo), corrected);
 }
 
 int ContactTable::add()

@@ -30,8 +30,8 @@ public:
     QString remark(int row) const;
     /// The contact's number as it should be written; empty when it is right, or when that is not known.
     QString correctedNumber(int row) const;
-    /// Writes the number so.
-    void correctNumber(int row);
+    /// Writes the number as it should be; false when that is no longer what the caller has been told.
+    bool correctNumber(int row, const QString &corrected);
 
     /// Fills it anew from the same context. What was done before can no longer be taken back.
     void reload();

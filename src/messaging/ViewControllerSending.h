@@ -60,7 +60,7 @@ private:
     RunSnapshot snapshotOf(RecipientKind kind, std::vector<ScheduledTask> tasks) const;
     bool areContactsNewest(const QString &consequence);
     void markContacts(QBoxLayout &column, QTableView &table, ContactTable &contacts);
-    void correctNumber(QTableView &table, ContactTable &contacts, int row);
+    void correctNumber(QTableView &table, ContactTable &contacts, int row, const QString &number);
     void follow(const ScheduleRun &run);
     void showProgress(const ScheduleRun &run);
 

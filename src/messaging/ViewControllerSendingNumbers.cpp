@@ -14,18 +14,19 @@ void ViewControllerSending::markContacts(QBoxLayout &column, QTableView &table, 
     contacts.check(numbers);
     auto *remark = new ContactRemark(table, contacts, QBoxLayout::TopToBottom, this);
     column.insertWidget(column.indexOf(&table) + 1, remark);
-    connect(remark, &ContactRemark::correctionWanted, this, [this, &table, &contacts](int row) {
-        correctNumber(table, contacts, row);
-        table.setFocus(); // the button may have gone
-    });
+    connect(remark, &ContactRemark::correctionWanted, this,
+            [this, &table, &contacts](int row, const QString &number) {
+                correctNumber(table, contacts, row, number);
+                table.setFocus(); // the button may have gone
+            });
 }
 
 /// Writes the number as it should be, in the store as well, unless it was changed elsewhere meanwhile: then
 /// the table shows what it is now.
-void ViewControllerSending::correctNumber(QTableView &table, ContactTable &contacts, int row)
+void ViewControllerSending::correctNumber(QTableView &table, ContactTable &contacts, int row,
+                                          const QString &number)
 {
     const Contact contact = contacts.contact(row);
-    const std::optional<QString> shown = contact.phoneNo();
     if (!areContactsNewest(u"The number has not been corrected."_s))
         return;
     for (row = 0; row < contacts.rowCount() && !(contacts.contact(row) == contact);)
@@ -34,10 +35,7 @@ void ViewControllerSending::correctNumber(QTableView &table, ContactTable &conta
         return;
     table.selectionModel()->setCurrentIndex(contacts.index(row, Contact::PhoneNo),
                                             QItemSelectionModel::NoUpdate);
-    if (contact.phoneNo() != shown)
-        return;
-    contacts.correctNumber(row);
-    if (persistentContainer.save())
+    if (!contacts.correctNumber(row, number) || persistentContainer.save())
         return;
     contacts.steps().undo();
     alertMessage(this, u"The number stays as it was, since it could not be saved in %1: %2."_s.arg(

@@ -45,7 +45,6 @@ private slots:
             {none, u"+49 151 55501422 ext. 5"_s, more, u"+49 1515 5501422"_s},
             {none, u"+1 800 FLOWERS"_s, more, u"+1 800-356-9377"_s},
             {none, u"+49 30 123456"_s, landline, none},
-            {none, u"+39 06 1234 5678"_s, landline, none},
             {none, u"110"_s, u"The number is too short."_s, none},
             {none, u"+1 555 0100"_s, u"The number is too short."_s, none},
             {none, u"+49 151 555014212345678"_s, u"The number is too long."_s, none},
