@@ -103,7 +103,7 @@ BENCHMARK(readRowsYardstick)->Unit(benchmark::kMillisecond)->UseRealTime();
 void removeAndBringBack(benchmark::State &state)
 {
     const SampleStore store(most);
-    ViewControllerClientMgmt screen(store.path());
+    ViewControllerClientMgmt screen({store.path()});
     screen.show();
     auto *table = screen.findChild<QTableView *>();
     const auto remove = [&] {

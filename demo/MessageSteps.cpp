@@ -1,10 +1,12 @@
 #include "Gateway.h"
 #include "Steps.h"
 #include "Tour.h"
+#include "support/Dialogs.h"
 
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QTest>
 #include <QUrlQuery>
 
 #include <algorithm>
@@ -13,7 +15,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString sendingPhoneNo = u"+1 555 0100"_s;
+const QString sendingPhoneNo = u"+49 151 5550100"_s;
+const QString correctedPhoneNo = u"+49 1515550142"_s; // of the team member
 const QString title = u"Your garden, your week"_s;
 const QString footer = u"Questions? Just call."_s;
 
@@ -59,6 +62,24 @@ void checkReceived(Stage &stage, const Gateway &gateway, qsizetype earlier, cons
         stage.same(texts.filter(words).size(), 1, u"messages that say "_s + words);
 }
 
+/// Presses the button that offers the team member's number as it should be.
+void correctFirst(QDialog &screen, QTableView &table)
+{
+    hand::clickCell(table, table.model()->index(0, 1));
+    hand::settle();
+    choose(screen, u"Correct to "_s + correctedPhoneNo);
+}
+
+/// Adds a contact; the texts are typed into the cells.
+void add(const QDialog &screen, const QString &name, const QString &phoneNo)
+{
+    hand::click(hand::child<QPushButton>(screen, u"addButton"_s));
+    hand::typeInto(screen, name);
+    QTest::keyClick(screen.focusWidget(), Qt::Key_Tab);
+    hand::typeInto(screen, phoneNo);
+    QTest::keyClick(screen.focusWidget(), Qt::Key_Return);
+}
+
 /// Waits until the screen's line about the run ends with the words.
 void waitUntilItSays(const QDialog &screen, const QString &words)
 {
@@ -88,6 +109,31 @@ void setUpAccount(Tour &tour)
     tour.stage.check(!screen.isVisible(), u"the settings are closed"_s);
 }
 
+void lookAtNumbers(Tour &tour, const Person &teamMember)
+{
+    tour.stage.step(u"Contacts that need a look are marked, and what is corrected can be taken back"_s);
+    hand::choose(tour.window, u"Contacts"_s, u"Team Members…"_s);
+    QDialog &screen = hand::openWindow(u"ViewControllerTeamMgmt"_s);
+    for (const auto &[name, phoneNo] : {std::pair(u"Bruno Maier"_s, u"+49 30 123456"_s),
+                                        {u"bruno maier"_s, u"+49 176 1234567"_s},
+                                        {u"Carla"_s, u""_s},
+                                        {u"Dan"_s, u"12"_s},
+                                        {u"Emma"_s, u"+49 176 7654321"_s}})
+        add(screen, name, phoneNo);
+    auto &table = hand::child<QTableView>(screen);
+    hand::clickCell(table, table.model()->index(0, 1));
+    tour.takePicturesOf(screen, u"marked-contacts"_s);
+    correctFirst(screen, table);
+    const auto phoneNo = [&table] {
+        return table.model()->index(0, 1).data().toString();
+    };
+    tour.stage.same(phoneNo(), correctedPhoneNo, u"the corrected number"_s);
+    while (table.model()->rowCount() > 1)
+        hand::shortcut(screen, Qt::Key_Z, Qt::ControlModifier);
+    tour.stage.same(phoneNo(), teamMember.phoneNo, u"the number as it was"_s);
+    hand::click(hand::child<QPushButton>(screen, u"okButton"_s));
+}
+
 void textClient(Tour &tour, Gateway &gateway, const Person &client)
 {
     tour.stage.step(u"A client is texted their schedule"_s);
@@ -105,10 +151,15 @@ void textClient(Tour &tour, Gateway &gateway, const Person &client)
 
 void textTeamMember(Tour &tour, Gateway &gateway, const Person &teamMember)
 {
-    tour.stage.step(u"So is a team member, although the screen is closed in the middle"_s);
+    tour.stage.step(
+        u"So is a team member, whose number is corrected first, although the screen is closed in the middle"_s);
     const qsizetype earlier = gateway.requests().size();
     QDialog &screen = openSending(tour);
     hand::click(hand::child<QCheckBox>(screen, u"allTeamMembers"_s));
+    auto &table = hand::child<QTableView>(screen, u"teamMembers"_s);
+    hand::clickCell(table, table.model()->index(0, 1));
+    tour.takePicturesOf(screen, u"number-to-correct"_s);
+    correctFirst(screen, table);
     std::unique_lock held(gateway.answers);
     hand::click(hand::child<QPushButton>(screen, u"sendMsgTeamMembers"_s));
     hand::waitFor([&] { return gateway.requests().size() > earlier; }, u"nothing is sent"_s);
@@ -122,6 +173,6 @@ void textTeamMember(Tour &tour, Gateway &gateway, const Person &teamMember)
     waitUntilItSays(again, u"messages are still being sent"_s);
     hand::shortcut(again, Qt::Key_Escape, {});
     held.unlock();
-    checkReceived(tour.stage, gateway, earlier, teamMember,
+    checkReceived(tour.stage, gateway, earlier, {teamMember.name, correctedPhoneNo},
                   tasksOf(teamMember, ListRow::TeamMember, tour.expected));
 }

@@ -32,6 +32,7 @@ void shareTask(Tour &tour);
 
 // Messages.
 void setUpAccount(Tour &tour);
+void lookAtNumbers(Tour &tour, const Person &teamMember);
 void textClient(Tour &tour, Gateway &gateway, const Person &client);
 void textTeamMember(Tour &tour, Gateway &gateway, const Person &teamMember);
 

@@ -49,6 +49,7 @@ static void goThroughSteps(Tour &tour, Gateway &gateway)
     editTask(tour);
     shareTask(tour);
     setUpAccount(tour);
+    lookAtNumbers(tour, teamMember);
     textClient(tour, gateway, client);
     textTeamMember(tour, gateway, teamMember);
     writeNotes(tour);

@@ -18,6 +18,11 @@ const ObjectModel &contactModel()
     return model;
 }
 
+QString matchedName(const QString &name)
+{
+    return name.toLower().normalized(QString::NormalizationForm_C);
+}
+
 Clients::Clients(ObjectContext &context)
     : Contact(clients, context)
 {

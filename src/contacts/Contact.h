@@ -7,6 +7,10 @@ struct ObjectModel;
 /// The model of the contact store, named "Model".
 const ObjectModel &contactModel();
 
+/// The name in the form in which names are compared: letter case and the ways to encode an accent make no
+/// difference.
+QString matchedName(const QString &name);
+
 /// Somebody the business knows: a name and a phone number, each a free text or absent.
 class Contact : public ManagedObject
 {

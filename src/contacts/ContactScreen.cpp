@@ -1,5 +1,6 @@
 #include "contacts/ContactScreen.h"
 
+#include "contacts/ContactRemark.h"
 #include "ui_ContactScreen.h"
 #include "widgets/Banner.h"
 
@@ -9,10 +10,11 @@
 
 using namespace Qt::StringLiterals;
 
-ContactScreen::ContactScreen(const QString &dataFolder, QWidget *parent)
+ContactScreen::ContactScreen(const Services &services, QWidget *parent)
     : Screen(parent)
     , ui(setUpForm<Ui::ContactScreen>(*this))
-    , persistentContainer(contactModel(), dataFolder)
+    , persistentContainer(contactModel(), services.dataFolder)
+    , numbers(services.sendingNumber)
     , report(*ui->mainLayout, [this] { return unsaved(); })
     , removal(new Banner(this))
 {
@@ -38,6 +40,14 @@ void ContactScreen::showContacts(ContactTable &contacts, const QString &title, c
     ui->table->setAccessibleName(title);
     ui->table->setTable(contacts);
     shown = &contacts;
+    contacts.check(numbers);
+    auto *remark = new ContactRemark(*ui->table, contacts, QBoxLayout::LeftToRight, this);
+    ui->mainLayout->insertWidget(ui->mainLayout->indexOf(ui->table) + 1, remark);
+    connect(remark, &ContactRemark::correctionWanted, this, [this](int row, const QString &number) {
+        ui->table->endEditing();
+        shown->correctNumber(row, number);
+        ui->table->setFocus(); // the button goes
+    });
     connect(&contacts.steps(), &QUndoStack::indexChanged, this, &ContactScreen::tellOfRemoval);
     ui->addButton->setToolTip(addTip);
     ui->removeButton->setToolTip(removeTip);
@@ -95,8 +105,8 @@ QByteArray ContactScreen::asText() const
     const QAbstractItemModel &contacts = *ui->table->model();
     QByteArray lines;
     for (int row = 0; row < contacts.rowCount(); ++row)
-        lines += contacts.index(row, Contact::Name).data().toString().toUtf8() + '\t' +
-                 contacts.index(row, Contact::PhoneNo).data().toString().toUtf8() + '\n';
+        lines += contacts.index(row, Contact::Name).data(Qt::EditRole).toString().toUtf8() + '\t' +
+                 contacts.index(row, Contact::PhoneNo).data(Qt::EditRole).toString().toUtf8() + '\n';
     return lines;
 }
 

@@ -3,6 +3,7 @@
 #include "contacts/ContactTable.h"
 #include "contacts/ContactTableView.h"
 #include "contacts/PersistentContainer.h"
+#include "phone/NumberCheck.h"
 #include "widgets/FileReport.h"
 #include "widgets/Screen.h"
 
@@ -21,11 +22,16 @@ class ContactScreen : public Screen
     Q_OBJECT
 
 public:
+    struct Services
+    {
+        QString dataFolder;         ///< where the contact store is
+        QString sendingNumber = {}; ///< from which texts come, in any form; its country is assumed for others
+    };
+
     ~ContactScreen() override;
 
 protected:
-    /// \param dataFolder  where the contact store is
-    ContactScreen(const QString &dataFolder, QWidget *parent);
+    ContactScreen(const Services &services, QWidget *parent);
 
     /// Puts these contacts, and the words for them, into the window.
     void showContacts(ContactTable &contacts, const QString &title, const QString &addTip,
@@ -45,6 +51,7 @@ private:
     QByteArray asText() const;
     Unsaved unsaved();
 
+    NumberCheck numbers;
     FileReport report;
     Banner *removal; ///< of the last step, if it removed contacts
     int shownSteps = 0;

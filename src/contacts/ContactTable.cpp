@@ -51,10 +51,42 @@ void ContactTable::reload()
 {
     doneSteps.clear(); // the rows may be others
     beginResetModel();
+    forgetMarks();
     contacts.clear();
     for (const ManagedObject &object : context->fetch({*entity}))
         contacts.append(Contact(object));
     endResetModel();
+}
+
+void ContactTable::check(NumberCheck &numbers)
+{
+    marks = std::make_unique<ContactMarks>(contacts, numbers);
+}
+
+void ContactTable::forgetMarks()
+{
+    if (marks)
+        marks->forget();
+}
+
+QString ContactTable::remark(int row) const
+{
+    if (!marks)
+        return {};
+    QStringList sentences{marks->remark(row, Contact::Name), marks->remark(row, Contact::PhoneNo)};
+    sentences.removeAll(QString());
+    return sentences.join(u' ');
+}
+
+QString ContactTable::correctedNumber(int row) const
+{
+    return marks ? marks->correctedNumber(row) : QString();
+}
+
+bool ContactTable::correctNumber(int row, const QString &corrected)
+{
+    return !corrected.isEmpty() && corrected == correctedNumber(row) &&
+           setData(index(row, Contact::PhoneNo), corrected);
 }
 
 int ContactTable::add()
@@ -92,11 +124,13 @@ void ContactTable::insert(const Rows &rows)
         }
         all.append({kept, contacts.cend()});
         contacts = all;
+        forgetMarks();
         endResetModel();
     } else {
         for (const auto &[row, contact] : rows) {
             beginInsertRows({}, row, row);
             contacts.insert(row, contact);
+            forgetMarks();
             endInsertRows();
         }
     }
@@ -110,6 +144,7 @@ void ContactTable::take(const Rows &rows)
     if (rows.size() > mostOneByOne) {
         beginResetModel();
         contacts.removeIf([](const Contact &contact) { return contact.isDeleted(); });
+        forgetMarks();
         endResetModel();
         return;
     }
@@ -117,6 +152,7 @@ void ContactTable::take(const Rows &rows)
         const int row = entry->first;
         beginRemoveRows({}, row, row);
         contacts.removeAt(row);
+        forgetMarks();
         endRemoveRows();
     }
 }
@@ -133,9 +169,12 @@ int ContactTable::columnCount(const QModelIndex &parent) const
 
 QVariant ContactTable::data(const QModelIndex &index, int role) const
 {
-    if (role != Qt::DisplayRole && role != Qt::EditRole)
-        return {};
-    return contacts[index.row()].value(size_t(index.column())).value_or(QString());
+    const auto attribute = Contact::Attribute(index.column());
+    const QVariant mark =
+        marks && role != Qt::EditRole ? marks->data(index.row(), attribute, role) : QVariant();
+    if (mark.isValid() || (role != Qt::DisplayRole && role != Qt::EditRole))
+        return mark;
+    return contacts[index.row()].value(attribute).value_or(QString());
 }
 
 bool ContactTable::setData(const QModelIndex &index, const QVariant &value, int role)
@@ -156,8 +195,12 @@ bool ContactTable::setData(const QModelIndex &index, const QVariant &value, int 
 void ContactTable::setText(int row, Contact::Attribute attribute, const std::optional<QString> &text)
 {
     contacts[row].setValue(attribute, text);
+    forgetMarks();
     const QModelIndex cell = index(row, int(attribute));
     emit dataChanged(cell, cell);
+    if (marks) // those of others, too, that have or had the same name or number
+        emit dataChanged(index(0, 0), index(rowCount() - 1, Contact::PhoneNo),
+                         {Qt::DecorationRole, Qt::ToolTipRole, Qt::AccessibleTextRole});
     emit touched(row);
 }
 

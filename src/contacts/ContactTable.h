@@ -1,11 +1,13 @@
 #pragma once
 
 #include "contacts/Contact.h"
+#include "contacts/ContactMarks.h"
 
 #include <QAbstractTableModel>
 #include <QUndoStack>
 
 #include <functional>
+#include <memory>
 #include <utility>
 
 /// The contacts of one kind as an editable table of names and phone numbers. Whatever is done to it can be
@@ -21,6 +23,15 @@ public:
     {
         fill(ofScreen, Record::fetchRequest(), [&ofScreen]() -> Contact { return Record(ofScreen); });
     }
+
+    /// Marks from now on what is remarkable about the contacts. The numbers have to outlive the table.
+    void check(NumberCheck &numbers);
+    /// What is remarkable about the contact in this row, in sentences.
+    QString remark(int row) const;
+    /// The contact's number as it should be written; empty when it is right, or when that is not known.
+    QString correctedNumber(int row) const;
+    /// Writes the number as it should be; false when that is no longer what the caller has been told.
+    bool correctNumber(int row, const QString &corrected);
 
     /// Fills it anew from the same context. What was done before can no longer be taken back.
     void reload();
@@ -52,11 +63,13 @@ private:
     void fill(ObjectContext &ofScreen, const FetchRequest &request, std::function<Contact()> insertion);
     void insert(const Rows &rows);
     void take(const Rows &rows);
+    void forgetMarks();
     void setText(int row, Contact::Attribute attribute, const std::optional<QString> &text);
 
     ObjectContext *context = nullptr;
     const Entity *entity = nullptr;
     std::function<Contact()> create;
     QList<Contact> contacts;
+    std::unique_ptr<ContactMarks> marks; ///< none as long as nothing is checked
     QUndoStack doneSteps;
 };

@@ -5,8 +5,8 @@
 
 using namespace Qt::StringLiterals;
 
-ViewControllerClientMgmt::ViewControllerClientMgmt(const QString &dataFolder, QWidget *parent)
-    : ContactScreen(dataFolder, parent)
+ViewControllerClientMgmt::ViewControllerClientMgmt(const Services &services, QWidget *parent)
+    : ContactScreen(services, parent)
     , clientTableView(*ui->table)
     , clientTable(clientTableView)
 {

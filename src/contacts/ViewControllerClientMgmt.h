@@ -8,8 +8,7 @@ class ViewControllerClientMgmt : public ContactScreen
     Q_OBJECT
 
 public:
-    /// \param dataFolder  where the contact store is
-    explicit ViewControllerClientMgmt(const QString &dataFolder, QWidget *parent = nullptr);
+    explicit ViewControllerClientMgmt(const Services &services, QWidget *parent = nullptr);
 
 public slots:
     void AddCient(QObject *) { clientTableView.addContact(); }

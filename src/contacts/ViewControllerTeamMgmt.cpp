@@ -4,8 +4,8 @@
 
 using namespace Qt::StringLiterals;
 
-ViewControllerTeamMgmt::ViewControllerTeamMgmt(const QString &dataFolder, QWidget *parent)
-    : ContactScreen(dataFolder, parent)
+ViewControllerTeamMgmt::ViewControllerTeamMgmt(const Services &services, QWidget *parent)
+    : ContactScreen(services, parent)
     , teamTable(*ui->table)
 {
     setObjectName(u"ViewControllerTeamMgmt"_s);

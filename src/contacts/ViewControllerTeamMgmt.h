@@ -8,8 +8,7 @@ class ViewControllerTeamMgmt : public ContactScreen
     Q_OBJECT
 
 public:
-    /// \param dataFolder  where the contact store is
-    explicit ViewControllerTeamMgmt(const QString &dataFolder, QWidget *parent = nullptr);
+    explicit ViewControllerTeamMgmt(const Services &services, QWidget *parent = nullptr);
 
 public slots:
     void AddTeamMember(QObject *) { teamTable.addContact(); }

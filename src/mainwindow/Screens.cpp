@@ -6,11 +6,13 @@
 #include "forms/ViewControllerAdd.h"
 #include "forms/ViewControllerEdit.h"
 #include "mainwindow/GuideProgram.h"
+#include "messaging/MessagingSettings.h"
 #include "messaging/ScheduleRuns.h"
 #include "messaging/ViewControllerSending.h"
 #include "messaging/ViewControllerSettings.h"
 #include "model/TaskManager.h"
 #include "platform/NotificationCenter.h"
+#include "platform/Preferences.h"
 #include "platform/TerminationSignals.h"
 #include "tools/ViewControllerNotes.h"
 #include "versions/ViewControllerVersions.h"
@@ -67,14 +69,20 @@ void Screens::openEditForm(QWidget &mainWindow)
     form->show();
 }
 
+QString Screens::sendingNumber() const
+{
+    return services.manager.defaults.text(messagingKey::sendingPhoneNo).value_or(QString());
+}
+
 void Screens::openClients(QWidget &mainWindow)
 {
-    open(clients, services.dataFolder, mainWindow, folders.state);
+    open(clients, ContactScreen::Services{services.dataFolder, sendingNumber()}, mainWindow, folders.state);
 }
 
 void Screens::openTeamMembers(QWidget &mainWindow)
 {
-    open(teamMembers, services.dataFolder, mainWindow, folders.state);
+    open(teamMembers, ContactScreen::Services{services.dataFolder, sendingNumber()}, mainWindow,
+         folders.state);
 }
 
 void Screens::openSending(QWidget &mainWindow)

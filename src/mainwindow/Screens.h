@@ -47,6 +47,9 @@ public:
     bool mayQuit() const;
 
 private:
+    /// From which texts are sent; empty when none is set.
+    QString sendingNumber() const;
+
     TaskFormServices services;
     ScheduleRuns &runs;
     VersionStore &store;

@@ -13,11 +13,6 @@ const QString &nameIn(const task &entry, RecipientKind kind)
     return kind == RecipientKind::Client ? entry.client : entry.teamMember;
 }
 
-QString matchedName(const QString &name)
-{
-    return name.toLower().normalized(QString::NormalizationForm_C);
-}
-
 std::vector<ScheduledTask> tasksForSchedules(RecipientKind kind, TaskList tasks)
 {
     std::ranges::stable_sort(tasks, {}, [](const SharedTask &entry) { return entry->date; });

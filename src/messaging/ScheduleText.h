@@ -1,5 +1,6 @@
 #pragma once
 
+#include "contacts/Contact.h"
 #include "model/task.h"
 
 #include <QHash>
@@ -17,10 +18,6 @@ struct Recipient
 };
 
 enum class RecipientKind { Client, TeamMember };
-
-/// The name in the form in which names are compared: letter case and the ways to encode an accent make no
-/// difference.
-QString matchedName(const QString &name);
 
 /// A task and, as by `matchedName`, the name of the recipient whose schedule it belongs to.
 struct ScheduledTask

@@ -72,6 +72,7 @@ ViewControllerSending::ViewControllerSending(const Services &services, QWidget *
     , manager(services.manager)
     , runs(services.runs)
     , persistentContainer(contactModel(), services.dataFolder)
+    , numbers(manager.defaults.text(messagingKey::sendingPhoneNo).value_or(QString()))
 {
     ui->setupUi(this);
     persistentContainer.loadPersistentStores();
@@ -84,6 +85,8 @@ ViewControllerSending::ViewControllerSending(const Services &services, QWidget *
         table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     for (DatePicker *picker : {ui->startSendDate, ui->endSendDate})
         picker->setMoment(Calendar::now());
+    markContacts(*ui->clientsColumn, *ui->clientsTable, clientsArray);
+    markContacts(*ui->teamMembersColumn, *ui->teamMembers, teamMembersArray);
     connectActions();
     connectPreview();
     showPreview();
@@ -190,7 +193,8 @@ void ViewControllerSending::SendScheduleToTeamMembers(QObject *)
 
 /// Reads the contacts anew when they were changed meanwhile. False when that changes whom the user has
 /// selected, who then is told.
-bool ViewControllerSending::areContactsNewest()
+/// \param consequence  more sentences to tell them
+bool ViewControllerSending::areContactsNewest(const QString &consequence)
 {
     const ObjectContext::Refresh result = managedObjectContext->refresh();
     if (result == ObjectContext::Refresh::Unchanged)
@@ -204,8 +208,7 @@ bool ViewControllerSending::areContactsNewest()
             return true;
         hindrance = u"No longer among the contacts: %1."_s.arg(enumeration(gone));
     }
-    alertMessage(this, hindrance + u" Nothing has been sent. Please look whom you have selected, and press "
-                                   "the button again."_s);
+    alertMessage(this, hindrance + u' ' + consequence);
     lastPress.start();
     return false;
 }
@@ -220,7 +223,8 @@ void ViewControllerSending::send(RecipientKind kind)
     for (DatePicker *picker : {ui->startSendDate, ui->endSendDate})
         if (!picker->commit()) // what is still being typed there
             return;
-    if (!areContactsNewest())
+    if (!areContactsNewest(u"Nothing has been sent. Please look whom you have selected, and press the button "
+                           "again."_s))
         return;
     RunSnapshot snapshot = snapshotOf(kind, tasksForSchedules(kind, manager.workingList()));
     if (!isWanted(snapshot))

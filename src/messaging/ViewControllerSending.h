@@ -3,6 +3,7 @@
 #include "contacts/ContactTable.h"
 #include "contacts/PersistentContainer.h"
 #include "messaging/RunSnapshot.h"
+#include "phone/NumberCheck.h"
 #include "widgets/Screen.h"
 
 #include <QElapsedTimer>
@@ -11,6 +12,7 @@
 #include <array>
 #include <memory>
 
+class QBoxLayout;
 class QCheckBox;
 class QTableView;
 class ScheduleRun;
@@ -56,7 +58,9 @@ private:
     bool canSend() const;
     void send(RecipientKind kind);
     RunSnapshot snapshotOf(RecipientKind kind, std::vector<ScheduledTask> tasks) const;
-    bool areContactsNewest();
+    bool areContactsNewest(const QString &consequence);
+    void markContacts(QBoxLayout &column, QTableView &table, ContactTable &contacts);
+    void correctNumber(QTableView &table, ContactTable &contacts, int row, const QString &number);
     void follow(const ScheduleRun &run);
     void showProgress(const ScheduleRun &run);
 
@@ -72,6 +76,7 @@ private:
     ScheduleRuns &runs;
     PersistentContainer persistentContainer;
     ObjectContext *managedObjectContext = nullptr;
+    NumberCheck numbers;
     ContactTable clientsArray;
     ContactTable teamMembersArray;
     QTimer previewDelay;

@@ -24,6 +24,7 @@ void ViewControllerSending::connectPreview()
     for (const QTableView *table : {ui->clientsTable, ui->teamMembers}) {
         connect(table->selectionModel(), &QItemSelectionModel::selectionChanged, &previewDelay, update);
         connect(table->model(), &QAbstractItemModel::modelReset, &previewDelay, update);
+        connect(table->model(), &QAbstractItemModel::dataChanged, &previewDelay, update);
     }
     for (const DatePicker *picker : {ui->startSendDate, ui->endSendDate})
         connect(picker, &DatePicker::dayChosen, &previewDelay, update);

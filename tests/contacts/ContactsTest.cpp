@@ -5,6 +5,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QHeaderView>
+#include <QLabel>
 #include <QPushButton>
 #include <QRandomGenerator>
 #include <QSqlDatabase>
@@ -111,7 +112,7 @@ private slots:
         Store other(home->path());
         Clients(other.viewContext()).setValue(Contact::Name, u"Anna"_s);
         QVERIFY(other.viewContext().save() && other.run(u"BEGIN EXCLUSIVE"_s));
-        ViewControllerClientMgmt screen(home->path());
+        ViewControllerClientMgmt screen({home->path()});
         screen.show();
         screen.AddCient(nullptr);
         {
@@ -140,7 +141,7 @@ private slots:
             }
             const QByteArray before = contentOf(path);
             CapturedOutput output;
-            ViewControllerClientMgmt screen(home->path());
+            ViewControllerClientMgmt screen({home->path()});
             const QStringList lines = output.takeLines();
             QCOMPARE(lines.size(), 2);
             QCOMPARE(lines[0], u"Unable to Add Persistent Store"_s);
@@ -166,7 +167,7 @@ private slots:
 
     void contactsAreAddedAndRemovedUntilTheProgramEnds()
     {
-        ViewControllerClientMgmt screen(home->path());
+        ViewControllerClientMgmt screen({home->path()});
         CapturedOutput output;
         const auto click = [&](const QString &button) {
             QTest::mouseClick(screen.findChild<QPushButton *>(button), Qt::LeftButton);
@@ -208,12 +209,71 @@ private slots:
         QVERIFY(!screen.isVisible());
         QCOMPARE(stored(home->path()), u"b=- -= Anna= 0049 (30) x "_s);
         QVERIFY(output.takeLines().contains(u"Name Change"_s));
-        ViewControllerClientMgmt inactive(home->path()); // whose cells are not told that the focus goes
+        ViewControllerClientMgmt inactive({home->path()}); // whose cells are not told that the focus goes
         inactive.show();
         inactive.AddCient(nullptr);
         QTest::keyClicks(inactive.focusWidget(), u"Last"_s);
         inactive.close();
         QVERIFY(stored(home->path()).endsWith(u"Last=- "_s));
+    }
+
+    /// The library is loaded no sooner than there is something to be seen.
+    void whatIsRemarkableIsMarked()
+    {
+        QCoreApplication::addLibraryPath(u"" BINARY_DIR "/bin/" MODULE_PATH ""_s);
+        Store store(home->path());
+        for (const auto &[name, phoneNo] : {std::pair(u"Anna"_s, u"+49 151 5550142"_s),
+                                            {u"Bert"_s, u"0151/5550142"_s},
+                                            {u"ANNA"_s, u"+1 212 555 0142"_s},
+                                            {u""_s, u""_s}}) {
+            Clients client(store.viewContext());
+            client.setValue(Contact::Name, name);
+            client.setValue(Contact::PhoneNo, phoneNo);
+        }
+        QVERIFY(store.save());
+        const auto isLoaded = [] {
+            return contentOf(u"/proc/self/maps"_s).contains("quorvanephone");
+        };
+        ViewControllerClientMgmt screen({home->path(), u"+49 151 1234567"_s});
+        QCOMPARE(contactNames(Store(home->path()).viewContext(), Clients::fetchRequest()).size(), 4);
+        QVERIFY(!isLoaded());
+        screen.show();
+        QTableView &table = tableOf(screen);
+        QTRY_VERIFY(isLoaded());
+        const auto marks = [&table](int role) {
+            QStringList found;
+            for (int row = 0; row < table.model()->rowCount(); ++row)
+                for (const int column : {Contact::Name, Contact::PhoneNo})
+                    found.append(table.model()->index(row, column).data(role).toString());
+            return found;
+        };
+        const QString twice = u"Another contact has this name, too; each is sent all tasks of that name."_s;
+        const QString missing = u"The country code is missing (assumed: Germany). "_s;
+        const QString none = u"There is no number to which texts could be sent."_s;
+        const auto as = [](const QString &name) {
+            return u"The same number as that of %1."_s.arg(name);
+        };
+        const QStringList before{twice, as(u"Bert"_s), {}, missing + as(u"Anna"_s), twice, {}, {}, none};
+        QCOMPARE(marks(Qt::ToolTipRole), before);
+        QCOMPARE(marks(Qt::AccessibleTextRole)[3], u"0151/5550142 – "_s + before[3]);
+        QCOMPARE(marks(Qt::DisplayRole)[7], u"no number"_s);
+
+        table.setCurrentIndex(table.model()->index(1, 0));
+        const auto &remark = *screen.findChild<QLabel *>(u"contactRemark"_s);
+        QTRY_COMPARE(remark.text(), before[3]);
+        choose(screen, u"Correct to +49 1515550142"_s);
+        QCOMPARE(marks(Qt::EditRole)[3], u"+49 1515550142"_s);
+        QTRY_COMPARE(remark.text(), as(u"Anna"_s));
+        QVERIFY(screen.findChild<QPushButton *>(u"correctButton"_s)->isHidden());
+        table.model()->setData(table.model()->index(2, Contact::Name), u"Carl"_s);
+        QCOMPARE(marks(Qt::ToolTipRole)[0], QString());
+        for (int step = 0; step < 2; ++step)
+            QTest::keyClick(&screen, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(marks(Qt::ToolTipRole), before);
+        table.selectionModel()->select(table.model()->index(1, 0),
+                                       QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+        screen.RemoveClient(nullptr);
+        QCOMPARE(marks(Qt::ToolTipRole), QStringList({twice, {}, twice, {}, {}, none}));
     }
 
     /// Also when it was saved in between, and seen by another context.

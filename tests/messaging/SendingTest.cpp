@@ -16,6 +16,8 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QSemaphore>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTableView>
 
 #include <chrono>
@@ -160,6 +162,7 @@ class SendingTest : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { QCoreApplication::addLibraryPath(u"" BINARY_DIR "/bin/" MODULE_PATH ""_s); }
     void init() { QApplication::setDoubleClickInterval(0); } // every press counts
 
     void noRunIsStartedTwiceUnawares()
@@ -225,6 +228,49 @@ private slots:
         writeTo(elsewhere.path(), "no store");
         office.openScreen();
         QVERIFY(toldIn(*office.screen).startsWith(u"The contacts in %1 could not"_s.arg(elsewhere.path())));
+    }
+
+    void aNumberIsPutRight()
+    {
+        Office office;
+        office.account.preferences.store({{messagingKey::sendingPhoneNo, u"+49 151 1234567"_s}});
+        PersistentContainer elsewhere(contactModel(), office.folder.path());
+        elsewhere.loadPersistentStores();
+        ObjectContext &context = elsewhere.viewContext();
+        ManagedObject bob = context.fetch(TeamMembers::fetchRequest())[0];
+        const auto change = [&](const QString &number) {
+            bob.setValue(Contact::PhoneNo, number);
+            return context.save();
+        };
+        QVERIFY(change(u"0151 5550142"_s));
+        office.openScreen();
+        auto &table = office.child<QTableView>("teamMembers");
+        const auto *preview = office.child<QTableView>("previewTable").model();
+        table.selectRow(0);
+        const auto shown = [preview] {
+            return preview->index(0, PreviewTable::Number).data().toString();
+        };
+        QTRY_COMPARE(shown(), u"0151 5550142"_s);
+        const auto correct = [&](const QString &number) {
+            choose(*office.screen, u"Correct to "_s + number);
+        };
+        QVERIFY(change(u"0151 5550143"_s));
+        correct(u"+49 1515550142"_s);
+        QTRY_COMPARE(shown(), u"0151 5550143"_s); // which nobody has seen before
+        QSqlDatabase store = QSqlDatabase::database(context.connectionName());
+        QVERIFY(QSqlQuery(store).exec(u"BEGIN IMMEDIATE"_s));
+        {
+            const AlertAnswer alert(u"OK"_s);
+            correct(u"+49 1515550143"_s);
+            QVERIFY(alert.informativeText.startsWith(u"The number stays as it was"));
+        }
+        QVERIFY(store.commit());
+        QCOMPARE(table.model()->index(0, Contact::PhoneNo).data(), u"0151 5550143"_s);
+        correct(u"+49 1515550143"_s);
+        QTRY_COMPARE(shown(), u"+49 1515550143"_s);
+        QVERIFY(table.selectionModel()->isRowSelected(0));
+        context.refresh();
+        QCOMPARE(bob.value(Contact::PhoneNo), u"+49 1515550143"_s);
     }
 
     void buttonsNeedAnAccount()
