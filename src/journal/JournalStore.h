@@ -24,6 +24,7 @@ public:
 
     /// Opens the file, or makes it; true when it is open. A damaged one is put aside.
     bool open();
+    const QString &filePath() const { return path; }
     /// Why the last operation failed, in plain words.
     const QString &problem() const { return reason; }
     /// Where a damaged file was put, since this was last asked; empty for none.

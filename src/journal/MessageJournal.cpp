@@ -81,9 +81,12 @@ void MessageJournal::write(std::vector<SentMessage> begun, const Recorded &recor
         const std::lock_guard lock(mutex);
         noted.insert(noted.begin(), ended.begin(), ended.end()); // with the next ones
     }
+    const QString problem = isWritten ? QString() : journal.problem();
     if (recorded)
-        recorded(isWritten ? QString() : journal.problem());
-    else if (!isWritten)
-        emit told(u"What has become of messages could not be written to their journal: %1."_s.arg(
-            journal.problem()));
+        recorded(problem);
+    if (!isWritten)
+        emit told(u"%1 not be written to the journal of messages, %2: %3."_s.arg(
+                      recorded ? u"What is to be sent could"_s : u"What has become of some messages could"_s,
+                      journal.filePath(), problem) +
+                  (recorded ? u" Nothing further is sent."_s : QString()));
 }

@@ -61,8 +61,10 @@ QNetworkRequest prepare(const GatewayAddress &address, const QSslConfiguration &
     url.setPort(address.port == 443 ? -1 : address.port);
     url.setPath(request.path);
     QNetworkRequest prepared(url);
-    prepared.setHeader(QNetworkRequest::ContentTypeHeader, "application/x-www-form-urlencoded"_ba);
-    prepared.setHeader(QNetworkRequest::ContentLengthHeader, request.body.size());
+    if (!request.body.isEmpty()) {
+        prepared.setHeader(QNetworkRequest::ContentTypeHeader, "application/x-www-form-urlencoded"_ba);
+        prepared.setHeader(QNetworkRequest::ContentLengthHeader, request.body.size());
+    }
     prepared.setRawHeader("Authorization", "Basic " + (request.userName + ':' + request.password).toBase64());
     prepared.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
     prepared.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
@@ -268,17 +270,7 @@ void GatewayClient::send(const GatewayRequest &request)
     auto body = std::make_unique<UnrepeatableBody>(request.body);
     QNetworkReply *reply = manager->post(prepare(address, *tls, request), body.get());
     body.release()->setParent(reply);
-    auto *limit = new QTimer(reply); // ends with the reply
-    limit->setTimerType(Qt::PreciseTimer);
-    limit->setSingleShot(true);
-    QObject::connect(limit, &QTimer::timeout, reply,
-                     [reply] { breakOff(*reply, u"The gateway did not answer in time"_s); });
-    limit->start(timeLimit);
-    reply->setReadBufferSize(longestAnswer + 1);
-    QObject::connect(reply, &QNetworkReply::readyRead, reply, [reply] {
-        if (reply->bytesAvailable() > longestAnswer)
-            breakOff(*reply, u"The gateway's answer does not end"_s);
-    });
+    guard(*reply);
     QObject::connect(reply, &QNetworkReply::finished, &threadContext,
                      [this, reply, request] { complete(*reply, request); });
     if (request.pause > 0ms)
@@ -287,6 +279,78 @@ void GatewayClient::send(const GatewayRequest &request)
             isPausing = false;
             sendHeld();
         });
+}
+
+/// Breaks the request off when its answer takes too long or does not end.
+void GatewayClient::guard(QNetworkReply &reply) const
+{
+    auto *limit = new QTimer(&reply); // ends with the reply
+    limit->setTimerType(Qt::PreciseTimer);
+    limit->setSingleShot(true);
+    QObject::connect(limit, &QTimer::timeout, &reply,
+                     [&reply] { breakOff(reply, u"The gateway did not answer in time"_s); });
+    limit->start(timeLimit);
+    reply.setReadBufferSize(longestAnswer + 1);
+    QObject::connect(&reply, &QNetworkReply::readyRead, &reply, [&reply] {
+        if (reply.bytesAvailable() > longestAnswer)
+            breakOff(reply, u"The gateway's answer does not end"_s);
+    });
+}
+
+void GatewayClient::ask(const GatewayMessage &message,
+                        const std::function<void(const QString &problem)> &answered)
+{
+    const SendSettings accountNow = settings();
+    if (!accountNow.fitIntoAddress() || accountNow.accountId != message.entry.account) {
+        answered(u"they went out on another account"_s);
+        return;
+    }
+    GatewayRequest request = accountNow.requestFor(message);
+    request.path += u'/' + message.entry.identifier;
+    request.body.clear();
+    {
+        const std::lock_guard lock(mutex);
+        if (closed)
+            return;
+        if (!thread.isRunning())
+            thread.start();
+    }
+    QMetaObject::invokeMethod(
+        &threadContext, [this, request, answered] { query(request, answered); }, Qt::QueuedConnection);
+}
+
+void GatewayClient::query(const GatewayRequest &request,
+                          const std::function<void(const QString &problem)> &answered)
+{
+    prepareConnections();
+    QNetworkReply *reply = manager->get(prepare(address, *tls, request));
+    guard(*reply);
+    QObject::connect(reply, &QNetworkReply::finished, &threadContext, [this, reply, request, answered] {
+        lastUse.start();
+        reply->deleteLater();
+        GatewayMessage message = request.message;
+        if (const std::optional<QString> error = transportError(*reply)) {
+            answered(lineText(*error, request));
+            return;
+        }
+        const GatewayAnswer answer(reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(),
+                                   reply->readAll());
+        if (answer.identifier != message.entry.identifier) {
+            answered(lineText(answer.reason, request));
+            return;
+        }
+        answer.noteIn(message.entry, request);
+        note(message);
+        answered({});
+    });
+}
+
+/// Writes down what has become of a message, and tells it.
+void GatewayClient::note(const GatewayMessage &message)
+{
+    if (journal)
+        journal->note(message.entry);
+    message.tell();
 }
 
 void GatewayClient::prepareConnections()
@@ -324,9 +388,7 @@ void GatewayClient::complete(QNetworkReply &reply, const GatewayRequest &request
         GatewayAnswer(reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), body)
             .noteIn(message.entry, request);
     }
-    if (journal)
-        journal->note(message.entry);
-    message.tell();
+    note(message);
     const std::lock_guard lock(mutex);
     underWay.removeOne(message.entry.number);
     sendHeld();

@@ -11,6 +11,7 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -54,6 +55,9 @@ public:
     /// Sends the message as soon as its turn comes and does not wait for that, unless there are many before
     /// it. False when the client was closed.
     bool start(const GatewayMessage &message);
+    /// Asks what has become of a message that the gateway has accepted.
+    /// \param answered  is called on another thread, with the reason where that is not known
+    void ask(const GatewayMessage &message, const std::function<void(const QString &problem)> &answered);
     /// Waits for the duration. Ends at once when the client is closed, or when that is no longer wanted.
     void pause(std::chrono::milliseconds duration, const std::stop_token &stop = {});
     /// Drops what waits and is no longer wanted, and wakes those who do not want it.
@@ -75,8 +79,11 @@ private:
     void sendHeld();
     void recordAhead();
     void send(const GatewayRequest &request);
+    void query(const GatewayRequest &request, const std::function<void(const QString &problem)> &answered);
+    void guard(QNetworkReply &reply) const;
     void prepareConnections();
     void complete(QNetworkReply &reply, const GatewayRequest &request);
+    void note(const GatewayMessage &message);
 
     GatewayAddress address;
     const Preferences &preferences;

@@ -33,7 +33,7 @@ struct GatewayMessage
     void tell() const;
 };
 
-/// A form to be posted to the gateway.
+/// A form to be posted to the gateway, or a question without one.
 struct GatewayRequest
 {
     QString path;

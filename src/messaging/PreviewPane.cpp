@@ -23,9 +23,6 @@ PreviewPane::PreviewPane(QWidget *parent)
     : QWidget(parent)
 {
     auto *column = new QVBoxLayout(this);
-    column->setContentsMargins({});
-    auto *title = new QLabel(u"&What will be sent"_s, this);
-    column->addWidget(title);
     warning = newLabel(*this, u"warning"_s);
     warning->setAutoFillBackground(true);
     warning->setMargin(6);
@@ -46,7 +43,6 @@ PreviewPane::PreviewPane(QWidget *parent)
     table->horizontalHeader()->setHighlightSections(false);
     table->horizontalHeader()->setSectionResizeMode(PreviewTable::Message, QHeaderView::Stretch);
     table->setColumnWidth(PreviewTable::Parts, fontMetrics().horizontalAdvance(u"Parts 00"_s));
-    title->setBuddy(table);
     column->addWidget(table, 3);
     whole = new QPlainTextEdit(this);
     whole->setObjectName(u"wholeMessage"_s);

@@ -2,6 +2,7 @@
 
 #include <QCryptographicHash>
 
+#include <algorithm>
 #include <array>
 
 ScheduleRuns::ScheduleRuns(const Preferences &userPreferences, const GatewayAddress &address,
@@ -76,6 +77,19 @@ ScheduleRun &ScheduleRuns::add(RunSnapshot snapshot)
         [this, run] { std::erase_if(runs, [run](const auto &kept) { return kept.get() == run; }); },
         Qt::QueuedConnection);
     return *run;
+}
+
+void ScheduleRuns::askForDelivery(QObject &receiver,
+                                  const std::function<void(const QString &sentence)> &progressed)
+{
+    if (!newestReport || (deliveryQuery && !deliveryQuery->isDone()))
+        return;
+    std::vector<SentMessage> accepted;
+    std::ranges::copy_if(newestReport->allMessages(), std::back_inserter(accepted),
+                         [](const SentMessage &message) { return message.state == MessageState::Accepted; });
+    deliveryQuery = std::make_unique<DeliveryQuery>(std::move(accepted), gateway, newestReport->feed());
+    QObject::connect(deliveryQuery.get(), &DeliveryQuery::progressed, &receiver, progressed);
+    deliveryQuery->start();
 }
 
 void ScheduleRuns::stopSending()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "journal/MessageJournal.h"
+#include "messaging/DeliveryQuery.h"
 #include "messaging/GatewayClient.h"
 #include "messaging/RunReport.h"
 #include "messaging/ScheduleRun.h"
@@ -33,6 +34,10 @@ public:
     RunReport *report() const { return newestReport.get(); }
     MessageJournal &journal() { return messageJournal; }
 
+    /// Asks the gateway what has become of the report's messages at the phones, unless that is under way.
+    /// \param progressed  is called with how far it is, in a sentence, as long as the receiver lives
+    void askForDelivery(QObject &receiver, const std::function<void(const QString &sentence)> &progressed);
+
     /// Has all runs end without what has not been handed over.
     void stopSending();
     /// Ends all runs, and with them the client: what has not been started is not sent any more.
@@ -44,6 +49,7 @@ private:
     const Preferences &preferences;
     MessageJournal messageJournal;
     std::unique_ptr<RunReport> newestReport;
+    std::unique_ptr<DeliveryQuery> deliveryQuery; ///< the last one
     GatewayClient gateway;
     struct Sent
     {

@@ -3,6 +3,7 @@
 #include "app/UIUtil.h"
 #include "messaging/MessagingSettings.h"
 #include "messaging/PreviewPane.h"
+#include "messaging/ReportPane.h"
 #include "messaging/ScheduleRuns.h"
 #include "model/TaskManager.h"
 #include "platform/Diagnostics.h"
@@ -89,6 +90,7 @@ ViewControllerSending::ViewControllerSending(const Services &services, QWidget *
     markContacts(*ui->teamMembersColumn, *ui->teamMembers, teamMembersArray);
     connectActions();
     connectPreview();
+    connectReport();
     showPreview();
     if (const QString reason = persistentContainer.errorString(); !reason.isEmpty()) {
         auto *banner = new Banner(this);
@@ -227,8 +229,12 @@ void ViewControllerSending::send(RecipientKind kind)
                            "again."_s))
         return;
     RunSnapshot snapshot = snapshotOf(kind, tasksForSchedules(kind, manager.workingList()));
-    if (!isWanted(snapshot))
-        return;
+    if (isWanted(snapshot))
+        start(std::move(snapshot));
+}
+
+void ViewControllerSending::start(RunSnapshot snapshot)
+{
     ScheduleRun &run = runs.add(std::move(snapshot));
     follow(run);
     run.start();
@@ -251,6 +257,8 @@ void ViewControllerSending::follow(const ScheduleRun &run)
 {
     ui->progressBar->setIndeterminate(true);
     ui->progressBar->setSteps(1, run.lastStep());
+    ui->report->show(runs.report());
+    ui->panes->setCurrentWidget(ui->report);
     disconnect(followed); // an older one may still be handing over
     followed = connect(&run, &ScheduleRun::progressed, this, [this, &run] { showProgress(run); });
     showProgress(run);
@@ -263,6 +271,7 @@ void ViewControllerSending::showProgress(const ScheduleRun &run)
     if (isSending != std::exchange(isSendingShown, isSending))
         for (QPushButton *button : {ui->sendMsgClients, ui->sendMsgTeamMembers})
             button->setEnabled(!isSending);
+    ui->report->setMaySend(!isHandingOver && canSend());
     ui->progressBar->setStep(steps);
     ui->stopButton->setEnabled(isHandingOver);
     if (isSending) {

@@ -64,7 +64,11 @@ private:
     void follow(const ScheduleRun &run);
     void showProgress(const ScheduleRun &run);
 
+    void start(RunSnapshot snapshot);
+    void connectReport();
+    void sendAgain(const std::vector<SentMessage> &messages);
     bool isWanted(const RunSnapshot &snapshot);
+    bool isConfirmed(const QString &question, QStringList people);
     void connectPreview();
     void showPreview();
 

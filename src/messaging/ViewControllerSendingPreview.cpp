@@ -75,13 +75,19 @@ bool ViewControllerSending::isWanted(const RunSnapshot &snapshot)
         if (!snapshot.scheduleOf(recipient).empty())
             people.append(u"%1 (%2)"_s.arg(recipient.name.value_or(QString()),
                                            isTest ? testNumber : recipient.phoneNo.value_or(u"–"_s)));
+    return isConfirmed(u"The same messages were sent at %1. Send them again?"_s.arg(
+                           QLocale().toString(*before, QLocale::ShortFormat)),
+                       people);
+}
+
+/// Asks before something is sent to these people, a line each.
+bool ViewControllerSending::isConfirmed(const QString &question, QStringList people)
+{
     constexpr qsizetype mostShown = 20; // on a small screen
     const QStringList more = people.mid(mostShown);
     if (!more.isEmpty())
         people = people.first(mostShown) << u"and %1 more"_s.arg(more.size());
-    const bool isAgain = util().askYesNo(u"The same messages were sent at %1. Send them again?"_s.arg(
-                                             QLocale().toString(*before, QLocale::ShortFormat)),
-                                         people.join(u'\n'), more.join(u'\n'));
+    const bool isConfirmed = util().askYesNo(question, people.join(u'\n'), more.join(u'\n'));
     lastPress.start();
-    return isAgain;
+    return isConfirmed;
 }

@@ -1,0 +1,194 @@
+#include "messaging/ReportPane.h"
+
+#include "messaging/RunReport.h"
+#include "widgets/SaveToFile.h"
+
+#include <QBoxLayout>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QShortcut>
+#include <QTableView>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+static QLabel *newLabel(QWidget &parent, const QString &name)
+{
+    auto *label = new QLabel(&parent);
+    label->setObjectName(name);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    return label;
+}
+
+static QPushButton *newButton(QWidget &parent, const QString &name, const QString &text,
+                              const QString &toolTip)
+{
+    auto *button = new QPushButton(text, &parent);
+    button->setObjectName(name);
+    button->setToolTip(toolTip);
+    button->setAutoDefault(false);
+    return button;
+}
+
+static QTableView *newTable(QWidget &parent)
+{
+    auto *table = new QTableView(&parent);
+    table->setObjectName(u"reportTable"_s);
+    table->setAccessibleName(u"What has become of the messages"_s);
+    table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    table->setTabKeyNavigation(false);
+    table->setWordWrap(false);
+    table->setCornerButtonEnabled(false);
+    table->verticalHeader()->hide();
+    table->horizontalHeader()->setHighlightSections(false);
+    table->horizontalHeader()->setStretchLastSection(true);
+    return table;
+}
+
+ReportPane::ReportPane(QWidget *parent)
+    : QWidget(parent)
+    , problemsOnly(new QCheckBox(u"Only &problems"_s, this))
+    , table(newTable(*this))
+    , state(newLabel(*this, u"reportState"_s))
+    , sum(newLabel(*this, u"reportSum"_s))
+    , news(newLabel(*this, u"reportNews"_s))
+    , copyButton(newButton(*this, u"copyReport"_s, u"Cop&y"_s, u"Copy the selected rows, or all"_s))
+    , saveButton(newButton(*this, u"saveReport"_s, u"Sa&ve as CSV…"_s, u"For a spreadsheet"_s))
+    , againButton(
+          newButton(*this, u"sendAgain"_s, u"Send A&gain…"_s,
+                    u"Send the refused messages once more, or the selected ones, each exactly as it was"_s))
+    , deliveryButton(newButton(*this, u"askForDelivery"_s, u"Ask for &Delivery"_s,
+                               u"Ask the gateway whether the messages have come to the phones"_s))
+{
+    problemsOnly->setObjectName(u"problemsOnly"_s);
+    auto *column = new QVBoxLayout(this);
+    for (QWidget *widget : std::initializer_list<QWidget *>{problemsOnly, table, state, sum, news})
+        column->addWidget(widget, widget == table ? 1 : 0);
+    auto *buttons = new QGridLayout;
+    buttons->addWidget(againButton, 0, 0);
+    buttons->addWidget(deliveryButton, 0, 1);
+    buttons->addWidget(copyButton, 1, 0);
+    buttons->addWidget(saveButton, 1, 1);
+    column->addLayout(buttons);
+    connectActions();
+    show(nullptr);
+}
+
+void ReportPane::connectActions()
+{
+    connect(problemsOnly, &QCheckBox::toggled, this, [this](bool isOn) {
+        if (report)
+            report->showProblemsOnly(isOn);
+        update();
+    });
+    connect(copyButton, &QPushButton::clicked, this, &ReportPane::copy);
+    connect(new QShortcut(QKeySequence::Copy, table, nullptr, nullptr, Qt::WidgetShortcut),
+            &QShortcut::activated, this, &ReportPane::copy);
+    connect(saveButton, &QPushButton::clicked, this, &ReportPane::saveAsCsv);
+    connect(againButton, &QPushButton::clicked, this, [this] { emit sendAgainWanted(messagesToSend()); });
+    connect(deliveryButton, &QPushButton::clicked, this, &ReportPane::deliveryWanted);
+}
+
+void ReportPane::show(RunReport *shown)
+{
+    if (report == shown && report)
+        return;
+    report = shown;
+    table->setModel(report);
+    tell({});
+    if (report) {
+        report->showProblemsOnly(problemsOnly->isChecked());
+        for (const int column : {RunReport::Person, RunReport::Number, RunReport::Task})
+            table->setColumnWidth(column, fontMetrics().horizontalAdvance(u"+49 1515550142 "_s));
+        connect(report, &RunReport::changed, this, &ReportPane::update);
+        connect(report, &QObject::destroyed, this, [this, shown] {
+            if (report == shown)
+                show(nullptr);
+        });
+        connect(table->selectionModel(), &QItemSelectionModel::selectionChanged, this, &ReportPane::update);
+    }
+    update();
+}
+
+void ReportPane::setMaySend(bool isOn)
+{
+    maySend = isOn;
+    update();
+}
+
+void ReportPane::tell(const QString &sentence)
+{
+    news->setText(sentence);
+    news->setVisible(!sentence.isEmpty());
+}
+
+void ReportPane::update()
+{
+    const QString summary = report ? report->summary() : QString();
+    sum->setText(summary.isEmpty() ? u"Nothing has been sent since the program was started."_s : summary);
+    const int row = table->currentIndex().row();
+    state->setText(report && row >= 0 ? stateText(report->message(row)) : QString());
+    const bool isAnyShown = report && report->rowCount() > 0;
+    const bool isAnyAccepted =
+        report && std::ranges::any_of(report->allMessages(), [](const SentMessage &message) {
+            return message.state == MessageState::Accepted;
+        });
+    copyButton->setEnabled(isAnyShown);
+    saveButton->setEnabled(isAnyShown);
+    againButton->setEnabled(maySend && !messagesToSend().empty());
+    deliveryButton->setEnabled(isAnyAccepted);
+}
+
+/// The selected rows or, without a selection, all.
+std::vector<int> ReportPane::chosenRows() const
+{
+    std::vector<int> rows;
+    for (const QModelIndex &index : table->selectionModel()->selectedRows())
+        rows.push_back(index.row());
+    std::ranges::sort(rows);
+    if (rows.empty())
+        for (int row = 0; row < report->rowCount(); ++row)
+            rows.push_back(row);
+    return rows;
+}
+
+/// Those of the selected messages that have not certainly arrived or, where there is none, all that were
+/// refused.
+std::vector<SentMessage> ReportPane::messagesToSend() const
+{
+    std::vector<SentMessage> wanted;
+    if (!report)
+        return wanted;
+    if (table->selectionModel()->hasSelection())
+        for (const int row : chosenRows())
+            if (report->message(row).isProblem())
+                wanted.push_back(report->message(row));
+    if (wanted.empty())
+        std::ranges::copy_if(
+            report->allMessages(), std::back_inserter(wanted),
+            [](const SentMessage &message) { return message.state == MessageState::Refused; });
+    return wanted;
+}
+
+void ReportPane::copy()
+{
+    QStringList lines;
+    if (report)
+        for (const int row : chosenRows())
+            lines.append(report->plainText(row));
+    if (!lines.isEmpty())
+        QGuiApplication::clipboard()->setText(lines.join(u'\n'));
+}
+
+void ReportPane::saveAsCsv()
+{
+    if (saveToFile(*window(), u"messages.csv"_s, u"Comma-separated values (*.csv)"_s, report->csv()))
+        tell(u"The report is saved."_s);
+}
