@@ -50,7 +50,7 @@ bool TaskListFile::writeFile()
 {
     const QByteArray rows = text();
     if (file) {
-        lastWriteFailed = !readProblem().isEmpty() || !writeDurably(rows);
+        lastWriteFailed = !readProblem().isEmpty() || !file->write(rows, history.makeRoom);
         if (lastWriteFailed) {
             diagnostics::line("Error");
             return false;
@@ -61,15 +61,6 @@ bool TaskListFile::writeFile()
         history.keep(rows);
     }
     invertedColors = isDarkMode();
-    return true;
-}
-
-/// Where the disk is full, what the list has been goes before the list.
-bool TaskListFile::writeDurably(const QByteArray &rows)
-{
-    while (!file->write(rows))
-        if (!file->isDiskFull() || !history.makeRoom(file->path(), rows.size()))
-            return false;
     return true;
 }
 

@@ -20,10 +20,8 @@ struct TaskListHistory
     /// Is handed each text that was read from the file or written to it.
     std::function<void(const QByteArray &text)> keep = [](const QByteArray &) {
     };
-    /// Is asked to free so many bytes of a full disk for the file; false when it cannot.
-    std::function<bool(const QString &path, qint64 bytes)> makeRoom = [](const QString &, qint64) {
-        return false;
-    };
+    /// Is asked for room before the list goes without what is to protect it, or stays unsaved.
+    ProtectedFile::MakeRoom makeRoom = {};
 };
 
 /// The file "zandulist.txt" in the documents folder, which holds the whole task list.
@@ -73,7 +71,6 @@ public:
 
 private:
     void leaveTrace() const;
-    bool writeDurably(const QByteArray &rows);
     bool takeOver(const QString &text);
     bool putTogether();
     bool addAgain(const TaskList &tasks);
