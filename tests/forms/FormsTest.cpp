@@ -5,6 +5,7 @@
 #include "model/TaskManager.h"
 #include "support/Appearance.h"
 #include "support/Dialogs.h"
+#include "support/FullDisk.h"
 #include "support/Tasks.h"
 #include "support/TestProgram.h"
 #include "widgets/ColorWell.h"
@@ -290,9 +291,34 @@ private slots:
         QVERIFY(offered().contains(u"“Another”"));
         choose(*form, u"Discard"_s);
         QCOMPARE(offered(), QString());
-        writeTo(path, "damaged");
-        draft.emplace(path);
-        QCOMPARE(offered(), QString());
+        draft->keep(begun);
+        draft->keep({.name = u"whole"_s});
+        const QByteArray bytes = contentOf(path);
+        for (const auto &[found, isOffered] : {std::pair(QByteArray(bytes).replace(9, 1, "x"), true),
+                                               {bytes.chopped(1), true},
+                                               {bytes.sliced(4), false}}) {
+            QFile::remove(home.filePath(QDir(home.path()).entryList({u"begun.damaged-*"_s}).value(0)));
+            writeTo(path, found);
+            draft.emplace(path);
+            QCOMPARE(offered().contains(u"You had begun the task"), isOffered);
+            QVERIFY(toldIn(*form).contains(u".damaged-"));
+        }
+    }
+
+    void whatCannotBeKeptIsAskedAbout()
+    {
+        openAdd();
+        auto &due = child<DatePicker>("dtTaskDueDate");
+        due.selectAll();
+        QTest::keyClicks(&due, u"12/25/2040"_s); // and is still being typed
+        for (const QString &answer : {u"Cancel"_s, u"Close All the Same"_s}) {
+            const FullDisk full(10);
+            const AlertAnswer alert(answer);
+            form->close();
+            QVERIFY(alert.text.startsWith(u"What you have begun cannot be kept: "));
+            QCOMPARE(form->isVisible(), answer == u"Cancel");
+        }
+        QCOMPARE(Calendar().dayOf(draft->begun()->due), QDate(2040, 12, 25)); // until the program ends
     }
 
     void sharingStoresFirstAndKeepsTheFormOpen()
