@@ -330,14 +330,21 @@ private slots:
             // While the form is open, a merge selects another task, or the file is changed by others.
             showTasks(hasGone ? QList<task>{other} : QList<task>{other, edited});
             child<QLineEdit>("txtTaskName").setText(u"new"_s);
-            if (hasGone)
-                click("resetButton"); // to nothing
             int reloads = 0;
             QObject observer;
             notices.observe(notice::reload, &observer, [&] { ++reloads; });
+            if (hasGone) {
+                click("resetButton"); // to nothing
+                const AlertAnswer cancel(u"Cancel"_s);
+                click("shareButton");
+                QVERIFY(cancel.text.startsWith(u"This task was deleted elsewhere") && tasks().size() == 1);
+            }
+            const AlertAnswer answer(u"Store as a New Task"_s);
             click("shareButton");
             QVERIFY(tasks().size() == 2 && haveEqualFields(*tasks()[0], other) && tasks()[1]->hidden);
-            QCOMPARE(tasks()[1]->key + tasks()[1]->name, u"KEYnew"_s);
+            QCOMPARE(tasks()[1]->name, u"new"_s);
+            QCOMPARE(tasks()[1]->key == u"KEY", !hasGone);
+            QCOMPARE(child<QLineEdit>("key").text(), tasks()[1]->key);
             QCOMPARE(reloads, 1);
             QCoreApplication::processEvents();
             QVERIFY(QApplication::activePopupWidget() && form->isVisible());
@@ -366,6 +373,9 @@ private slots:
             child<QPushButton>("storeButton").click();
             QCOMPARE(alert.text.section(u' ', -1), answer.isEmpty() ? QString() : u"Name."_s);
             QCOMPARE(namesOf(tasks()).join(u' '), list);
+            manager->endStep();
+            const QString step = answer == u"Keep the Other" ? u"Add 'mine'"_s : u"Edit '%1'"_s.arg(others);
+            QVERIFY(answer == u"Cancel" || manager->history().steps().undoText() == step);
             QCOMPARE(form->isVisible(), isOpen);
             QVERIFY(!isOpen ||
                     child<QLineEdit>("txtTaskName").text() == (list == others ? u"mine"_s : others));
