@@ -4,6 +4,8 @@
 #include "support/FullDisk.h"
 #include "support/Mouse.h"
 #include "support/TestProgram.h"
+#include "tools/PictureStep.h"
+#include "tools/PictureView.h"
 #include "tools/ViewControllerNotes.h"
 #include "tools/ViewControllerWhiteboard.h"
 #include "widgets/ColorWell.h"
@@ -15,6 +17,7 @@
 #include <QFileDialog>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRandomGenerator>
 #include <QTimer>
 #include <QToolButton>
 
@@ -275,6 +278,31 @@ private slots:
             press("deleteButton", u"Yes"_s);
             board.close();
             QCOMPARE(filed({{5, 5}}), u"w"_s);
+        }
+    }
+
+    void theOldestStepsGoWhereTheyTakeTooMuch()
+    {
+        for (const auto &[room, kept] : {std::pair(0, 50), {1 << 30, 70}}) {
+            PictureView view;
+            PictureHistory history(room);
+            QList<QImage> pictures{QImage()};
+            QRandomGenerator random(7);
+            for (int number = 0; number < 70; ++number) {
+                QImage noise(20 + number % 2, 20, QImage::Format_RGB32); // some of another size
+                for (int pixel = 0; pixel < 400; ++pixel)
+                    noise.setPixel(pixel % 20, pixel / 20, random.generate());
+                pictures.append(noise);
+                view.setPicture(noise);
+                history.add(std::make_unique<PictureStep>(
+                    QString(), pictures[number], noise, view,
+                    [&view](const QImage &picture) { view.setPicture(picture); }));
+            }
+            QCOMPARE(history.count(), kept);
+            for (qsizetype last = pictures.size() - 2; history.canUndo(); --last) {
+                history.undo();
+                QVERIFY(last == 0 || view.picture() == pictures[last]);
+            }
         }
     }
 
