@@ -198,6 +198,14 @@ private slots:
         QCOMPARE(toldIn(screen) + QString::number(table.model()->rowCount()), u"3"_s);
         QTest::keyClick(&screen, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
         QCOMPARE(toldIn(screen), u"Removed 2 contacts"_s);
+        table.setCurrentIndex(table.model()->index(0, 1));
+        table.edit(table.currentIndex());
+        type("5");
+        choose(screen, u"Undo"_s); // of the removal, and not of what is being typed
+        QCOMPARE(toldIn(screen) + QString::number(table.model()->rowCount()), u"3"_s);
+        QCOMPARE(table.model()->index(1, 1).data().toString(), u"5"_s);
+        for (int step = 0; step < 2; ++step)
+            QTest::keyClick(&screen, Qt::Key_Z, Qt::ControlModifier);
         click(u"addButton"_s);
         type("\t7\b"); // a cell left without typing stays absent
         click(u"addButton"_s);
