@@ -135,7 +135,10 @@ private slots:
         notes->tick(nullptr);
         QCOMPARE(contentOf(notesPath()), "before now and later");
         QCOMPARE(copiesIn(folder->path()), QByteArrayList{"from elsewhere"});
-        QVERIFY(toldIn(*notes).contains(u".damaged-"));
+        text.insertPlainText(u"and then "_s);
+        writeTo(notesPath(), "once more");
+        notes->tick(nullptr);
+        QCOMPARE(toldIn(*notes).count(u".damaged-"), 2); // until it is dismissed
 
         open();
         drag({{100, 100}, {200, 100}});
