@@ -100,6 +100,7 @@ void TaskListFile::parseFile(const QString &text)
     const qsizetype rows = text.count(rowEnd);
     diagnostics::line("No of Rows:", rows + 1);
     skipped = 0;
+    rowsAlike.clear();
     TaskRowReader reader(separatorFieldsFile, separatorRowsFile);
     const QStringView whole(text);
     qsizetype start = 0;
@@ -116,6 +117,16 @@ void TaskListFile::parseFile(const QString &text)
     manager.setColorsInverted(isDark);
     invertedColors = isDark;
     filedChanges = manager.changeCount();
+}
+
+/// The key of a row that has none. As long as the program runs it is the same whenever the row is read again,
+/// for whoever still has to do with that task.
+QString TaskListFile::keyFor(QStringView row)
+{
+    const QUuid ofRow = QUuid::createUuidV5(run, row.toUtf8());
+    QUuid key = QUuid::createUuidV5(ofRow, QByteArray::number(rowsAlike[ofRow]++));
+    key.data3 = (key.data3 & 0x0fff) | 0x4000; // as random as the run's, and marked like any other key
+    return key.toString(QUuid::WithoutBraces).toUpper();
 }
 
 void TaskListFile::parseRow(qsizetype number, QStringView row, TaskRowReader &reader, bool isDark)
@@ -135,6 +146,8 @@ void TaskListFile::parseRow(qsizetype number, QStringView row, TaskRowReader &re
         diagnostics::line("In dark mode -> Invert");
     diagnostics::line("No of Fields:", reader.fields().size());
     entry->color = storedOrHeld(entry->color, isDark);
+    if (entry->key.isEmpty())
+        entry->key = keyFor(row);
     manager.addTask(*entry);
     if (reader.fields().size() == TaskRowReader::fullRow)
         diagnostics::line("20 fields");

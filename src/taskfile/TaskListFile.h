@@ -5,8 +5,10 @@
 #include "platform/TextFile.h"
 #include "taskfile/RowTexts.h"
 
+#include <QHash>
 #include <QString>
 #include <QStringView>
+#include <QUuid>
 
 #include <functional>
 #include <optional>
@@ -75,6 +77,7 @@ private:
     bool putTogether();
     bool addAgain(const TaskList &tasks);
     std::optional<QString> read();
+    QString keyFor(QStringView row);
     void parseRow(qsizetype number, QStringView row, TaskRowReader &reader, bool isDark);
 
     char16_t separatorFieldsFile = u'|';
@@ -89,6 +92,8 @@ private:
     bool wasGone = false; ///< at the start, and nobody has brought it back since
     TaskListHistory history;
     RowTexts rowTexts;
+    const QUuid run = QUuid::createUuid();
+    QHash<QUuid, qint64> rowsAlike; ///< how many of a row without key this reading has met
     bool lastWriteFailed = false;
     qint64 filedChanges = 0; ///< the manager's count of changes when list and file were last the same
     qsizetype skipped = 0;

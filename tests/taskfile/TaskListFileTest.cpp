@@ -211,6 +211,12 @@ private slots:
             QCOMPARE((entry.key.size() == 36 ? u"new"_s : entry.key) + found + entry.client +
                          entry.teamMember,
                      expected);
+            const auto keys = [this] {
+                return QStringList{firstTask().key, manager->tasks()[1]->key};
+            };
+            const QStringList before = keys();
+            file->followAppearance(); // which reads the file again
+            QVERIFY(keys() == before && before[0] != before[1]);
         }
     }
 
