@@ -6,6 +6,7 @@
 #include "taskfile/TaskRowReader.h"
 #include "taskfile/TaskRowWriter.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTimeZone>
@@ -76,6 +77,7 @@ void TaskListFile::leaveTrace() const
 {
     if (QFile::symLinkTarget(trace) == path())
         return;
+    QDir().mkpath(QFileInfo(trace).path());
     QFile::remove(trace);
     QFile::link(path(), trace);
 }
