@@ -65,21 +65,32 @@ void ContactScreen::redo()
     shown->steps().redo();
 }
 
-/// Says what was removed by the step that was done now, and nothing of a step that was taken back.
+/// Says what was removed last, as long as that is so.
 void ContactScreen::tellOfRemoval(int stepCount)
 {
     const bool isDone = std::exchange(shownSteps, stepCount) < stepCount;
     const QString removed = isDone ? shown->steps().undoText() : QString();
-    if (removed.isEmpty()) {
+    if (stepCount < removedBy) {
+        removedBy = 0;
         removal->withdraw();
-        return;
     }
+    if (removed.isEmpty())
+        return;
+    removedBy = stepCount;
     constexpr int button = 120; // pixels, which it takes from the text
     removal->tell(fontMetrics().elidedText(removed, Qt::ElideRight, ui->table->width() - button),
                   {{u"Undo"_s, [this] {
-                        undo();
-                        ui->table->setFocus();
+                        takeBackRemoval();
                     }}});
+}
+
+/// What was typed since, and what is being typed, stays.
+void ContactScreen::takeBackRemoval()
+{
+    ui->table->endEditing();
+    shown->takeBackRemoval(std::exchange(removedBy, 0));
+    removal->withdraw();
+    ui->table->setFocus();
 }
 
 /// Changes that cannot be saved stay in the window, unless the user lets them go.

@@ -47,13 +47,15 @@ private:
     void undo();
     void redo();
     void tellOfRemoval(int stepCount);
+    void takeBackRemoval();
     bool save();
     QByteArray asText() const;
     Unsaved unsaved();
 
     NumberCheck numbers;
     FileReport report;
-    Banner *removal; ///< of the last step, if it removed contacts
+    Banner *removal;   ///< of the contacts removed last
+    int removedBy = 0; ///< the number of steps with which they were, or 0
     int shownSteps = 0;
     ContactTable *shown = nullptr;
     bool isReadable = true; ///< the store's contacts are in the table

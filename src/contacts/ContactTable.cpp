@@ -1,6 +1,7 @@
 #include "contacts/ContactTable.h"
 
 #include <algorithm>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -20,6 +21,11 @@ public:
 
     void redo() override { redoStep(); }
     void undo() override { undoStep(); }
+    /// What takes it back, as a step of its own.
+    std::unique_ptr<ContactStep> reversed() const
+    {
+        return std::make_unique<ContactStep>(QString(), undoStep, redoStep);
+    }
 
 private:
     std::function<void()> redoStep;
@@ -107,6 +113,15 @@ void ContactTable::remove(QList<int> numbers)
         rows.append({row, contacts[row]});
     doneSteps.push(new ContactStep(
         u"Removed "_s + enumeration(rows), [=, this] { take(rows); }, [=, this] { insert(rows); }));
+}
+
+void ContactTable::takeBackRemoval(int stepCount)
+{
+    if (stepCount == doneSteps.index())
+        doneSteps.undo();
+    else
+        doneSteps.push(
+            static_cast<const ContactStep *>(doneSteps.command(stepCount - 1))->reversed().release());
 }
 
 void ContactTable::insert(const Rows &rows)

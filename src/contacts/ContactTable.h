@@ -40,6 +40,10 @@ public:
     /// Removes the rows; they may come in any order.
     void remove(QList<int> rows);
 
+    /// Takes back the step behind which there are so many, with what was done since left as it is. A step
+    /// that removes contacts, since which none was removed.
+    void takeBackRemoval(int stepCount);
+
     /// What was done; the steps that remove contacts have a text, which tells of that.
     QUndoStack &steps() { return doneSteps; }
 

@@ -2,15 +2,22 @@
 
 #include "model/Appearance.h"
 #include "platform/Diagnostics.h"
+#include "platform/RedoFile.h"
 #include "platform/WholeFile.h"
 
 #include <QDataStream>
+#include <QDateTime>
 #include <QFile>
 #include <QIODevice>
 
+#include <cerrno>
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
-constexpr qint32 fileFormat = 1;
+constexpr qint32 unchecked = 1; ///< format of a task without checksum
+constexpr qint32 checked = 2;
 
 Instant instant(qint64 milliseconds)
 {
@@ -20,61 +27,96 @@ Instant instant(qint64 milliseconds)
 void write(QDataStream &stream, const task &entry)
 {
     const Color &color = entry.color;
-    stream << fileFormat << qint64(entry.date.time_since_epoch().count()) << entry.name << entry.desc
-           << entry.client << entry.teamMember << color.red << color.green << color.blue << color.alpha
+    stream << qint64(entry.date.time_since_epoch().count()) << entry.name << entry.desc << entry.client
+           << entry.teamMember << color.red << color.green << color.blue << color.alpha
            << qint64(entry.due.time_since_epoch().count()) << entry.status << entry.priority
            << entry.statusName << entry.priorityName << entry.startHour << entry.startMin << entry.endHour
            << entry.endMin;
 }
 
-QByteArray written(const QList<task> &entries)
+/// \param fill  is given the stream
+QByteArray written(const auto &fill)
 {
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream.setVersion(QDataStream::Qt_6_4);
-    for (const task &entry : entries)
-        write(stream, entry);
+    fill(stream);
     return bytes;
 }
 
-/// The next task, unless the file was damaged or written by another version of the program.
-std::optional<task> read(QDataStream &stream)
+QByteArray written(const QList<task> &entries)
+{
+    return written([&](QDataStream &stream) {
+        for (const task &entry : entries) {
+            const QByteArray fields = written([&](QDataStream &inner) { write(inner, entry); });
+            stream << checked << fields << redoFile::digestOf(fields).crc;
+        }
+    });
+}
+
+std::optional<task> readFields(QDataStream &stream)
 {
     task entry;
     Color &color = entry.color;
-    qint32 format = 0;
     qint64 date = 0;
     qint64 due = 0;
-    stream >> format >> date >> entry.name >> entry.desc >> entry.client >> entry.teamMember >> color.red >>
+    stream >> date >> entry.name >> entry.desc >> entry.client >> entry.teamMember >> color.red >>
         color.green >> color.blue >> color.alpha >> due >> entry.status >> entry.priority >>
         entry.statusName >> entry.priorityName >> entry.startHour >> entry.startMin >> entry.endHour >>
         entry.endMin;
     entry.date = instant(date);
     entry.due = instant(due);
-    const bool isWhole = stream.status() == QDataStream::Ok && format == fileFormat;
-    return isWhole ? std::optional(entry) : std::nullopt;
+    return stream.status() == QDataStream::Ok ? std::optional(entry) : std::nullopt;
 }
 
-QList<task> readAll(const QByteArray &bytes)
+/// The next task; nothing when it is damaged or of another version of the program. Behind a task of which
+/// only the fields are damaged the stream can be read on.
+std::optional<task> readNext(QDataStream &stream)
 {
-    QDataStream stream(bytes);
-    stream.setVersion(QDataStream::Qt_6_4);
-    QList<task> entries;
-    while (!stream.atEnd()) {
-        const std::optional<task> entry = read(stream);
-        if (!entry)
-            break;
-        entries.append(*entry);
-    }
-    return entries;
+    qint32 format = 0;
+    stream >> format;
+    if (format == unchecked)
+        return readFields(stream);
+    QByteArray fields;
+    quint32 crc = 0;
+    stream >> fields >> crc;
+    if (format != checked)
+        stream.setStatus(QDataStream::ReadCorruptData);
+    if (stream.status() != QDataStream::Ok || crc != redoFile::digestOf(fields).crc)
+        return std::nullopt;
+    QDataStream inner(fields);
+    inner.setVersion(QDataStream::Qt_6_4);
+    return readFields(inner);
 }
 
 } // namespace
 
+/// What cannot be read is skipped, and the file set aside.
+void TaskDraft::read()
+{
+    const std::optional<QByteArray> bytes = readWholeFile(filePath);
+    bool isWhole = bytes || errno == ENOENT;
+    QDataStream stream(bytes.value_or(QByteArray()));
+    stream.setVersion(QDataStream::Qt_6_4);
+    while (!stream.atEnd() && stream.status() == QDataStream::Ok) {
+        const std::optional<task> entry = readNext(stream);
+        isWhole = isWhole && entry;
+        if (entry)
+            kept.append(*entry);
+    }
+    if (isWhole)
+        return;
+    asidePath = filePath + QDateTime::currentDateTime().toString(u"'.damaged-'yyyyMMdd-HHmmss"_s);
+    if (QFile::rename(filePath, asidePath))
+        store();
+    else
+        asidePath = filePath;
+}
+
 std::optional<task> TaskDraft::begun()
 {
     if (!std::exchange(isRead, true))
-        kept = readAll(readWholeFile(filePath).value_or(QByteArray()));
+        read();
     if (kept.isEmpty())
         return std::nullopt;
     task entry = kept.constLast();
@@ -82,7 +124,7 @@ std::optional<task> TaskDraft::begun()
     return entry;
 }
 
-void TaskDraft::keep(const task &entry)
+bool TaskDraft::keep(const task &entry)
 {
     constexpr qsizetype most = 20;
     begun(); // so that those of the file stay
@@ -90,7 +132,7 @@ void TaskDraft::keep(const task &entry)
     kept.last().color = storedOrHeld(entry.color, isDarkMode());
     if (kept.size() > most)
         kept.removeFirst();
-    store();
+    return store();
 }
 
 void TaskDraft::discard()
@@ -101,10 +143,12 @@ void TaskDraft::discard()
     store();
 }
 
-void TaskDraft::store() const
+bool TaskDraft::store()
 {
-    if (kept.isEmpty())
-        QFile::remove(filePath);
-    else if (!replaceWholeFile(filePath, written(kept)))
-        diagnostics::line("Begun task kept until the program ends only");
+    const bool isStored = kept.isEmpty() ? QFile::remove(filePath) || !QFile::exists(filePath)
+                                         : replaceWholeFile(filePath, written(kept));
+    error = isStored ? QString() : qt_error_string(errno);
+    if (!isStored)
+        diagnostics::line("Begun tasks not stored:", error);
+    return isStored;
 }

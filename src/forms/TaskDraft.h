@@ -3,9 +3,13 @@
 #include "model/task.h"
 
 #include <optional>
+#include <utility>
 
 /// The tasks that were begun in the form of a new one and not added. They are kept in a file of the user's
 /// own, so that they are there after the program has ended as well.
+///
+/// Format: for each task the number 2, its fields as a byte array and the CRC-32 of that, as QDataStream of
+/// Qt 6.4 writes them. In version 1 the fields follow the number 1 as they are.
 class TaskDraft
 {
 public:
@@ -16,14 +20,25 @@ public:
 
     /// The one begun last, in the colours of the present appearance; nothing when there is none.
     std::optional<task> begun();
-    void keep(const task &entry);
+    /// False when it could not be written, for the reason in `problem`: it is kept until the program ends.
+    bool keep(const task &entry);
+    /// Writes again what could not be written.
+    bool store();
     /// Forgets the one begun last.
     void discard();
 
+    const QString &path() const { return filePath; }
+    /// Why it could not be written, in the words of the operating system.
+    const QString &problem() const { return error; }
+    /// Where the file is now of which not all could be read, since this was last asked; empty for none.
+    QString takeSetAside() { return std::exchange(asidePath, {}); }
+
 private:
-    void store() const;
+    void read();
 
     QString filePath;
+    QString error;
+    QString asidePath;
     QList<task> kept; ///< their colours as stored
     bool isRead = false;
 };

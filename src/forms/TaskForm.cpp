@@ -104,11 +104,15 @@ void TaskForm::viewDidDisappear()
     hideColorPanel();
 }
 
+std::array<PickerField *, 4> TaskForm::pickers() const
+{
+    return {fields->dtTaskDueDate, fields->dtTaskDate, fields->startTime, fields->endTime};
+}
+
 bool TaskForm::commitTyping()
 {
     isRefused = false;
-    for (PickerField *picker : std::initializer_list<PickerField *>{fields->dtTaskDueDate, fields->dtTaskDate,
-                                                                    fields->startTime, fields->endTime})
+    for (PickerField *picker : pickers())
         if (!picker->commit())
             return false;
     return !isRefused;

@@ -4,11 +4,13 @@
 #include "model/task.h"
 #include "widgets/Screen.h"
 
+#include <array>
 #include <memory>
 
 class ColorPanel;
 class DatePicker;
 class NotificationCenter;
+class PickerField;
 class QComboBox;
 class TaskDraft;
 class TaskManager;
@@ -46,6 +48,8 @@ protected:
     void viewDidAppear() override;
     void viewDidDisappear() override;
 
+    /// All of them, in the order in which what is being typed into them is taken.
+    std::array<PickerField *, 4> pickers() const;
     /// Takes what is still being typed into the pickers; false when one of the dates was refused.
     bool commitTyping();
     /// The controls' values as a task without key.

@@ -4,11 +4,13 @@
 #include "forms/TaskDraft.h"
 #include "model/Appearance.h"
 #include "model/TaskManager.h"
+#include "model/TaskShareText.h"
 #include "platform/Diagnostics.h"
 #include "platform/NotificationCenter.h"
 #include "ui_TaskFields.h"
 #include "ui_ViewControllerAdd.h"
 #include "widgets/Banner.h"
+#include "widgets/Unsaved.h"
 
 #include <tuple>
 
@@ -17,14 +19,17 @@ using namespace Qt::StringLiterals;
 ViewControllerAdd::ViewControllerAdd(const TaskFormServices &formServices, QWidget *parent)
     : TaskForm(formServices, Color(), Calendar::now(), Calendar::now(), parent)
     , ui(std::make_unique<Ui::ViewControllerAdd>())
+    , damage(new Banner(this))
     , offer(new Banner(this))
 {
     ui->setupUi(this);
     ui->mainLayout->insertWidget(0, offer);
+    ui->mainLayout->insertWidget(0, damage);
     loadView(*ui->taskFields);
     viewDidLoad();
     connectActions();
     offerDraft();
+    tellOfDamage();
 }
 
 ViewControllerAdd::~ViewControllerAdd() = default;
@@ -64,11 +69,49 @@ void ViewControllerAdd::viewWillAppear()
         diagnostics::line(util().getHour(*picker), ":", util().getMinute(*picker));
 }
 
+bool ViewControllerAdd::viewShouldClose()
+{
+    if (keepBegun())
+        return true;
+    const Unsaved unkept{.what = {},
+                         .path = services.draft.path(),
+                         .reason = {},
+                         .tryAgain = [this] { return services.draft.store(); },
+                         .content = [this] { return taskShareText(taskOfControls(), newKey()).toUtf8(); },
+                         .copySuffix = u"txt"_s,
+                         .sentence =
+                             u"What you have begun cannot be kept: %1."_s.arg(services.draft.problem())};
+    if (unkept.mayBeLeft(*this, u"Close All the &Same"_s))
+        return true;
+    isKept = false;
+    services.draft.discard(); // the form still holds it
+    return false;
+}
+
 void ViewControllerAdd::viewWillDisappear()
 {
+    if (!isKept)
+        keepBegun();
+}
+
+/// Keeps what the form holds, if anything was entered; false when that goes with the program.
+bool ViewControllerAdd::keepBegun()
+{
+    takeTyping();
     isKept = isTouched();
-    if (isKept)
-        services.draft.keep(taskOfControls());
+    return !isKept || services.draft.keep(taskOfControls());
+}
+
+/// Takes what is still being typed into the pickers as far as it can be read, and without a question: there
+/// is nobody left to answer it.
+void ViewControllerAdd::takeTyping()
+{
+    for (PickerField *picker : pickers())
+        picker->takeTyped();
+    if (util().compareDays(fields->dtTaskDate->moment(), fields->dtTaskDueDate->moment()) >= 0)
+        return;
+    fields->dtTaskDate->setMoment(previousDate);
+    fields->dtTaskDueDate->setMoment(previousDueDate);
 }
 
 /// Whether anything was entered; a colour alone is not worth keeping.
@@ -102,6 +145,15 @@ void ViewControllerAdd::offerDraft()
                       services.draft.discard();
                       offerDraft();
                   }}});
+}
+
+void ViewControllerAdd::tellOfDamage()
+{
+    if (const QString path = services.draft.takeSetAside(); !path.isEmpty())
+        damage->tell(u"Not every task that you had begun could be read. The file is kept in %1."_s.arg(path),
+                     {{u"Dismiss"_s, [this] {
+                           damage->withdraw();
+                       }}});
 }
 
 /// Exchanges it for what has been entered meanwhile, if anything.

@@ -8,7 +8,8 @@ namespace Ui {
 class ViewControllerAdd;
 }
 
-/// The form of a new task. What is closed without being added is offered when the form is opened again.
+/// The form of a new task. What is closed without being added is offered when the form is opened again; where
+/// that cannot be kept, it is asked before the form closes.
 class ViewControllerAdd : public TaskForm
 {
     Q_OBJECT
@@ -33,6 +34,7 @@ signals:
     void added(const QString &key);
 
 protected:
+    bool viewShouldClose() override;
     void viewWillAppear() override;
     void viewWillDisappear() override;
     void focusInEvent(QFocusEvent *event) override;
@@ -43,8 +45,12 @@ private:
     void offerDraft();
     void takeUpDraft();
     bool isTouched() const;
+    void takeTyping();
+    bool keepBegun();
+    void tellOfDamage();
 
     std::unique_ptr<Ui::ViewControllerAdd> ui;
+    Banner *damage;
     Banner *offer;
     task untouched;      ///< what the controls show when nothing has been entered
     bool isKept = false; ///< as a begun task, when the form was hidden

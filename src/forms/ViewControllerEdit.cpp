@@ -88,24 +88,48 @@ void ViewControllerEdit::btnEditTask_ClickWithSender(QObject *)
 bool ViewControllerEdit::storeControls()
 {
     manager.selectAgain(known.key);
-    if (!mayReplace())
+    const QStringList others = hasGone() ? QStringList() : fieldsOfOthers();
+    if (!others.isEmpty() && !mayReplace(others))
         return false;
     if (hasGone())
-        manager.restoreTask({.key = known.key, .name = known.name, .hidden = known.hidden});
-    manager.editSelectedTask(taskOfControls());
+        return storeAsNew();
+    if (others.isEmpty())
+        manager.editSelectedTask(taskOfControls());
+    else
+        manager.editSelectedTaskKeepingOld(taskOfControls());
     known = manager.selectedTask();
     return true;
 }
 
-/// Asks when that would undo what others have done to the task since. Of the two versions, the one that is
-/// not chosen becomes another task.
-bool ViewControllerEdit::mayReplace()
+/// Asks whether the task, which is no longer in the list, is to be stored all the same.
+bool ViewControllerEdit::storeAsNew()
+{
+    Alert alert(this, u"This task was deleted elsewhere while the form was open."_s,
+                u"What the form holds can be stored as a new task."_s);
+    const QPushButton *store = alert.addButton(u"&Store as a New Task"_s, QMessageBox::AcceptRole);
+    alert.setDefaultButton(alert.addButton(QMessageBox::Cancel));
+    alert.exec();
+    if (alert.clickedButton() != store)
+        return false;
+    task added = taskOfControls();
+    added.hidden = known.hidden;
+    manager.selectTaskByKey(manager.addTask(added));
+    showWhole(manager.selectedTask());
+    return true;
+}
+
+/// The fields in which storing would undo what others have done to the task since the form was opened.
+QStringList ViewControllerEdit::fieldsOfOthers() const
 {
     QStringList changed = differingFields(known, manager.selectedTask());
     const QStringList replaced = differingFields(taskOfControls(), manager.selectedTask());
     changed.removeIf([&](const QString &field) { return !replaced.contains(field); });
-    if (hasGone() || known.key.isEmpty() || changed.isEmpty())
-        return true;
+    return known.key.isEmpty() ? QStringList() : changed;
+}
+
+/// Asks before that is undone. Of the two versions, the one that is not chosen becomes another task.
+bool ViewControllerEdit::mayReplace(const QStringList &changed)
+{
     Alert alert(this,
                 u"This task was changed elsewhere while the form was open: %1."_s.arg(changed.join(u", "_s)),
                 u"Store your version, or keep the other one and see it here. The version that you do not "
@@ -115,16 +139,12 @@ bool ViewControllerEdit::mayReplace()
     alert.setDefaultButton(alert.addButton(QMessageBox::Cancel));
     alert.exec();
     manager.selectAgain(known.key); // others may have gone on meanwhile
-    if (hasGone() || (alert.clickedButton() != storeMine && alert.clickedButton() != keepOther))
+    if (hasGone() || alert.clickedButton() != keepOther)
         return alert.clickedButton() == storeMine;
     const task other = manager.selectedTask();
-    const bool isMine = alert.clickedButton() == storeMine;
-    task second = isMine ? other : taskOfControls();
-    second.key.clear();
-    second.hidden = other.hidden;
-    manager.addTask(second);
-    if (isMine)
-        return true;
+    task mine = taskOfControls();
+    mine.hidden = other.hidden;
+    manager.addTask(mine);
     services.notices.post(notice::reload);
     showWhole(other);
     return false;

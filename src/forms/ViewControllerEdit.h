@@ -35,7 +35,9 @@ private:
     void connectActions();
     void showWhole(const task &shown);
     bool storeControls();
-    bool mayReplace();
+    bool storeAsNew();
+    QStringList fieldsOfOthers() const;
+    bool mayReplace(const QStringList &fieldsOfOthers);
     bool hasGone() const;
     void logDates() const;
 

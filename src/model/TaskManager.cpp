@@ -50,11 +50,13 @@ void TaskManager::editSelectedTask(const task &edited)
     diagnostics::line("Edit Task");
 }
 
-void TaskManager::restoreTask(const task &gone)
+void TaskManager::editSelectedTaskKeepingOld(const task &edited)
 {
-    TaskList &list = changedList(u"Edit"_s, gone);
-    list.append(gone);
-    selectedIndex = list.size() - 1;
+    task old = selectedTask();
+    willChange(u"Edit"_s, &old);
+    old.key.clear();
+    addTask(old);
+    editSelectedTask(edited);
 }
 
 void TaskManager::load(const std::function<void()> &addTasks)

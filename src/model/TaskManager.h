@@ -55,8 +55,8 @@ public:
     /// Replaces everything but key and hidden flag of the selected task. The default times follow in any
     /// case.
     void editSelectedTask(const task &edited);
-    /// Appends a task that has gone from the list, and selects it.
-    void restoreTask(const task &gone);
+    /// The same, while the selected task as it was becomes a task of its own.
+    void editSelectedTaskKeepingOld(const task &edited);
     /// Replaces the whole list by the tasks that the call adds. An active search is applied to them, and the
     /// same task stays selected.
     void load(const std::function<void()> &addTasks);

@@ -118,32 +118,55 @@ std::optional<QByteArray> ProtectedFile::read()
     return content;
 }
 
-bool ProtectedFile::write(QByteArrayView content)
+/// Does the step, once more whenever room could be made on the disk that was full.
+bool ProtectedFile::withRoom(const std::function<bool()> &step, const std::function<bool()> &makeRoom) const
 {
+    while (!step())
+        if (!lacksRoom || !makeRoom())
+            return false;
+    return true;
+}
+
+/// \param known  the content that the file has, as far as that is certain
+std::unique_ptr<FileDescriptor> ProtectedFile::writeRedo(const std::optional<Digest> &known,
+                                                         QByteArrayView content, const Digest &digest)
+{
+    const Digest replaced = known.value_or(lastSeen == State() ? redoFile::digestOf({}) : Digest());
+    auto redo = redoFile::write(redoPath, filePath, replaced, content, digest);
+    if (!redo)
+        fail();
+    return redo;
+}
+
+bool ProtectedFile::write(QByteArrayView content, const MakeRoom &makeRoom)
+{
+    const auto roomFor = [&](const QString &path) {
+        return [&makeRoom, path, bytes = content.size()] {
+            return makeRoom && makeRoom(path, bytes);
+        };
+    };
     const std::optional<Digest> known = std::exchange(held, std::nullopt);
     const Digest wanted = redoFile::digestOf(content);
     const bool isSame = !copyDue && known == wanted && presentState() == lastSeen;
     bool isProtected = isSame;
     std::unique_ptr<FileDescriptor> redo; // in use until the file itself is written
     if (!isSame) {
-        const Digest replaced = known.value_or(lastSeen == State() ? redoFile::digestOf({}) : Digest());
-        redo = redoFile::write(redoPath, filePath, replaced, content, wanted);
-        isProtected = redo || fail();
+        isProtected =
+            withRoom([&] { return bool(redo = writeRedo(known, content, wanted)); }, roomFor(redoPath));
         isPending |= isProtected;
         // An older redo file that stays would be replayed over what is written without a new one.
         const bool staysOld = QFileInfo::exists(redoPath) && !QFileInfo(stateFolder).isWritable();
         if (!isProtected && (staysOld || redoFile::isInUse(redoPath)))
             return false;
-        if ((copyDue || isUnread || isChangedByOthers(known)) && QFileInfo::exists(filePath) && !copyAside())
+        if ((copyDue || isUnread || isChangedByOthers(known)) && QFileInfo::exists(filePath) &&
+            !withRoom([this] { return copyAside(); }, roomFor(filePath)))
             return false;
         copyDue = isUnread = false;
     }
     const QString whyNoRedo = error;
-    const bool lacksRoomForRedo = !isProtected && lacksRoom;
-    if (!writeInPlace(content, isProtected)) {
+    if (!withRoom([&] { return writeInPlace(content, isProtected); }, roomFor(filePath))) {
         lastSeen = presentState();
         error = isProtected ? error : whyNoRedo;
-        lacksRoom = lacksRoom || lacksRoomForRedo;
         return false;
     }
     held = wanted;

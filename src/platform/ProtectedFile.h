@@ -7,6 +7,8 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -53,15 +55,17 @@ public:
     /// Whether somebody else has given the file another content since it was last read or written here.
     bool isChangedByOthers() const { return isChangedByOthers(held); }
 
+    /// Frees so many bytes of the full disk on which this file is, or is to be; false when it cannot.
+    using MakeRoom = std::function<bool(const QString &path, qint64 bytes)>;
+
     /// Replaces the whole content. On false the content on disk is still the old one, or the new one is
     /// complete in the redo file. What the file holds already is written without a redo file, since an
     /// interruption leaves the same bytes; so is what there is room for in the file itself, where no redo
     /// file can be made.
-    bool write(QByteArrayView content);
+    /// \param makeRoom  is asked first wherever a disk is full: for the redo file, the copy, the file
+    bool write(QByteArrayView content, const MakeRoom &makeRoom = {});
     /// Why the last write failed, in the words of the operating system.
     const QString &errorString() const { return error; }
-    /// Whether it failed because the disk is full.
-    bool isDiskFull() const { return lacksRoom; }
 
     /// Has the file, as it is then, copied beside itself, as `NAME.damaged-YYYYMMDD-HHMMSS`, before the next
     /// write overwrites it. That write fails when the copy cannot be made; its content is then kept in the
@@ -93,13 +97,16 @@ private:
     bool copyAside();
     bool keepAside(QByteArrayView content);
     bool writeInPlace(QByteArrayView content, bool isProtected);
+    std::unique_ptr<FileDescriptor> writeRedo(const std::optional<Digest> &known, QByteArrayView content,
+                                              const Digest &digest);
+    bool withRoom(const std::function<bool()> &step, const std::function<bool()> &makeRoom) const;
     bool fail();
 
     QString filePath;
     QString stateFolder;
     QString redoPath;
     QString error;
-    bool lacksRoom = false; ///< for what failed last
+    bool lacksRoom = false; ///< of a disk that is full, for what failed last
     QString unreadable;
     QString copiedTo;
     State lastSeen;

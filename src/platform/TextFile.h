@@ -16,11 +16,13 @@ public:
     /// text could not be had is copied aside before it is overwritten.
     std::optional<QString> read();
 
-    bool write(const QByteArray &utf8) { return file.write(utf8); }
+    bool write(const QByteArray &utf8, const ProtectedFile::MakeRoom &makeRoom = {})
+    {
+        return file.write(utf8, makeRoom);
+    }
     void keepCopy() { file.keepCopy(); }
     const QString &path() const { return file.path(); }
     const QString &errorString() const { return file.errorString(); }
-    bool isDiskFull() const { return file.isDiskFull(); }
     const QString &readProblem() const { return file.readProblem(); }
     bool isChangedByOthers() const { return file.isChangedByOthers(); }
     QString takeCopyPath() { return file.takeCopyPath(); }

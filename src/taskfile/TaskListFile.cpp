@@ -6,6 +6,7 @@
 #include "taskfile/TaskRowReader.h"
 #include "taskfile/TaskRowWriter.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTimeZone>
@@ -50,7 +51,7 @@ bool TaskListFile::writeFile()
 {
     const QByteArray rows = text();
     if (file) {
-        lastWriteFailed = !readProblem().isEmpty() || !writeDurably(rows);
+        lastWriteFailed = !readProblem().isEmpty() || !file->write(rows, history.makeRoom);
         if (lastWriteFailed) {
             diagnostics::line("Error");
             return false;
@@ -61,15 +62,6 @@ bool TaskListFile::writeFile()
         history.keep(rows);
     }
     invertedColors = isDarkMode();
-    return true;
-}
-
-/// Where the disk is full, what the list has been goes before the list.
-bool TaskListFile::writeDurably(const QByteArray &rows)
-{
-    while (!file->write(rows))
-        if (!file->isDiskFull() || !history.makeRoom(file->path(), rows.size()))
-            return false;
     return true;
 }
 
@@ -85,6 +77,7 @@ void TaskListFile::leaveTrace() const
 {
     if (QFile::symLinkTarget(trace) == path())
         return;
+    QDir().mkpath(QFileInfo(trace).path());
     QFile::remove(trace);
     QFile::link(path(), trace);
 }
@@ -109,6 +102,7 @@ void TaskListFile::parseFile(const QString &text)
     const qsizetype rows = text.count(rowEnd);
     diagnostics::line("No of Rows:", rows + 1);
     skipped = 0;
+    rowsAlike.clear();
     TaskRowReader reader(separatorFieldsFile, separatorRowsFile);
     const QStringView whole(text);
     qsizetype start = 0;
@@ -125,6 +119,16 @@ void TaskListFile::parseFile(const QString &text)
     manager.setColorsInverted(isDark);
     invertedColors = isDark;
     filedChanges = manager.changeCount();
+}
+
+/// The key of a row that has none. As long as the program runs it is the same whenever the row is read again,
+/// for whoever still has to do with that task.
+QString TaskListFile::keyFor(QStringView row)
+{
+    const QUuid ofRow = QUuid::createUuidV5(run, row.toUtf8());
+    QUuid key = QUuid::createUuidV5(ofRow, QByteArray::number(rowsAlike[ofRow]++));
+    key.data3 = (key.data3 & 0x0fff) | 0x4000; // as random as the run's, and marked like any other key
+    return key.toString(QUuid::WithoutBraces).toUpper();
 }
 
 void TaskListFile::parseRow(qsizetype number, QStringView row, TaskRowReader &reader, bool isDark)
@@ -144,6 +148,8 @@ void TaskListFile::parseRow(qsizetype number, QStringView row, TaskRowReader &re
         diagnostics::line("In dark mode -> Invert");
     diagnostics::line("No of Fields:", reader.fields().size());
     entry->color = storedOrHeld(entry->color, isDark);
+    if (entry->key.isEmpty())
+        entry->key = keyFor(row);
     manager.addTask(*entry);
     if (reader.fields().size() == TaskRowReader::fullRow)
         diagnostics::line("20 fields");

@@ -5,8 +5,10 @@
 #include "platform/TextFile.h"
 #include "taskfile/RowTexts.h"
 
+#include <QHash>
 #include <QString>
 #include <QStringView>
+#include <QUuid>
 
 #include <functional>
 #include <optional>
@@ -20,10 +22,8 @@ struct TaskListHistory
     /// Is handed each text that was read from the file or written to it.
     std::function<void(const QByteArray &text)> keep = [](const QByteArray &) {
     };
-    /// Is asked to free so many bytes of a full disk for the file; false when it cannot.
-    std::function<bool(const QString &path, qint64 bytes)> makeRoom = [](const QString &, qint64) {
-        return false;
-    };
+    /// Is asked for room before the list goes without what is to protect it, or stays unsaved.
+    ProtectedFile::MakeRoom makeRoom = {};
 };
 
 /// The file "zandulist.txt" in the documents folder, which holds the whole task list.
@@ -73,11 +73,11 @@ public:
 
 private:
     void leaveTrace() const;
-    bool writeDurably(const QByteArray &rows);
     bool takeOver(const QString &text);
     bool putTogether();
     bool addAgain(const TaskList &tasks);
     std::optional<QString> read();
+    QString keyFor(QStringView row);
     void parseRow(qsizetype number, QStringView row, TaskRowReader &reader, bool isDark);
 
     char16_t separatorFieldsFile = u'|';
@@ -92,6 +92,8 @@ private:
     bool wasGone = false; ///< at the start, and nobody has brought it back since
     TaskListHistory history;
     RowTexts rowTexts;
+    const QUuid run = QUuid::createUuid();
+    QHash<QUuid, qint64> rowsAlike; ///< how many of a row without key this reading has met
     bool lastWriteFailed = false;
     qint64 filedChanges = 0; ///< the manager's count of changes when list and file were last the same
     qsizetype skipped = 0;

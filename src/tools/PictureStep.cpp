@@ -40,13 +40,33 @@ PictureStep::PictureStep(const QString &name, const QImage &before, const QImage
     if (first.size() == second.size() && first.format() == format && second.format() == format) {
         compare(first, second);
     } else {
-        wholeBefore = first;
-        wholeAfter = second;
+        wholeBefore.emplace(first);
+        wholeAfter.emplace(second);
     }
+}
+
+PictureStep::PictureStep(const PictureStep &other)
+    : QUndoCommand(other.text())
+    , view(other.view)
+    , show(other.show)
+    , size(other.size)
+    , runs(other.runs)
+    , differences(other.differences)
+    , wholeBefore(other.wholeBefore)
+    , wholeAfter(other.wholeAfter)
+{
+}
+
+qsizetype PictureStep::byteCount() const
+{
+    const qsizetype whole = wholeBefore ? wholeBefore->byteCount() + wholeAfter->byteCount() : 0;
+    return whole + differences.size() + runs.size() * qsizetype(sizeof(Run));
 }
 
 void PictureStep::compare(const QImage &before, const QImage &after)
 {
+    constexpr int fast = 1;
+    QList<QRgb> pixels;
     const int width = size.width();
     for (int row = 0; row < size.height(); ++row) {
         const QRgb *const from = rowOf(before, row);
@@ -58,12 +78,13 @@ void PictureStep::compare(const QImage &before, const QImage &after)
                 continue;
             const int start = column;
             for (; column < width && from[column] != to[column]; ++column)
-                differences.append(from[column] ^ to[column]);
+                pixels.append(from[column] ^ to[column]);
             runs.append({row, start, column - start});
         }
     }
     runs.squeeze();
-    differences.squeeze();
+    differences = qCompress(reinterpret_cast<const uchar *>(pixels.constData()),
+                            pixels.size() * qsizetype(sizeof(QRgb)), fast);
 }
 
 QImage PictureStep::exchanged() const
@@ -71,7 +92,8 @@ QImage PictureStep::exchanged() const
     // An empty board has whatever size the display gives it.
     const bool isEmptyBoard = view.picture().size() != size || view.picture().format() != format;
     QImage picture = filled(isEmptyBoard ? QImage() : view.picture(), size);
-    auto difference = differences.cbegin();
+    const QByteArray bytes = qUncompress(differences);
+    auto difference = reinterpret_cast<const QRgb *>(bytes.constData());
     for (const Run &run : runs) {
         QRgb *const pixels = reinterpret_cast<QRgb *>(picture.scanLine(run.row)) + run.column;
         for (int pixel = 0; pixel < run.length; ++pixel)
@@ -83,11 +105,11 @@ QImage PictureStep::exchanged() const
 void PictureStep::undo()
 {
     isDone = false;
-    show(wholeBefore.isNull() ? exchanged() : wholeBefore);
+    show(wholeBefore ? wholeBefore->unpacked() : exchanged());
 }
 
 void PictureStep::redo()
 {
     if (!std::exchange(isDone, true))
-        show(wholeAfter.isNull() ? exchanged() : wholeAfter);
+        show(wholeAfter ? wholeAfter->unpacked() : exchanged());
 }

@@ -1,15 +1,17 @@
 #pragma once
 
-#include <QImage>
+#include "tools/PackedPicture.h"
+
 #include <QList>
 #include <QUndoCommand>
 
 #include <functional>
+#include <optional>
 
 class PictureView;
 
 /// What was done to the whiteboard's picture: a stroke was drawn, or another picture took its place. Of
-/// pictures of one size only the pixels are kept in which they differ.
+/// pictures of one size only the pixels are kept in which they differ; all that is kept is compressed.
 class PictureStep : public QUndoCommand
 {
 public:
@@ -21,9 +23,14 @@ public:
     /// \param after   what the view shows by now
     PictureStep(const QString &name, const QImage &before, const QImage &after, const PictureView &view,
                 Show show);
+    /// The same step for another stack: it was done.
+    PictureStep(const PictureStep &other);
+    PictureStep &operator=(const PictureStep &) = delete;
 
     /// Whether both pictures are the same.
-    bool isEmpty() const { return runs.isEmpty() && wholeBefore.isNull(); }
+    bool isEmpty() const { return runs.isEmpty() && !wholeBefore; }
+    /// What it takes of the memory.
+    qsizetype byteCount() const;
 
     void undo() override;
     void redo() override;
@@ -45,8 +52,8 @@ private:
     Show show;
     QSize size;
     QList<Run> runs;
-    QList<QRgb> differences; ///< run after run; an exclusive or with them exchanges the pictures
-    QImage wholeBefore;      ///< where the pictures cannot be compared, as `wholeAfter` is
-    QImage wholeAfter;
+    QByteArray differences; ///< compressed pixels, run after run; an exclusive or exchanges the pictures
+    std::optional<PackedPicture> wholeBefore; ///< where they cannot be compared, as `wholeAfter` is
+    std::optional<PackedPicture> wholeAfter;
     bool isDone = true; ///< before it comes to the stack, which does what it is given
 };

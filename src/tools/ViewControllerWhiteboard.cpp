@@ -17,7 +17,6 @@
 using namespace Qt::StringLiterals;
 
 constexpr int bandHeight = 60;
-constexpr int mostSteps = 200; // of about 100 kB
 
 ViewControllerWhiteboard::ViewControllerWhiteboard(const Services &services, QWidget *parent)
     : Screen(parent, Qt::Window)
@@ -36,7 +35,6 @@ ViewControllerWhiteboard::ViewControllerWhiteboard(const Services &services, QWi
     aboveCanvas->addWidget(ui->banners);
     aboveCanvas->addStretch();
     ui->color->setPanel(colorPanel);
-    steps.setUndoLimit(mostSteps);
     connectActions();
     viewDidLoad();
 }
@@ -62,10 +60,14 @@ void ViewControllerWhiteboard::connectActions()
             [this](const QString &step) { ui->undoButton->setToolTip((u"Undo "_s + step).trimmed()); });
     connect(&steps, &QUndoStack::redoTextChanged, this,
             [this](const QString &step) { ui->redoButton->setToolTip((u"Redo "_s + step).trimmed()); });
-    connect(new QShortcut(QKeySequence::Undo, this), &QShortcut::activated, this,
-            [this] { undo(ui->undoButton); });
-    connect(new QShortcut(QKeySequence::Redo, this), &QShortcut::activated, this,
-            [this] { redo(ui->redoButton); });
+    // A key that is held down takes one step back: who looks at the board sees it too late to let go.
+    const auto onKeyOnce = [this](QKeySequence::StandardKey key, const auto &action) {
+        auto *shortcut = new QShortcut(key, this);
+        shortcut->setAutoRepeat(false);
+        connect(shortcut, &QShortcut::activated, this, action);
+    };
+    onKeyOnce(QKeySequence::Undo, [this] { undo(ui->undoButton); });
+    onKeyOnce(QKeySequence::Redo, [this] { redo(ui->redoButton); });
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QDialog::close);
     connect(ui->color, &ColorWell::colorChosen, this, [this] { selectColor(ui->color); });
 }
@@ -190,7 +192,7 @@ void ViewControllerWhiteboard::addStep(const QString &name, const QImage &before
     const QImage &after = ui->whiteboard->picture();
     if (auto step = std::make_unique<PictureStep>(name, before, after, *ui->whiteboard, show);
         !step->isEmpty())
-        steps.push(step.release());
+        steps.add(std::move(step));
 }
 
 Unsaved ViewControllerWhiteboard::unsaved()

@@ -2,11 +2,10 @@
 
 #include "platform/FileWatch.h"
 #include "tools/PictureFile.h"
+#include "tools/PictureHistory.h"
 #include "tools/WhiteboardLine.h"
 #include "widgets/FileReport.h"
 #include "widgets/Screen.h"
-
-#include <QUndoStack>
 
 #include <memory>
 #include <optional>
@@ -85,6 +84,6 @@ private:
     QString path;                           ///< the folder of the picture
     Line *line = nullptr;
     bool isChanged = false; ///< since the picture was read or captured
-    QUndoStack steps;       ///< since the screen came up, or others have written the file
+    PictureHistory steps;   ///< since the screen came up, or others have written the file
     std::unique_ptr<FileWatch> watch;
 };

@@ -27,9 +27,9 @@ public:
     /// Has the list's text kept as its newest version. When the thread is far behind, versions between are
     /// left out, never the newest one.
     void keep(const QByteArray &text);
-    /// Removes versions, the oldest first, to make room on the disk for a file that could not be written.
-    /// \param bytes  how much is wanted; no less than 1 MB is freed
-    /// \return false when there is nothing to be freed on that disk
+    /// Removes versions, the oldest first, to make room on the disk on which the file is to be: the list's,
+    /// or the one in the state folder that protects it while it is written. \param bytes  how much is wanted;
+    /// no less than 1 MB is freed \return false when there is nothing to be freed on that disk
     bool makeRoom(const QString &filePath, qint64 bytes);
     /// Both, for the list's file, which this has to outlive.
     TaskListHistory history();

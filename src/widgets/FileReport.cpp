@@ -58,29 +58,32 @@ void FileReport::tell(bool isSaved, QStringList news, const QString &copyPath)
         news.append(u"What %1 held before is kept in %2."_s.arg(unsaved().path, copyPath));
     if (news.isEmpty())
         return;
-    lastNews = news.join(u'\n');
-    newsBanner->tell(lastNews, {{showText,
-                                 [this] {
-                                     showFolder();
-                                 }},
-                                {u"&Dismiss"_s, [this] {
-                                     newsBanner->withdraw();
-                                 }}});
+    newsOnTheWay += news;
+    shownNews += news;
+    shownNews.removeDuplicates();
+    newsBanner->tell(shownNews.join(u'\n'), {{showText,
+                                              [this] {
+                                                  showFolder();
+                                              }},
+                                             {u"&Dismiss"_s, [this] {
+                                                  withdrawNews();
+                                              }}});
 }
 
 void FileReport::withdrawNews()
 {
+    shownNews.clear();
     newsBanner->withdraw();
 }
 
 bool FileReport::mayClose(const QString &goOn)
 {
-    lastNews.clear();
+    newsOnTheWay.clear();
     if (!unsaved().tryAgain() && !mayBeLeft(goOn))
         return false;
-    if (lastNews.isEmpty())
+    if (newsOnTheWay.isEmpty())
         return true;
-    Alert alert(newsBanner->window(), QString(), lastNews);
+    Alert alert(newsBanner->window(), QString(), newsOnTheWay.join(u'\n'));
     const QPushButton *show = alert.addButton(showText, QMessageBox::ActionRole);
     alert.setDefaultButton(alert.addButton(QMessageBox::Ok));
     alert.setEscapeButton(QMessageBox::Ok);

@@ -19,7 +19,7 @@ public:
 
     /// Brings the banners up to date, after the file was read or written. What is not saved is tried again by
     /// and by.
-    /// \param news      whole sentences; none leave what is told
+    /// \param news      whole sentences; they are added to what is told, until the user dismisses it
     /// \param copyPath  where the file was copied to; empty for no copy
     void tell(bool isSaved, QStringList news, const QString &copyPath);
     void withdrawNews();
@@ -38,7 +38,8 @@ private:
     std::function<Unsaved()> unsaved;
     Banner *unsavedBanner;
     Banner *newsBanner;
-    QString lastNews;
+    QStringList shownNews;
+    QStringList newsOnTheWay; ///< since it was last asked whether the window may go
     QTimer retry;
     size_t retries = 0; ///< since it could be saved
 };

@@ -28,6 +28,13 @@ bool PickerField::commit()
     return true;
 }
 
+void PickerField::takeTyped()
+{
+    const QSignalBlocker quiet(this);
+    if (isTyped && take(text()))
+        showValue();
+}
+
 bool PickerField::event(QEvent *event)
 {
     // Escape takes back what was typed; only then does it close the window.

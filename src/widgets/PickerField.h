@@ -12,6 +12,8 @@ class PickerField : public MarkedField
 public:
     /// Takes over what is being typed. False when it cannot be read; the field then says so.
     bool commit();
+    /// Takes over what is being typed if it can be read, and tells nobody.
+    void takeTyped();
 
 protected:
     explicit PickerField(QWidget *parent);

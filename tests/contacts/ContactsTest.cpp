@@ -1,5 +1,4 @@
 #include "contacts/ViewControllerClientMgmt.h"
-#include "support/CapturedOutput.h"
 #include "support/Dialogs.h"
 #include "support/TestProgram.h"
 
@@ -140,12 +139,7 @@ private slots:
                 QVERIFY(store.run(u"DROP TABLE Clients"_s) && store.run(harm));
             }
             const QByteArray before = contentOf(path);
-            CapturedOutput output;
             ViewControllerClientMgmt screen({home->path()});
-            const QStringList lines = output.takeLines();
-            QCOMPARE(lines.size(), 2);
-            QCOMPARE(lines[0], u"Unable to Add Persistent Store"_s);
-            QVERIFY2(lines[1].contains(reason) && lines[1].contains(path), qPrintable(lines[1]));
             screen.show();
             QVERIFY(toldIn(screen).startsWith(u"The contacts in "_s + path));
             screen.AddCient(nullptr);
@@ -168,7 +162,6 @@ private slots:
     void contactsAreAddedAndRemovedUntilTheProgramEnds()
     {
         ViewControllerClientMgmt screen({home->path()});
-        CapturedOutput output;
         const auto click = [&](const QString &button) {
             QTest::mouseClick(screen.findChild<QPushButton *>(button), Qt::LeftButton);
         };
@@ -198,6 +191,14 @@ private slots:
         QCOMPARE(toldIn(screen) + QString::number(table.model()->rowCount()), u"3"_s);
         QTest::keyClick(&screen, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
         QCOMPARE(toldIn(screen), u"Removed 2 contacts"_s);
+        table.setCurrentIndex(table.model()->index(0, 1));
+        table.edit(table.currentIndex());
+        type("5");
+        choose(screen, u"Undo"_s); // of the removal, and not of what is being typed
+        QCOMPARE(toldIn(screen) + QString::number(table.model()->rowCount()), u"3"_s);
+        QCOMPARE(table.model()->index(1, 1).data().toString(), u"5"_s);
+        for (int step = 0; step < 2; ++step)
+            QTest::keyClick(&screen, Qt::Key_Z, Qt::ControlModifier);
         click(u"addButton"_s);
         type("\t7\b"); // a cell left without typing stays absent
         click(u"addButton"_s);
@@ -208,7 +209,6 @@ private slots:
         QCoreApplication::exec();
         QVERIFY(!screen.isVisible());
         QCOMPARE(stored(home->path()), u"b=- -= Anna= 0049 (30) x "_s);
-        QVERIFY(output.takeLines().contains(u"Name Change"_s));
         ViewControllerClientMgmt inactive({home->path()}); // whose cells are not told that the focus goes
         inactive.show();
         inactive.AddCient(nullptr);

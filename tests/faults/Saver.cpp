@@ -8,6 +8,7 @@
 #include "versions/VersionKeeper.h"
 
 #include <QCoreApplication>
+#include <QFile>
 
 #include <cerrno>
 #include <utility>
@@ -39,11 +40,15 @@ int saveList(const QString &folder)
 {
     Preferences preferences(folder + u"/none.ini"_s);
     TaskManager manager(preferences);
-    const auto makeRoom = [](const QString &, qint64) {
-        faultInjector::disarm();
-        return isRoomMade;
+    const QString state = folder + u"/state"_s;
+    const QString redoPath = redoFile::pathFor(folder + u"/zandulist.txt"_s, state);
+    const auto makeRoom = [redoPath](const QString &path, qint64) {
+        const bool isFull = path == redoPath || QFile::exists(redoPath); // the disk of this path
+        if (isRoomMade && isFull)
+            faultInjector::disarm();
+        return isRoomMade && isFull;
     };
-    TaskListFile file(manager, folder, folder + u"/state"_s, {.makeRoom = makeRoom});
+    TaskListFile file(manager, folder, state, {.makeRoom = makeRoom});
     bool isFirst = true;
     return attempt([&] {
         if (std::exchange(isFirst, false)) {

@@ -5,6 +5,7 @@
 #include "model/TaskManager.h"
 #include "support/Appearance.h"
 #include "support/Dialogs.h"
+#include "support/FullDisk.h"
 #include "support/Tasks.h"
 #include "support/TestProgram.h"
 #include "widgets/ColorWell.h"
@@ -290,9 +291,34 @@ private slots:
         QVERIFY(offered().contains(u"“Another”"));
         choose(*form, u"Discard"_s);
         QCOMPARE(offered(), QString());
-        writeTo(path, "damaged");
-        draft.emplace(path);
-        QCOMPARE(offered(), QString());
+        draft->keep(begun);
+        draft->keep({.name = u"whole"_s});
+        const QByteArray bytes = contentOf(path);
+        for (const auto &[found, isOffered] : {std::pair(QByteArray(bytes).replace(9, 1, "x"), true),
+                                               {bytes.chopped(1), true},
+                                               {bytes.sliced(4), false}}) {
+            QFile::remove(home.filePath(QDir(home.path()).entryList({u"begun.damaged-*"_s}).value(0)));
+            writeTo(path, found);
+            draft.emplace(path);
+            QCOMPARE(offered().contains(u"You had begun the task"), isOffered);
+            QVERIFY(toldIn(*form).contains(u".damaged-"));
+        }
+    }
+
+    void whatCannotBeKeptIsAskedAbout()
+    {
+        openAdd();
+        auto &due = child<DatePicker>("dtTaskDueDate");
+        due.selectAll();
+        QTest::keyClicks(&due, u"12/25/2040"_s); // and is still being typed
+        for (const QString &answer : {u"Cancel"_s, u"Close All the Same"_s}) {
+            const FullDisk full(10);
+            const AlertAnswer alert(answer);
+            form->close();
+            QVERIFY(alert.text.startsWith(u"What you have begun cannot be kept: "));
+            QCOMPARE(form->isVisible(), answer == u"Cancel");
+        }
+        QCOMPARE(Calendar().dayOf(draft->begun()->due), QDate(2040, 12, 25)); // until the program ends
     }
 
     void sharingStoresFirstAndKeepsTheFormOpen()
@@ -304,14 +330,21 @@ private slots:
             // While the form is open, a merge selects another task, or the file is changed by others.
             showTasks(hasGone ? QList<task>{other} : QList<task>{other, edited});
             child<QLineEdit>("txtTaskName").setText(u"new"_s);
-            if (hasGone)
-                click("resetButton"); // to nothing
             int reloads = 0;
             QObject observer;
             notices.observe(notice::reload, &observer, [&] { ++reloads; });
+            if (hasGone) {
+                click("resetButton"); // to nothing
+                const AlertAnswer cancel(u"Cancel"_s);
+                click("shareButton");
+                QVERIFY(cancel.text.startsWith(u"This task was deleted elsewhere") && tasks().size() == 1);
+            }
+            const AlertAnswer answer(u"Store as a New Task"_s);
             click("shareButton");
             QVERIFY(tasks().size() == 2 && haveEqualFields(*tasks()[0], other) && tasks()[1]->hidden);
-            QCOMPARE(tasks()[1]->key + tasks()[1]->name, u"KEYnew"_s);
+            QCOMPARE(tasks()[1]->name, u"new"_s);
+            QCOMPARE(tasks()[1]->key == u"KEY", !hasGone);
+            QCOMPARE(child<QLineEdit>("key").text(), tasks()[1]->key);
             QCOMPARE(reloads, 1);
             QCoreApplication::processEvents();
             QVERIFY(QApplication::activePopupWidget() && form->isVisible());
@@ -340,6 +373,9 @@ private slots:
             child<QPushButton>("storeButton").click();
             QCOMPARE(alert.text.section(u' ', -1), answer.isEmpty() ? QString() : u"Name."_s);
             QCOMPARE(namesOf(tasks()).join(u' '), list);
+            manager->endStep();
+            const QString step = answer == u"Keep the Other" ? u"Add 'mine'"_s : u"Edit '%1'"_s.arg(others);
+            QVERIFY(answer == u"Cancel" || manager->history().steps().undoText() == step);
             QCOMPARE(form->isVisible(), isOpen);
             QVERIFY(!isOpen ||
                     child<QLineEdit>("txtTaskName").text() == (list == others ? u"mine"_s : others));

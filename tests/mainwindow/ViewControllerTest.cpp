@@ -113,16 +113,6 @@ private slots:
             QCOMPARE(manager->selectedTask().key, u"H"_s);
             QCOMPARE(enabledButtons(), allButtons);
         }
-        searchField->setText(u"task h"_s);
-        press("clone");
-        QCOMPARE(filed().first(4), u"aHbc"_s);
-        QCOMPARE(filed().size(), 5);
-        QCOMPARE(enabledButtons(), u"upper downer"_s);
-        QCOMPARE(rows().size(), 2);
-        selectRow(0);
-        press("close"); // the one that was found
-        QCOMPARE(manager->tasks()[0]->status, taskStatus::closed);
-        QCOMPARE(manager->tasks()[1]->status, taskStatus::open);
         const QString order = filed();
         open(); // the order made by hand is no column's, and stays
         chooseView(6);
@@ -226,7 +216,8 @@ private slots:
             QVERIFY(answer.wasShown() && window->isVisible());
         }
         choose(*window, u"Try Again"_s);
-        QCOMPARE(toldIn(*window), QString());
+        QVERIFY(
+            !toldIn(*window).contains(u"could not be saved")); // versions may have found the disk full, too
         QCOMPARE(filed().size(), 5);
         program.reset();
         writeTo(home->filePath(u"zandulist.txt"_s), row("a", 1) + "broken^");
@@ -322,6 +313,10 @@ private slots:
         // With no row highlighted the remembered task is still the same one.
         sortByName();
         QCOMPARE(manager->selectedTask().key, u"a"_s);
+        sortByName();
+        open(); // in the order that was kept, which is no step of this run's
+        QCOMPARE(rows(), u"cba"_s);
+        QVERIFY(!window->findChild<QAction *>(u"actionUndo"_s)->isEnabled());
     }
 
     void searchKeepsTheSelectedTask()

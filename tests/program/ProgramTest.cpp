@@ -10,8 +10,10 @@
 #include <QFileDialog>
 #include <QImage>
 #include <QLocalServer>
+#include <QLocalSocket>
 #include <QProcess>
 #include <QSysInfo>
+#include <QThread>
 
 #include <csignal>
 #include <fcntl.h>
@@ -78,11 +80,22 @@ private slots:
     {
         const QString bus = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
         QLocalServer silent;
-        QVERIFY(silent.listen(home.filePath(u"bus"_s)));
+        QLocalServer hangingUp;
+        QVERIFY(silent.listen(home.filePath(u"bus"_s)) && hangingUp.listen(home.filePath(u"hasty"_s)));
+        connect(&hangingUp, &QLocalServer::newConnection, &hangingUp,
+                [&hangingUp] { hangingUp.nextPendingConnection()->deleteLater(); });
+        QThread thread;
+        hangingUp.moveToThread(&thread);
+        const auto end = qScopeGuard([&thread] {
+            thread.quit();
+            thread.wait();
+        });
+        thread.start();
         // Without a bus it can only say what is there; without a lock file it asks the bus.
         for (const auto &[address, own] : {std::pair(bus, home.path()),
                                            {u"unix:path=/none"_s, home.path()},
                                            {u"unix:path="_s + silent.fullServerName(), home.path()},
+                                           {u"unix:path="_s + hangingUp.fullServerName(), home.path()},
                                            {bus, u"/proc/nowhere"_s}}) {
             Running first(own);
             Running second(own);

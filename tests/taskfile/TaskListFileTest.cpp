@@ -189,6 +189,23 @@ private slots:
         }
     }
 
+    void aListThatHadGoneComesBack()
+    {
+        QVERIFY(!file->takeIsGone()); // there never was one
+        load(fenceRow);
+        QVERIFY(QFile::remove(filePath()));
+        reopen();
+        QVERIFY(file->takeIsGone() && !file->takeIsGone());
+        manager->addTask({.name = u"new"_s});
+        QVERIFY(file->writeFile());
+        for (const qsizetype count : {2, 1}) { // with its disk; and what is written there later is taken over
+            writeTo(filePath(), fenceRow);
+            QVERIFY(file->followFile());
+            QCOMPARE(namesOf(manager->tasks()), QStringList({u"Paint fence"_s, u"new"_s}).first(count));
+            QCOMPARE(contentOf(filePath()).count('^'), count);
+        }
+    }
+
     void olderRows()
     {
         // What follows the twelve fields; key, hidden, times, client and team member that it gives.
@@ -211,6 +228,12 @@ private slots:
             QCOMPARE((entry.key.size() == 36 ? u"new"_s : entry.key) + found + entry.client +
                          entry.teamMember,
                      expected);
+            const auto keys = [this] {
+                return QStringList{firstTask().key, manager->tasks()[1]->key};
+            };
+            const QStringList before = keys();
+            file->followAppearance(); // which reads the file again
+            QVERIFY(keys() == before && before[0] != before[1]);
         }
     }
 
@@ -298,24 +321,6 @@ private slots:
             QCOMPARE(filed.count("|0.25|0.5|0.75|0.5|"), filed.count('^'));
         }
         QCOMPARE(written().count('^'), count);
-    }
-
-    void theAppearanceGivesUpAnUnsavedOrder()
-    {
-        load((head + u"|A^"_s + head + u"|B^"_s).toUtf8());
-        manager->sortByColumn({u"KeyCellID"_s, false});
-        manager->selectTaskByKey(u"B"_s);
-        file->followAppearance();
-        QCOMPARE(firstTask().key, u"A"_s);
-        QCOMPARE(manager->selectedTask().key, u"B"_s);
-    }
-
-    void withoutADocumentsFolder()
-    {
-        TaskListFile nowhere(*manager, QString(), home->filePath(u"state"_s));
-        manager->addTask({.name = u"a"_s});
-        QVERIFY(nowhere.writeFile());
-        QCOMPARE(nowhere.readFile(), QString());
     }
 
 private:

@@ -1,6 +1,5 @@
 #include "support/Dialogs.h"
 #include "support/TestProgram.h"
-#include "widgets/ColorWell.h"
 #include "widgets/DatePicker.h"
 #include "widgets/Screen.h"
 #include "widgets/SharingServicePicker.h"
@@ -125,18 +124,6 @@ private slots:
         bringToFront(screen);
         QVERIFY(screen.isVisible());
         QCOMPARE(std::pair(screen.came, screen.went), std::pair(4, 2));
-    }
-
-    void aWellIsActiveWhileItsPanelIsOpen()
-    {
-        ColorPanel panel;
-        ColorWell well;
-        well.setPanel(panel);
-        const QImage inactive = well.grab().toImage();
-        for (int time = 0; time < 2; ++time) {
-            well.click();
-            QVERIFY(well.grab().toImage() != inactive);
-        }
     }
 
     void theWheelChangesNoFieldWithoutTheFocus()
