@@ -6,9 +6,11 @@
 
 using namespace Qt::StringLiterals;
 
-ContactMarks::ContactMarks(const QList<Contact> &ofTable, NumberCheck &check)
+ContactMarks::ContactMarks(const QList<Contact> &ofTable, NumberCheck &check,
+                           const QSet<QString> &declinedNumbers)
     : contacts(ofTable)
     , numbers(check)
+    , declined(declinedNumbers)
     , icon(u":/icons/warning.svg"_s)
 {
     icon.addFile(u":/icons/warning.svg"_s, {}, QIcon::Selected); // as it is, not in the selection's colour
@@ -79,6 +81,8 @@ QString ContactMarks::remark(int row, Contact::Attribute attribute)
     if (text.isEmpty())
         return u"There is no number to which texts could be sent."_s;
     QStringList sentences{numbers.remark(text).sentence};
+    if (declined.contains(text))
+        sentences.prepend(u"Has asked for no more messages."_s);
     if (ofNumberEnd.value(endOf(text)).size() > 1)
         if (const QString other = another(ofNumber, numberIdentity(row), row); !other.isEmpty())
             sentences.append(u"The same number as that of %1."_s.arg(other));

@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QIcon>
 #include <QList>
+#include <QSet>
 #include <QVariant>
 
 class NumberCheck;
@@ -14,8 +15,8 @@ class NumberCheck;
 class ContactMarks
 {
 public:
-    /// Both have to outlive the marks.
-    ContactMarks(const QList<Contact> &contacts, NumberCheck &numbers);
+    /// \param declined  numbers whose owners have asked for no more texts; all have to outlive the marks
+    ContactMarks(const QList<Contact> &contacts, NumberCheck &numbers, const QSet<QString> &declined);
 
     /// The list, or what its contacts are, has changed.
     void forget();
@@ -37,6 +38,7 @@ private:
 
     const QList<Contact> &contacts;
     NumberCheck &numbers;
+    const QSet<QString> &declined;
     QIcon icon;
     bool isGrouped = false;
     Groups ofName;      ///< as by `matchedName`

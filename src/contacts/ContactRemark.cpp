@@ -16,6 +16,7 @@ ContactRemark::ContactRemark(QTableView &ofContacts, const ContactTable &table,
     , contacts(table)
     , sentences(new QLabel(this))
     , correct(new QPushButton(this))
+    , tryAgain(new QPushButton(u"Try A&gain"_s, this))
 {
     sentences->setObjectName(u"contactRemark"_s);
     sentences->setTextFormat(Qt::PlainText);
@@ -32,7 +33,13 @@ ContactRemark::ContactRemark(QTableView &ofContacts, const ContactTable &table,
     layout->setContentsMargins({});
     layout->addWidget(sentences, direction == QBoxLayout::LeftToRight ? 1 : 0);
     layout->addWidget(correct, 0, Qt::AlignLeft | Qt::AlignTop);
+    tryAgain->setObjectName(u"tryAgainButton"_s);
+    tryAgain->setToolTip(u"Include the person again when all are selected"_s);
+    tryAgain->setAutoDefault(false);
+    tryAgain->hide();
+    layout->addWidget(tryAgain, 0, Qt::AlignLeft | Qt::AlignTop);
     setTabOrder(&view, correct);
+    setTabOrder(correct, tryAgain);
     hide();
     connectActions();
 }
@@ -45,6 +52,10 @@ void ContactRemark::connectActions()
     connect(correct, &QPushButton::clicked, this, [this] {
         if (view.currentIndex().isValid())
             emit correctionWanted(view.currentIndex().row(), offered);
+    });
+    connect(tryAgain, &QPushButton::clicked, this, [this] {
+        if (view.currentIndex().isValid())
+            emit anotherTryWanted(view.currentIndex().row());
     });
     const auto update = qOverload<>(&QTimer::start);
     connect(view.selectionModel(), &QItemSelectionModel::currentRowChanged, &delay, update);
@@ -62,6 +73,7 @@ void ContactRemark::showRemark()
     sentences->setText(words);
     correct->setText(u"Co&rrect to %1"_s.arg(offered));
     correct->setVisible(!offered.isEmpty());
+    tryAgain->setVisible(row >= 0 && contacts.isDeclined(row));
     if (!words.isEmpty())
         show();
 }

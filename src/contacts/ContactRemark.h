@@ -24,6 +24,8 @@ public:
 signals:
     /// The number of the contact in this row is to be written so.
     void correctionWanted(int row, const QString &number);
+    /// The contact in this row, who has asked for no more messages, is to be sent some all the same.
+    void anotherTryWanted(int row);
 
 private:
     void connectActions();
@@ -33,6 +35,7 @@ private:
     const ContactTable &contacts;
     QLabel *sentences;
     QPushButton *correct;
+    QPushButton *tryAgain;
     QString offered; ///< the number on the button
     QTimer delay;    ///< several changes at once are one
 };

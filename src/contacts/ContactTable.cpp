@@ -7,6 +7,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int furtherColumn = Contact::PhoneNo + 1;
 constexpr qsizetype mostOneByOne = 100; // with more, telling the views of each row takes too long
 
 class ContactStep : public QUndoCommand
@@ -66,7 +67,32 @@ void ContactTable::reload()
 
 void ContactTable::check(NumberCheck &numbers)
 {
-    marks = std::make_unique<ContactMarks>(contacts, numbers);
+    marks = std::make_unique<ContactMarks>(contacts, numbers, declined);
+}
+
+void ContactTable::addColumn(Further column)
+{
+    beginInsertColumns({}, columnCount(), columnCount());
+    further = std::move(column);
+    endInsertColumns();
+}
+
+void ContactTable::refreshColumn()
+{
+    if (rowCount() > 0)
+        emit dataChanged(index(0, Contact::PhoneNo), index(rowCount() - 1, columnCount() - 1));
+}
+
+void ContactTable::setDeclined(const QSet<QString> &numbers)
+{
+    declined = numbers;
+    refreshColumn();
+}
+
+bool ContactTable::isDeclined(int row) const
+{
+    const std::optional<QString> number = contacts[row].phoneNo();
+    return number && declined.contains(*number);
 }
 
 void ContactTable::forgetMarks()
@@ -79,7 +105,8 @@ QString ContactTable::remark(int row) const
 {
     if (!marks)
         return {};
-    QStringList sentences{marks->remark(row, Contact::Name), marks->remark(row, Contact::PhoneNo)};
+    QStringList sentences{marks->remark(row, Contact::Name), marks->remark(row, Contact::PhoneNo),
+                          further ? further->sentence(contacts[row]) : QString()};
     sentences.removeAll(QString());
     return sentences.join(u' ');
 }
@@ -179,11 +206,17 @@ int ContactTable::rowCount(const QModelIndex &parent) const
 
 int ContactTable::columnCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : 2;
+    return parent.isValid() ? 0 : further ? furtherColumn + 1 : furtherColumn;
 }
 
 QVariant ContactTable::data(const QModelIndex &index, int role) const
 {
+    if (index.column() == furtherColumn) {
+        const Contact &contact = contacts[index.row()];
+        return role == Qt::DisplayRole   ? further->summary(contact)
+               : role == Qt::ToolTipRole ? further->sentence(contact)
+                                         : QVariant();
+    }
     const auto attribute = Contact::Attribute(index.column());
     const QVariant mark =
         marks && role != Qt::EditRole ? marks->data(index.row(), attribute, role) : QVariant();
@@ -223,11 +256,13 @@ QVariant ContactTable::headerData(int section, Qt::Orientation orientation, int 
 {
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return {};
+    if (section == furtherColumn)
+        return further->title;
     return section == Contact::Name ? u"Name"_s : u"Phone Number"_s;
 }
 
 Qt::ItemFlags ContactTable::flags(const QModelIndex &index) const
 {
     const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
-    return index.isValid() ? flags | Qt::ItemIsEditable : flags;
+    return index.isValid() && index.column() != furtherColumn ? flags | Qt::ItemIsEditable : flags;
 }

@@ -4,10 +4,12 @@
 #include "contacts/ContactMarks.h"
 
 #include <QAbstractTableModel>
+#include <QSet>
 #include <QUndoStack>
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 
 /// The contacts of one kind as an editable table of names and phone numbers. Whatever is done to it can be
@@ -26,6 +28,20 @@ public:
 
     /// Marks from now on what is remarkable about the contacts. The numbers have to outlive the table.
     void check(NumberCheck &numbers);
+    /// Shows in a further column what is said of each contact; its tool tip tells more.
+    struct Further
+    {
+        QString title;
+        std::function<QString(const Contact &contact)> summary;
+        std::function<QString(const Contact &contact)> sentence;
+    };
+    void addColumn(Further column);
+    /// What that column says has changed.
+    void refreshColumn();
+    /// Numbers whose owners have asked for no more texts; marked once the contacts are checked.
+    void setDeclined(const QSet<QString> &numbers);
+    bool isDeclined(int row) const;
+
     /// What is remarkable about the contact in this row, in sentences.
     QString remark(int row) const;
     /// The contact's number as it should be written; empty when it is right, or when that is not known.
@@ -75,5 +91,7 @@ private:
     std::function<Contact()> create;
     QList<Contact> contacts;
     std::unique_ptr<ContactMarks> marks; ///< none as long as nothing is checked
+    std::optional<Further> further;
+    QSet<QString> declined;
     QUndoStack doneSteps;
 };

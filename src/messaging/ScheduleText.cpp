@@ -70,8 +70,13 @@ QString ScheduleText::taskMessage(const task &entry) const
     // One after the other, since both are written to the diagnostic lines.
     const QString startTime = util().formatTime(entry.startHour, entry.startMin);
     const QString endTime = util().formatTime(entry.endHour, entry.endMin);
-    return dateText(entry.date) + u' ' + startTime + u'-' + dateText(entry.due) + u' ' + endTime + u' ' +
-           entry.name + u'-' + (kind == RecipientKind::Client ? entry.teamMember : entry.client);
+    return dateText(entry.date) + u' ' + startTime + u'-' + dateText(entry.due) + u' ' + endTime +
+           wordsOf(entry);
+}
+
+QString ScheduleText::wordsOf(const task &entry) const
+{
+    return u' ' + entry.name + u'-' + (kind == RecipientKind::Client ? entry.teamMember : entry.client);
 }
 
 QString ScheduleText::rangeAndFrame() const

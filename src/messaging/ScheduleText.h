@@ -54,6 +54,8 @@ public:
     /// What comes before the recipient's first task.
     QString header(const task &first) const;
     QString taskMessage(const task &entry) const;
+    /// The end of that message, which says what is to be done and with whom.
+    QString wordsOf(const task &entry) const;
     /// What all recipients' messages have in common: kind, days, title, footer, and where they go instead.
     QString rangeAndFrame() const;
     /// What comes after the last task; empty when nothing does.

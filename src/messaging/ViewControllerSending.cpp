@@ -49,7 +49,7 @@ static QStringList reload(const QTableView &table, ContactTable &contacts, Objec
     QItemSelection rows;
     for (int row = 0, found = 0; found < std::ssize(selected); ++row)
         if (contacts.contact(row) == selected[size_t(found)]) { // which come in the same order
-            rows.append({contacts.index(row, Contact::Name), contacts.index(row, Contact::PhoneNo)});
+            rows.append({contacts.index(row, 0), contacts.index(row, contacts.columnCount() - 1)});
             ++found;
         }
     table.selectionModel()->select(rows, QItemSelectionModel::Select);
@@ -91,6 +91,7 @@ ViewControllerSending::ViewControllerSending(const Services &services, QWidget *
     connectActions();
     connectPreview();
     connectReport();
+    connectHistory();
     showPreview();
     if (const QString reason = persistentContainer.errorString(); !reason.isEmpty()) {
         auto *banner = new Banner(this);
@@ -125,16 +126,24 @@ void ViewControllerSending::connectActions()
         takeShortcutOver(*button);
     connect(ui->stopButton, &QPushButton::clicked, this, [this] { runs.stopSending(); });
     connect(ui->closeButton, &QPushButton::clicked, this, [this] { closeSending(ui->closeButton); });
-    keepInStep(*ui->clientsTable, *ui->allClients);
-    keepInStep(*ui->teamMembers, *ui->allTeamMembers);
+    keepInStep(*ui->clientsTable, clientsArray, *ui->allClients);
+    keepInStep(*ui->teamMembers, teamMembersArray, *ui->allTeamMembers);
+}
+
+static qsizetype declinedRows(const ContactTable &contacts)
+{
+    qsizetype count = 0;
+    for (int row = 0; row < contacts.rowCount(); ++row)
+        count += contacts.isDeclined(row) ? 1 : 0;
+    return count;
 }
 
 /// Lets the check box follow when rows are selected one by one.
-void ViewControllerSending::keepInStep(QTableView &table, QCheckBox &selectAll)
+void ViewControllerSending::keepInStep(QTableView &table, const ContactTable &contacts, QCheckBox &selectAll)
 {
-    const auto follow = [&table, &selectAll] {
+    const auto follow = [&table, &contacts, &selectAll] {
         const qsizetype selected = table.selectionModel()->selectedRows().size();
-        selectAll.setChecked(selected > 0 && selected == table.model()->rowCount());
+        selectAll.setChecked(selected > 0 && selected >= contacts.rowCount() - declinedRows(contacts));
     };
     connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, &selectAll, follow);
     connect(table.model(), &QAbstractItemModel::modelReset, &selectAll, follow);
@@ -163,24 +172,30 @@ bool ViewControllerSending::canSend() const
            isSet(messagingKey::accountId) && isSet(messagingKey::sendingPhoneNo);
 }
 
-static void select(QTableView &table, const QCheckBox &selectAll)
+/// Selects everybody but those who have asked for no more messages, or nobody.
+static void select(QTableView &table, const ContactTable &contacts, const QCheckBox &selectAll)
 {
     const bool isOn = selectAll.isChecked();
     diagnostics::line(isOn ? 1 : 0);
-    if (isOn)
-        table.selectAll();
-    else
+    if (!isOn) {
         table.clearSelection();
+        return;
+    }
+    table.selectAll();
+    for (int row = 0; row < contacts.rowCount(); ++row)
+        if (contacts.isDeclined(row))
+            table.selectionModel()->select(contacts.index(row, 0),
+                                           QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
 }
 
 void ViewControllerSending::selectClients(QObject *)
 {
-    select(*ui->clientsTable, *ui->allClients);
+    select(*ui->clientsTable, clientsArray, *ui->allClients);
 }
 
 void ViewControllerSending::selectTeamMembers(QObject *)
 {
-    select(*ui->teamMembers, *ui->allTeamMembers);
+    select(*ui->teamMembers, teamMembersArray, *ui->allTeamMembers);
 }
 
 void ViewControllerSending::SendScheduleToClients(QObject *)
@@ -245,11 +260,20 @@ RunSnapshot ViewControllerSending::snapshotOf(RecipientKind kind, std::vector<Sc
 {
     const bool areClients = kind == RecipientKind::Client;
     std::vector<Recipient> recipients;
-    for (const Contact &contact : selectedContacts(areClients ? *ui->clientsTable : *ui->teamMembers,
-                                                   areClients ? clientsArray : teamMembersArray))
+    for (const Contact &contact : selectedContacts(view(kind), areClients ? clientsArray : teamMembersArray))
         recipients.push_back({contact.name(), contact.phoneNo()});
     const ScheduleText text(kind, ui->startSendDate->moment(), ui->endSendDate->moment(), manager.defaults);
     return {.kind = kind, .recipients = std::move(recipients), .tasks = std::move(tasks), .text = text};
+}
+
+QTableView &ViewControllerSending::view(RecipientKind kind) const
+{
+    return kind == RecipientKind::Client ? *ui->clientsTable : *ui->teamMembers;
+}
+
+ContactTable &ViewControllerSending::table(RecipientKind kind)
+{
+    return kind == RecipientKind::Client ? clientsArray : teamMembersArray;
 }
 
 /// Shows the run, from where it is to its last step.
@@ -274,6 +298,8 @@ void ViewControllerSending::showProgress(const ScheduleRun &run)
     ui->report->setMaySend(!isHandingOver && canSend());
     ui->progressBar->setStep(steps);
     ui->stopButton->setEnabled(isHandingOver);
+    if (!isHandingOver)
+        historyDelay.start();
     if (isSending) {
         ui->progressBar->startAnimation();
         ui->sendingInfo->setText(u"Sending..."_s);

@@ -2,7 +2,7 @@
 
 #include "contacts/ContactTable.h"
 #include "contacts/PersistentContainer.h"
-#include "messaging/RunSnapshot.h"
+#include "messaging/SentSchedule.h"
 #include "phone/NumberCheck.h"
 #include "widgets/Screen.h"
 
@@ -54,7 +54,7 @@ protected:
 
 private:
     void connectActions();
-    void keepInStep(QTableView &table, QCheckBox &selectAll);
+    void keepInStep(QTableView &table, const ContactTable &contacts, QCheckBox &selectAll);
     bool canSend() const;
     void send(RecipientKind kind);
     RunSnapshot snapshotOf(RecipientKind kind, std::vector<ScheduledTask> tasks) const;
@@ -70,7 +70,16 @@ private:
     bool isWanted(const RunSnapshot &snapshot);
     bool isConfirmed(const QString &question, QStringList people);
     void connectPreview();
+    void followTasks();
     void showPreview();
+    struct Earlier;
+    void connectHistory();
+    void askJournal();
+    void showHistory(const Earlier &earlier);
+    void selectChanged(RecipientKind kind);
+    void tryAgain(const Contact &contact);
+    QTableView &view(RecipientKind kind) const;
+    ContactTable &table(RecipientKind kind);
 
     std::unique_ptr<Ui::ViewControllerSending> ui;
     QElapsedTimer lastPress;          ///< of a send button
@@ -84,6 +93,9 @@ private:
     ContactTable clientsArray;
     ContactTable teamMembersArray;
     QTimer previewDelay;
+    QTimer historyDelay;
+    qint64 lastQuestion = 0;                                      ///< to the journal
+    std::array<QHash<QString, SentSchedule>, 2> sentSchedulesNow; ///< by the kind of recipient
     qint64 tasksSeen = -1; ///< the manager's count of changes when these were made
     std::array<std::vector<ScheduledTask>, 2> scheduledTasks; ///< by the kind of recipient
 };

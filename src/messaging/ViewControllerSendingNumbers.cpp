@@ -14,6 +14,8 @@ void ViewControllerSending::markContacts(QBoxLayout &column, QTableView &table, 
     contacts.check(numbers);
     auto *remark = new ContactRemark(table, contacts, QBoxLayout::TopToBottom, this);
     column.insertWidget(column.indexOf(&table) + 1, remark);
+    connect(remark, &ContactRemark::anotherTryWanted, this,
+            [this, &contacts](int row) { tryAgain(contacts.contact(row)); });
     connect(remark, &ContactRemark::correctionWanted, this,
             [this, &table, &contacts](int row, const QString &number) {
                 correctNumber(table, contacts, row, number);

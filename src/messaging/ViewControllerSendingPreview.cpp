@@ -34,17 +34,24 @@ void ViewControllerSending::connectPreview()
 void ViewControllerSending::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::ActivationChange && isActiveWindow())
-        previewDelay.start();
+        for (QTimer *delay : {&previewDelay, &historyDelay})
+            delay->start();
     Screen::changeEvent(event);
+}
+
+/// Sorts the tasks anew when they have changed.
+void ViewControllerSending::followTasks()
+{
+    if (tasksSeen == manager.changeCount())
+        return;
+    tasksSeen = manager.changeCount();
+    for (const RecipientKind kind : {RecipientKind::Client, RecipientKind::TeamMember})
+        scheduledTasks[size_t(kind)] = tasksForSchedules(kind, manager.workingList());
 }
 
 void ViewControllerSending::showPreview()
 {
-    if (tasksSeen != manager.changeCount()) {
-        tasksSeen = manager.changeCount();
-        for (const RecipientKind kind : {RecipientKind::Client, RecipientKind::TeamMember})
-            scheduledTasks[size_t(kind)] = tasksForSchedules(kind, manager.workingList());
-    }
+    followTasks();
     std::vector<SchedulePreview> previews;
     previews.emplace_back(snapshotOf(RecipientKind::Client, scheduledTasks[0]), manager.defaults);
     previews.emplace_back(snapshotOf(RecipientKind::TeamMember, scheduledTasks[1]), manager.defaults);

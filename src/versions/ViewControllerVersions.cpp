@@ -4,7 +4,7 @@
 #include "model/TaskManager.h"
 #include "platform/NotificationCenter.h"
 #include "ui_ViewControllerVersions.h"
-#include "versions/Background.h"
+#include "widgets/Background.h"
 #include "versions/VersionStore.h"
 #include "widgets/Alert.h"
 #include "widgets/TaskRowDelegate.h"
