@@ -1,6 +1,6 @@
 #pragma once
 
-#include "messaging/GatewayClient.h"
+#include "gateway/GatewayClient.h"
 #include "support/HttpsServer.h"
 
 #include <mutex>

@@ -6,7 +6,7 @@
 #include "forms/ViewControllerAdd.h"
 #include "forms/ViewControllerEdit.h"
 #include "mainwindow/GuideProgram.h"
-#include "messaging/MessagingSettings.h"
+#include "gateway/MessagingSettings.h"
 #include "messaging/ScheduleRuns.h"
 #include "messaging/ViewControllerSending.h"
 #include "messaging/ViewControllerSettings.h"

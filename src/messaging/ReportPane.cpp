@@ -105,8 +105,12 @@ void ReportPane::show(RunReport *shown)
     tell({});
     if (report) {
         report->showProblemsOnly(problemsOnly->isChecked());
-        for (const int column : {RunReport::Person, RunReport::Number, RunReport::Task})
-            table->setColumnWidth(column, fontMetrics().horizontalAdvance(u"+49 1515550142 "_s));
+        constexpr int rowsLookedAt = 50;
+        QHeaderView &header = *table->horizontalHeader();
+        header.setResizeContentsPrecision(rowsLookedAt);
+        header.setSectionResizeMode(RunReport::Number, QHeaderView::ResizeToContents);
+        for (const int column : {RunReport::Task, RunReport::State})
+            header.setSectionResizeMode(column, QHeaderView::Stretch);
         connect(report, &RunReport::changed, this, &ReportPane::update);
         connect(report, &QObject::destroyed, this, [this, shown] {
             if (report == shown)

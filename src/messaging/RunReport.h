@@ -1,6 +1,6 @@
 #pragma once
 
-#include "messaging/MessageFeed.h"
+#include "gateway/MessageFeed.h"
 
 #include <QAbstractTableModel>
 

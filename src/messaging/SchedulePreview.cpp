@@ -1,7 +1,7 @@
 #include "messaging/SchedulePreview.h"
 
-#include "messaging/GatewayRequest.h"
-#include "messaging/TextMessage.h"
+#include "gateway/GatewayRequest.h"
+#include "gateway/TextMessage.h"
 #include "platform/Diagnostics.h"
 
 #include <QHash>

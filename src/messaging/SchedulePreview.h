@@ -1,6 +1,6 @@
 #pragma once
 
-#include "messaging/MessageParts.h"
+#include "gateway/MessageParts.h"
 #include "messaging/RunSnapshot.h"
 
 /// A message as it would go out.

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "gateway/DeliveryQuery.h"
+#include "gateway/GatewayClient.h"
 #include "journal/MessageJournal.h"
-#include "messaging/DeliveryQuery.h"
-#include "messaging/GatewayClient.h"
 #include "messaging/RunReport.h"
 #include "messaging/ScheduleRun.h"
 

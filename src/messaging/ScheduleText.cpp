@@ -1,7 +1,7 @@
 #include "messaging/ScheduleText.h"
 
 #include "app/UIUtil.h"
-#include "messaging/MessagingSettings.h"
+#include "gateway/MessagingSettings.h"
 #include "platform/Preferences.h"
 
 #include <algorithm>

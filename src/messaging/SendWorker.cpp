@@ -1,8 +1,8 @@
 #include "messaging/SendWorker.h"
 
-#include "messaging/MessageFeed.h"
-#include "messaging/MessagingSettings.h"
-#include "messaging/TextMessage.h"
+#include "gateway/MessageFeed.h"
+#include "gateway/MessagingSettings.h"
+#include "gateway/TextMessage.h"
 #include "platform/Diagnostics.h"
 #include "platform/Preferences.h"
 

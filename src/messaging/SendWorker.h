@@ -1,6 +1,6 @@
 #pragma once
 
-#include "messaging/GatewayClient.h"
+#include "gateway/GatewayClient.h"
 #include "messaging/RunSnapshot.h"
 
 /// Walks through the recipients of a run and their tasks, composes the messages and hands them to the

@@ -1,6 +1,6 @@
 #include "messaging/SentSchedule.h"
 
-#include "messaging/TextMessage.h"
+#include "gateway/TextMessage.h"
 
 #include <QLocale>
 

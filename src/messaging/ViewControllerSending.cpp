@@ -1,7 +1,7 @@
 #include "messaging/ViewControllerSending.h"
 
 #include "app/UIUtil.h"
-#include "messaging/MessagingSettings.h"
+#include "gateway/MessagingSettings.h"
 #include "messaging/PreviewPane.h"
 #include "messaging/ReportPane.h"
 #include "messaging/ScheduleRuns.h"
@@ -20,51 +20,13 @@
 
 using namespace Qt::StringLiterals;
 
-/// The contacts of the selected rows, in the order of the rows.
-static std::vector<Contact> selectedContacts(const QTableView &table, const ContactTable &contacts)
+/// Numbers and days are whole; the names have what is left.
+static void fitColumns(QHeaderView &header)
 {
-    QList<int> rows;
-    for (const QModelIndex &index : table.selectionModel()->selectedRows())
-        rows.append(index.row());
-    std::ranges::sort(rows);
-    std::vector<Contact> selected;
-    for (const int row : rows)
-        selected.push_back(contacts.contact(row));
-    return selected;
-}
-
-/// Lets the table show what its context holds now, with the same contacts selected.
-/// \return the names of those selected that are gone
-template <typename Record>
-static QStringList reload(const QTableView &table, ContactTable &contacts, ObjectContext &context)
-{
-    std::vector<Contact> selected = selectedContacts(table, contacts);
-    contacts.load<Record>(context);
-    QStringList gone;
-    std::erase_if(selected, [&gone](const Contact &contact) {
-        if (contact.isDeleted())
-            gone.append(contact.name().value_or(QString()));
-        return contact.isDeleted();
-    });
-    QItemSelection rows;
-    for (int row = 0, found = 0; found < std::ssize(selected); ++row)
-        if (contacts.contact(row) == selected[size_t(found)]) { // which come in the same order
-            rows.append({contacts.index(row, 0), contacts.index(row, contacts.columnCount() - 1)});
-            ++found;
-        }
-    table.selectionModel()->select(rows, QItemSelectionModel::Select);
-    return gone;
-}
-
-/// The first of the items, and how many more there are.
-static QString enumeration(QStringList items)
-{
-    constexpr qsizetype mostNamed = 8;
-    if (const qsizetype more = items.size() - mostNamed; more > 0) {
-        items.resize(mostNamed);
-        items.append(u"%1 more"_s.arg(more));
-    }
-    return items.join(u", "_s);
+    constexpr int rowsLookedAt = 50;
+    header.setResizeContentsPrecision(rowsLookedAt);
+    header.setSectionResizeMode(QHeaderView::ResizeToContents);
+    header.setSectionResizeMode(Contact::Name, QHeaderView::Stretch);
 }
 
 ViewControllerSending::ViewControllerSending(const Services &services, QWidget *parent)
@@ -83,7 +45,7 @@ ViewControllerSending::ViewControllerSending(const Services &services, QWidget *
     ui->clientsTable->setModel(&clientsArray);
     ui->teamMembers->setModel(&teamMembersArray);
     for (QTableView *table : {ui->clientsTable, ui->teamMembers})
-        table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+        fitColumns(*table->horizontalHeader());
     for (DatePicker *picker : {ui->startSendDate, ui->endSendDate})
         picker->setMoment(Calendar::now());
     markContacts(*ui->clientsColumn, *ui->clientsTable, clientsArray);
@@ -130,25 +92,6 @@ void ViewControllerSending::connectActions()
     keepInStep(*ui->teamMembers, teamMembersArray, *ui->allTeamMembers);
 }
 
-static qsizetype declinedRows(const ContactTable &contacts)
-{
-    qsizetype count = 0;
-    for (int row = 0; row < contacts.rowCount(); ++row)
-        count += contacts.isDeclined(row) ? 1 : 0;
-    return count;
-}
-
-/// Lets the check box follow when rows are selected one by one.
-void ViewControllerSending::keepInStep(QTableView &table, const ContactTable &contacts, QCheckBox &selectAll)
-{
-    const auto follow = [&table, &contacts, &selectAll] {
-        const qsizetype selected = table.selectionModel()->selectedRows().size();
-        selectAll.setChecked(selected > 0 && selected >= contacts.rowCount() - declinedRows(contacts));
-    };
-    connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, &selectAll, follow);
-    connect(table.model(), &QAbstractItemModel::modelReset, &selectAll, follow);
-}
-
 void ViewControllerSending::viewDidAppear()
 {
     if (const ScheduleRun *run = runs.current(); run && run->progress().isSending)
@@ -172,32 +115,6 @@ bool ViewControllerSending::canSend() const
            isSet(messagingKey::accountId) && isSet(messagingKey::sendingPhoneNo);
 }
 
-/// Selects everybody but those who have asked for no more messages, or nobody.
-static void select(QTableView &table, const ContactTable &contacts, const QCheckBox &selectAll)
-{
-    const bool isOn = selectAll.isChecked();
-    diagnostics::line(isOn ? 1 : 0);
-    if (!isOn) {
-        table.clearSelection();
-        return;
-    }
-    table.selectAll();
-    for (int row = 0; row < contacts.rowCount(); ++row)
-        if (contacts.isDeclined(row))
-            table.selectionModel()->select(contacts.index(row, 0),
-                                           QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
-}
-
-void ViewControllerSending::selectClients(QObject *)
-{
-    select(*ui->clientsTable, clientsArray, *ui->allClients);
-}
-
-void ViewControllerSending::selectTeamMembers(QObject *)
-{
-    select(*ui->teamMembers, teamMembersArray, *ui->allTeamMembers);
-}
-
 void ViewControllerSending::SendScheduleToClients(QObject *)
 {
     send(RecipientKind::Client);
@@ -206,28 +123,6 @@ void ViewControllerSending::SendScheduleToClients(QObject *)
 void ViewControllerSending::SendScheduleToTeamMembers(QObject *)
 {
     send(RecipientKind::TeamMember);
-}
-
-/// Reads the contacts anew when they were changed meanwhile. False when that changes whom the user has
-/// selected, who then is told.
-/// \param consequence  more sentences to tell them
-bool ViewControllerSending::areContactsNewest(const QString &consequence)
-{
-    const ObjectContext::Refresh result = managedObjectContext->refresh();
-    if (result == ObjectContext::Refresh::Unchanged)
-        return true;
-    QString hindrance = u"The contacts cannot be read; another program may be keeping them to itself."_s;
-    if (result == ObjectContext::Refresh::Changed) {
-        const QStringList gone =
-            reload<Clients>(*ui->clientsTable, clientsArray, *managedObjectContext) +
-            reload<TeamMembers>(*ui->teamMembers, teamMembersArray, *managedObjectContext);
-        if (gone.isEmpty())
-            return true;
-        hindrance = u"No longer among the contacts: %1."_s.arg(enumeration(gone));
-    }
-    alertMessage(this, hindrance + u' ' + consequence);
-    lastPress.start();
-    return false;
 }
 
 void ViewControllerSending::send(RecipientKind kind)
@@ -258,9 +153,8 @@ void ViewControllerSending::start(RunSnapshot snapshot)
 /// What a run for those who are selected would work on.
 RunSnapshot ViewControllerSending::snapshotOf(RecipientKind kind, std::vector<ScheduledTask> tasks) const
 {
-    const bool areClients = kind == RecipientKind::Client;
     std::vector<Recipient> recipients;
-    for (const Contact &contact : selectedContacts(view(kind), areClients ? clientsArray : teamMembersArray))
+    for (const Contact &contact : selectedContacts(kind))
         recipients.push_back({contact.name(), contact.phoneNo()});
     const ScheduleText text(kind, ui->startSendDate->moment(), ui->endSendDate->moment(), manager.defaults);
     return {.kind = kind, .recipients = std::move(recipients), .tasks = std::move(tasks), .text = text};

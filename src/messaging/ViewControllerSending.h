@@ -56,6 +56,7 @@ private:
     void connectActions();
     void keepInStep(QTableView &table, const ContactTable &contacts, QCheckBox &selectAll);
     bool canSend() const;
+    std::vector<Contact> selectedContacts(RecipientKind kind) const;
     void send(RecipientKind kind);
     RunSnapshot snapshotOf(RecipientKind kind, std::vector<ScheduledTask> tasks) const;
     bool areContactsNewest(const QString &consequence);

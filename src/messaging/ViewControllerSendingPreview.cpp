@@ -1,6 +1,6 @@
 #include "app/UIUtil.h"
-#include "messaging/GatewayRequest.h"
-#include "messaging/MessagingSettings.h"
+#include "gateway/GatewayRequest.h"
+#include "gateway/MessagingSettings.h"
 #include "messaging/PreviewPane.h"
 #include "messaging/ScheduleRuns.h"
 #include "messaging/ViewControllerSending.h"

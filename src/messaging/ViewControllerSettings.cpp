@@ -1,7 +1,7 @@
 #include "messaging/ViewControllerSettings.h"
 
-#include "messaging/GatewayRequest.h"
-#include "messaging/MessagingSettings.h"
+#include "gateway/GatewayRequest.h"
+#include "gateway/MessagingSettings.h"
 #include "platform/Preferences.h"
 #include "ui_ViewControllerSettings.h"
 #include "widgets/Alert.h"

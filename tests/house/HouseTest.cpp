@@ -7,19 +7,18 @@
 
 using namespace Qt::StringLiterals;
 
-/// How high above the ground each folder of src/ stands: it includes only from storeys further down, except
-/// that the screens that list contacts use their neighbour, and that the guide is a program of its own.
+/// How high above the ground each folder of src/ stands: it includes only from storeys further down, and
+/// nothing from the guide, which is a program of its own.
 static const QHash<QString, int> storeys = {
-    {u"program"_s, 7},   {u"mainwindow"_s, 6}, {u"versions"_s, 5}, {u"forms"_s, 4},
-    {u"messaging"_s, 4}, {u"tools"_s, 4},      {u"cloud"_s, 4},    {u"contacts"_s, 4},
-    {u"taskfile"_s, 4},  {u"model"_s, 3},      {u"journal"_s, 3},  {u"app"_s, 2},
-    {u"guide"_s, 2},     {u"widgets"_s, 1},    {u"phone"_s, 1},    {u"platform"_s, 0},
+    {u"program"_s, 7}, {u"mainwindow"_s, 6}, {u"versions"_s, 5}, {u"forms"_s, 5},    {u"messaging"_s, 5},
+    {u"gateway"_s, 4}, {u"tools"_s, 4},      {u"cloud"_s, 4},    {u"contacts"_s, 4}, {u"taskfile"_s, 4},
+    {u"model"_s, 3},   {u"journal"_s, 3},    {u"app"_s, 2},      {u"guide"_s, 2},    {u"widgets"_s, 1},
+    {u"phone"_s, 1},   {u"platform"_s, 0},
 };
 
 static bool mayInclude(const QString &folder, const QString &target)
 {
-    const bool usesContacts = target == u"contacts" && (folder == u"forms" || folder == u"messaging");
-    return target == folder || usesContacts || (target != u"guide" && storeys[target] < storeys[folder]);
+    return target == folder || (target != u"guide" && storeys[target] < storeys[folder]);
 }
 
 // The list of tasks is changed by its manager's own operations only.

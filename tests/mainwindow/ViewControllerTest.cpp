@@ -2,7 +2,7 @@
 #include "contacts/Contact.h"
 #include "contacts/PersistentContainer.h"
 #include "mainwindow/TaskTable.h"
-#include "messaging/MessagingSettings.h"
+#include "gateway/MessagingSettings.h"
 #include "model/TaskManager.h"
 #include "platform/DayWatch.h"
 #include "platform/FileDescriptor.h"

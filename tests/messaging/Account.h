@@ -1,7 +1,7 @@
 #pragma once
 
-#include "messaging/GatewayClient.h"
-#include "messaging/MessagingSettings.h"
+#include "gateway/GatewayClient.h"
+#include "gateway/MessagingSettings.h"
 #include "platform/Preferences.h"
 #include "support/HttpsServer.h"
 

@@ -1,5 +1,6 @@
 #include "Account.h"
-#include "messaging/TextMessage.h"
+#include "gateway/GatewayAnswer.h"
+#include "gateway/TextMessage.h"
 #include "support/CapturedOutput.h"
 #include "support/TestProgram.h"
 
@@ -108,6 +109,58 @@ private slots:
         for (const HttpsServer::Request &request : server.requests())
             sent.append(request.field(u"Body"_s));
         QCOMPARE(sent, cut);
+    }
+
+    void answersAreUnderstood()
+    {
+        const auto xml = [](const QByteArray &fields) {
+            return "<?xml version='1.0'?><TwilioResponse>" + fields + "</TwilioResponse>";
+        };
+        const auto refusal = [&](const QByteArray &code) {
+            return xml("<RestException><Status>400</Status><Message>Their <b>own</b> words\n s3cr:t</Message>"
+                       "<Code>" +
+                       code + "</Code></RestException>");
+        };
+        GatewayRequest request;
+        request.password = "s3cr:t";
+        const auto stateOf = [&](int status, const QByteArray &body) {
+            SentMessage message;
+            GatewayAnswer(status, body).noteIn(message, request);
+            return stateText(message);
+        };
+        const QString unknown = u"No answer: may have arrived: The gateway's answer cannot be understood"_s;
+        const QByteArray entity = "<!DOCTYPE x [<!ENTITY e SYSTEM 'file:///etc/hostname'>]>"
+                                  "<TwilioResponse><SMSMessage><Sid>&e;</Sid></SMSMessage></TwilioResponse>";
+        for (const auto &[status, body, expected] :
+             std::initializer_list<std::tuple<int, QByteArray, QString>>{
+                 {201, xml("<SMSMessage><Sid>SM1</Sid><Status>queued</Status></SMSMessage>"),
+                  u"Accepted as SM1"_s},
+                 {201, R"({"sid": "SM2", "status": "queued", "error_code": null})", u"Accepted as SM2"_s},
+                 {200, R"({"sid": "SM2", "status": "delivered"})", u"Delivered"_s},
+                 {200,
+                  xml("<SMSMessage><Status>undelivered</Status><ErrorCode>30005</ErrorCode><Sid>SM1</Sid>"
+                      "</SMSMessage>"),
+                  u"Not delivered: The number is unknown or no longer in use"_s},
+                 {400, refusal("21614"), u"Refused: The number cannot receive text messages"_s},
+                 {400, R"({"code": 21610, "message": "x", "status": 400})",
+                  u"Refused: The person has asked for no more messages"_s},
+                 {400, refusal("99999"), u"Refused: Their own words …"_s},
+                 {401, "who?", u"Refused: The account identifier or the secret is wrong"_s},
+                 {429, "", u"Refused: The gateway was sent too much at once"_s},
+                 {403, "<html><body>no</body></html>", u"Refused: The gateway gives no reason (403)"_s},
+                 {307, "", u"Refused: The gateway names another address, to which nothing is sent"_s},
+                 {502, "<html>", u"No answer: may have arrived: The gateway itself had an error (502)"_s},
+                 {200, "<html><body>Sign in to the network</body></html>", unknown},
+                 {201, R"({"sid": 7, "status": ["queued"], "code": "x"})", unknown},
+                 {201, R"({"sid": "../../x"})", unknown},
+                 {201, xml("<SMSMessage><Sid>SM1</Sid>"), unknown},
+                 {201, entity, unknown},
+                 {201, QByteArray(1 << 20, '<'), unknown},
+                 {201, "", unknown}})
+            QCOMPARE(stateOf(status, body), expected);
+        for (const int code : {20003, 20404, 20429, 21211, 21212, 21214, 21408, 21606, 21608, 21610, 21611,
+                               21612, 21614, 30003, 30004, 30005, 30006, 30007, 30008})
+            QVERIFY2(!meaningOf(code).isEmpty(), qPrintable(QString::number(code)));
     }
 
     void answersAreWrittenDownAndNothingIsRepeated()

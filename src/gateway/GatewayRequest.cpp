@@ -1,7 +1,7 @@
-#include "messaging/GatewayRequest.h"
+#include "gateway/GatewayRequest.h"
 
-#include "messaging/MessageFeed.h"
-#include "messaging/MessagingSettings.h"
+#include "gateway/MessageFeed.h"
+#include "gateway/MessagingSettings.h"
 #include "platform/Preferences.h"
 
 #include <QUrl>

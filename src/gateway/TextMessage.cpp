@@ -1,6 +1,6 @@
-#include "messaging/TextMessage.h"
+#include "gateway/TextMessage.h"
 
-#include "messaging/GatewayClient.h"
+#include "gateway/GatewayClient.h"
 #include "platform/Diagnostics.h"
 
 #include <memory>

@@ -1,6 +1,6 @@
-#include "messaging/DeliveryQuery.h"
+#include "gateway/DeliveryQuery.h"
 
-#include "messaging/GatewayClient.h"
+#include "gateway/GatewayClient.h"
 
 using namespace Qt::StringLiterals;
 

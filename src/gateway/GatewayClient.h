@@ -1,6 +1,6 @@
 #pragma once
 
-#include "messaging/HeldMessages.h"
+#include "gateway/HeldMessages.h"
 
 #include <QElapsedTimer>
 #include <QNetworkAccessManager>

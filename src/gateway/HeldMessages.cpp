@@ -1,4 +1,4 @@
-#include "messaging/HeldMessages.h"
+#include "gateway/HeldMessages.h"
 
 #include "journal/MessageJournal.h"
 #include "platform/Diagnostics.h"

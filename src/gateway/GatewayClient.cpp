@@ -1,7 +1,7 @@
-#include "messaging/GatewayClient.h"
+#include "gateway/GatewayClient.h"
 
 #include "journal/MessageJournal.h"
-#include "messaging/GatewayAnswer.h"
+#include "gateway/GatewayAnswer.h"
 #include "platform/Diagnostics.h"
 
 #include <QDateTime>

@@ -1,4 +1,4 @@
-#include "messaging/MessageFeed.h"
+#include "gateway/MessageFeed.h"
 
 #include <QObject>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "messaging/GatewayRequest.h"
+#include "gateway/GatewayRequest.h"
 
 #include <QHash>
 #include <QStringList>

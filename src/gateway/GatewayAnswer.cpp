@@ -1,6 +1,6 @@
-#include "messaging/GatewayAnswer.h"
+#include "gateway/GatewayAnswer.h"
 
-#include "messaging/GatewayRequest.h"
+#include "gateway/GatewayRequest.h"
 
 #include <QHash>
 #include <QJsonDocument>
@@ -87,7 +87,7 @@ AnswerFields fieldsOfXml(const QByteArray &body)
     fields.isRefusal = xml.name() == u"RestException";
     while (xml.readNextStartElement()) {
         const QString name = xml.name().toString();
-        const QString text = xml.readElementText(QXmlStreamReader::SkipChildElements);
+        const QString text = xml.readElementText(QXmlStreamReader::IncludeChildElements);
         if (name == u"Sid")
             fields.identifier = text;
         else if (name == u"Status")

@@ -1,4 +1,4 @@
-#include "messaging/MessageParts.h"
+#include "gateway/MessageParts.h"
 
 #include <algorithm>
 
