@@ -91,14 +91,14 @@ std::vector<SentMessage> HeldMessages::takeUnrecorded(qsizetype most)
 
 void HeldMessages::setRecorded(const QString &problem)
 {
-    if (!problem.isEmpty()) {
-        for (Held &held : messages)
-            held.message.origin.stop.request_stop();
-        dropAll(u"The journal of messages cannot be written: %1"_s.arg(problem));
-    }
     for (Held &held : messages)
         if (held.record == Record::BeingMade)
-            held.record = Record::Made;
+            held.record = problem.isEmpty() ? Record::Made : Record::Missing;
+    if (problem.isEmpty())
+        return;
+    for (Held &held : messages)
+        held.message.origin.stop.request_stop();
+    dropAll(u"The journal of messages cannot be written: %1"_s.arg(problem));
 }
 
 void HeldMessages::drop(const Held &held, const QString &reason)

@@ -81,6 +81,8 @@ void MessageJournal::write(std::vector<SentMessage> begun, const Recorded &recor
         const std::lock_guard lock(mutex);
         noted.insert(noted.begin(), ended.begin(), ended.end()); // with the next ones
     }
+    if (isWritten && begun.empty())
+        emit written();
     const QString problem = isWritten ? QString() : journal.problem();
     if (recorded)
         recorded(problem);

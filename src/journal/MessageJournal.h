@@ -33,6 +33,8 @@ public:
     const QString &folder() const { return storeFolder; }
 
 signals:
+    /// What has become of some messages is in the journal; on the thread on which the receiver lives.
+    void written();
     /// Something the user has to know; on the thread on which the receiver lives.
     void told(const QString &sentence);
 

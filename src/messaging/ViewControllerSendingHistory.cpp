@@ -28,6 +28,10 @@ void ViewControllerSending::connectHistory()
     const auto update = qOverload<>(&QTimer::start);
     for (const DatePicker *picker : {ui->startSendDate, ui->endSendDate})
         connect(picker, &DatePicker::dayChosen, &historyDelay, update);
+    connect(&runs.journal(), &MessageJournal::written, &historyDelay, [this] {
+        if (!runs.current()) // its end is waited for
+            historyDelay.start();
+    });
     for (const RecipientKind kind : {RecipientKind::Client, RecipientKind::TeamMember}) {
         const auto known = [this, kind](const Contact &contact) {
             return sentSchedulesNow[size_t(kind)].constFind(matchedName(contact.name().value_or(QString())));
