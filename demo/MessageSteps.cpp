@@ -6,6 +6,7 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QSet>
 #include <QTest>
 #include <QUrlQuery>
 
@@ -147,6 +148,58 @@ void textClient(Tour &tour, Gateway &gateway, const Person &client)
     tour.takePicturesOf(screen, u"sent"_s);
     hand::click(hand::child<QPushButton>(screen, u"closeButton"_s));
     tour.stage.check(!screen.isVisible(), u"the screen is closed"_s);
+}
+
+/// The clients for whom there are tasks in the list, each with a number to which the gateway does something
+/// else.
+static QList<Person> otherClients()
+{
+    return {{u"Hotel Bellevue"_s, u"+49 151 5550170"_s}, {u"Praxis Grünwald"_s, u"+49 151 5550171"_s},
+            {u"Dr. Lindqvist"_s, u"+49 151 5550172"_s},  {u"St. Anne's School"_s, u"+49 151 5550173"_s},
+            {u"José Peña"_s, u"+49 151 5550174"_s},      {u"Mr. & Mrs. Duarte"_s, Gateway::silentNumber}};
+}
+
+void lookAtReport(Tour &tour)
+{
+    tour.stage.step(u"What becomes of each message is reported, with the reason where one is refused"_s);
+    hand::choose(tour.window, u"Contacts"_s, u"Clients…"_s);
+    QDialog &clients = hand::openWindow(u"ViewControllerClientMgmt"_s);
+    for (const Person &client : otherClients())
+        add(clients, client.name, client.phoneNo);
+    hand::click(hand::child<QPushButton>(clients, u"okButton"_s));
+
+    QDialog &screen = openSending(tour);
+    hand::click(hand::child<QCheckBox>(screen, u"allClients"_s));
+    hand::click(hand::child<QPushButton>(screen, u"sendMsgClients"_s));
+    const auto &sum = hand::child<QLabel>(screen, u"reportSum"_s);
+    hand::waitFor(
+        [&] {
+            return sum.text().contains(u"refused") && !sum.text().contains(u"waiting") &&
+                   !sum.text().contains(u"not answered yet");
+        },
+        u"the report is not complete"_s);
+    hand::click(hand::child<QPushButton>(screen, u"askForDelivery"_s));
+    hand::waitFor([&] { return sum.text().contains(u"delivered"); }, u"nothing is delivered"_s);
+    tour.takePicturesOf(screen, u"report"_s);
+    hand::click(hand::child<QCheckBox>(screen, u"problemsOnly"_s));
+    const QAbstractItemModel &report = *hand::child<QTableView>(screen, u"reportTable"_s).model();
+    QSet<QString> states;
+    for (int row = 0; row < report.rowCount(); ++row)
+        states.insert(report.index(row, 3).data().toString().section(u": "_s, 0, 1));
+    tour.stage.same(states.size(), Gateway::refusals.size() + 1, u"kinds of problems"_s);
+    hand::click(hand::child<QCheckBox>(screen, u"allClients"_s)); // nobody
+    hand::click(hand::child<QCheckBox>(screen, u"allClients"_s));
+    tour.takePicturesOf(screen, u"report-problems"_s);
+    hand::click(hand::child<QPushButton>(screen, u"closeButton"_s));
+
+    hand::choose(tour.window, u"Contacts"_s, u"Clients…"_s);
+    QDialog &clientsAgain = hand::openWindow(u"ViewControllerClientMgmt"_s);
+    auto &table = hand::child<QTableView>(clientsAgain);
+    while (table.model()->rowCount() > 1) {
+        hand::clickCell(table, table.model()->index(1, 0));
+        hand::click(hand::child<QPushButton>(clientsAgain, u"removeButton"_s));
+    }
+    hand::click(hand::child<QPushButton>(clientsAgain, u"okButton"_s));
 }
 
 void textTeamMember(Tour &tour, Gateway &gateway, const Person &teamMember)

@@ -35,6 +35,7 @@ void setUpAccount(Tour &tour);
 void lookAtNumbers(Tour &tour, const Person &teamMember);
 void textClient(Tour &tour, Gateway &gateway, const Person &client);
 void textTeamMember(Tour &tour, Gateway &gateway, const Person &teamMember);
+void lookAtReport(Tour &tour);
 
 // Tools.
 void writeNotes(Tour &tour);

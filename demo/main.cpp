@@ -52,6 +52,7 @@ static void goThroughSteps(Tour &tour, Gateway &gateway)
     lookAtNumbers(tour, teamMember);
     textClient(tour, gateway, client);
     textTeamMember(tour, gateway, teamMember);
+    lookAtReport(tour);
     writeNotes(tour);
     drawOnWhiteboard(tour);
 #ifdef HAS_GUIDE

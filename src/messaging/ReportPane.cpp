@@ -109,8 +109,7 @@ void ReportPane::show(RunReport *shown)
         QHeaderView &header = *table->horizontalHeader();
         header.setResizeContentsPrecision(rowsLookedAt);
         header.setSectionResizeMode(RunReport::Number, QHeaderView::ResizeToContents);
-        for (const int column : {RunReport::Task, RunReport::State})
-            header.setSectionResizeMode(column, QHeaderView::Stretch);
+        header.setSectionResizeMode(RunReport::State, QHeaderView::Stretch);
         connect(report, &RunReport::changed, this, &ReportPane::update);
         connect(report, &QObject::destroyed, this, [this, shown] {
             if (report == shown)
