@@ -39,7 +39,7 @@ signals:
     void told(const QString &sentence);
 
 private:
-    void write(std::vector<SentMessage> begun, const Recorded &recorded);
+    void write(const std::vector<SentMessage> &begun, const Recorded &recorded);
     JournalStore &openedStore();
 
     QString storeFolder;

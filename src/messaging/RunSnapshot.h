@@ -33,5 +33,5 @@ struct RunSnapshot
 
     /// The recipient's own ones, in the same order.
     std::vector<const task *> scheduleOf(const Recipient &recipient) const;
-    qint64 lastStep() const { return qint64(recipients.size() * tasks.size() + again.size()); }
+    qint64 lastStep() const { return std::ssize(recipients) * std::ssize(tasks) + std::ssize(again); }
 };
