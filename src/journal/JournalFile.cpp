@@ -98,21 +98,14 @@ bool JournalStore::open()
     if (prepare())
         return true;
     close();
-    return isDamaged() && beginAnother();
+    return false;
 }
 
 /// Puts a damaged file aside, unless another connection has done so, and begins another one.
 bool JournalStore::beginAnother()
 {
     close();
-    if (isStillThere() && !putAside())
-        return false;
-    reason.clear();
-    errorCode = 0;
-    if (connect() && prepare())
-        return true;
-    close();
-    return false;
+    return (!isStillThere() || putAside()) && open();
 }
 
 void JournalStore::close()
@@ -146,6 +139,7 @@ bool JournalStore::connect()
         return false;
     const struct stat entry = entryOf(path);
     opened = {entry.st_dev, entry.st_ino};
+    ++timesOpened;
     if (!database.isValid())
         database = QSqlDatabase::addDatabase(u"QSQLITE"_s, connection);
     database.setDatabaseName(path);

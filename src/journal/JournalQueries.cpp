@@ -49,6 +49,17 @@ std::vector<qint64> JournalStore::find(const JournalSearch &search)
     return found;
 }
 
+std::pair<int, int> JournalStore::stamp()
+{
+    int version = 0;
+    if (open()) {
+        QSqlQuery query(database);
+        query.prepare(u"PRAGMA data_version"_s);
+        version = run(query) && query.next() ? query.value(0).toInt() : 0;
+    }
+    return {timesOpened, version};
+}
+
 std::vector<SentMessage> JournalStore::messages(const std::vector<qint64> &identifiers)
 {
     if (!open() || identifiers.empty())

@@ -33,12 +33,13 @@ public:
     JournalStore(const JournalStore &) = delete;
     JournalStore &operator=(const JournalStore &) = delete;
 
-    /// Opens the file, or makes it; true when it is open. A damaged one is put aside, and another one is
-    /// begun.
+    /// Opens the file, or makes it; true when it is open.
     bool open();
     const QString &filePath() const { return path; }
     /// Why the last operation failed, in plain words; empty when it has not.
     const QString &problem() const { return reason; }
+    /// It was that the file is damaged.
+    bool isDamaged() const;
     /// Where a damaged file was put, since this was last asked; empty for none.
     QString takeAsidePath() { return std::exchange(asidePath, QString()); }
 
@@ -59,6 +60,8 @@ public:
 
     /// The identifiers of the messages, the newest first.
     std::vector<qint64> find(const JournalSearch &search);
+    /// Another one as soon as another connection has written something.
+    std::pair<int, int> stamp();
     /// The messages with these identifiers, in no order; those that are gone are left out.
     std::vector<SentMessage> messages(const std::vector<qint64> &identifiers);
     /// What was sent to people for days in this range and may have arrived, the oldest first.
@@ -78,7 +81,6 @@ private:
     bool createTables();
     bool putAside();
     bool beginAnother();
-    bool isDamaged() const;
     bool isStillThere() const;
     bool run(QSqlQuery &query);
     bool run(QSqlQuery &prepared, const QVariantList &values);
@@ -95,7 +97,8 @@ private:
     QString connection;
     QSqlDatabase database;
     std::pair<dev_t, ino_t> opened; ///< the file, by which it is known from another one under its name
-    bool isLogged = false;          ///< changes go to a log first, beside which everybody can read
+    int timesOpened = 0;
+    bool isLogged = false; ///< changes go to a log first, beside which everybody can read
     std::optional<QSqlQuery> insert;
     std::optional<QSqlQuery> update;
     std::optional<QSqlQuery> decline;

@@ -85,18 +85,15 @@ void ViewControllerJournal::connectActions()
 void ViewControllerJournal::changeEvent(QEvent *event)
 {
     Screen::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && isActiveWindow() && isVisible())
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && table.store().stamp() != shownStamp)
         refresh();
 }
 
 void ViewControllerJournal::refresh()
 {
+    shownStamp = table.store().stamp();
     fillFilters();
     showFound();
-    if (const QString aside = table.store().takeAsidePath(); !aside.isEmpty())
-        newsBanner->tell(u"The journal of messages was damaged. It is kept in %1, and a new one has been "
-                         "begun."_s.arg(aside),
-                         {});
 }
 
 /// Fills the box, and keeps what is chosen in it as long as it is there.
@@ -157,8 +154,13 @@ void ViewControllerJournal::showEmpty()
 
 void ViewControllerJournal::showProblem(const QString &problem)
 {
+    const QString whatNow = table.store().isDamaged()
+                                ? u" It is kept beside another one as soon as messages are sent."_s
+                                : QString();
     problemBanner->tell(
-        u"The journal of messages in %1 cannot be read: %2."_s.arg(table.store().filePath(), problem), {});
+        u"The journal of messages in %1 cannot be read: %2."_s.arg(table.store().filePath(), problem) +
+            whatNow,
+        {});
 }
 
 SentMessage ViewControllerJournal::current() const
@@ -210,7 +212,7 @@ void ViewControllerJournal::forgetPerson()
 
 void ViewControllerJournal::forgetAll()
 {
-    forget(u"Forget all %1?"_s.arg(messages(qsizetype(table.store().find({}).size()))), {});
+    forget(u"Forget everything: %1?"_s.arg(messages(qsizetype(table.store().find({}).size()))), {});
 }
 
 /// \param person  empty for everybody

@@ -49,6 +49,7 @@ private:
     QTimer refreshDelay; ///< gathers what is written while messages are sent
     Banner *problemBanner;
     Banner *newsBanner;
-    qint64 currentIdentifier = 0; ///< of the message that is shown; 0 for none
+    qint64 currentIdentifier = 0;   ///< of the message that is shown; 0 for none
+    std::pair<int, int> shownStamp; ///< of the store when all was read
     bool isForgetting = false;
 };
