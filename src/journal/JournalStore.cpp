@@ -59,8 +59,12 @@ bool JournalStore::removeOld(qint64 now)
 bool JournalStore::write(const std::vector<SentMessage> &begun, const std::vector<SentMessage> &ended,
                          Durability durability)
 {
-    return writeOnce(begun, ended, durability) ||
-           (isDamaged() && beginAnother() && writeOnce(begun, ended, durability));
+    if (writeOnce(begun, ended, durability))
+        return true;
+    if (isDamaged())
+        return beginAnother() && writeOnce(begun, ended, durability);
+    close(); // it may be open for reading only, because for a moment there was no way to write it
+    return false;
 }
 
 bool JournalStore::writeOnce(const std::vector<SentMessage> &begun, const std::vector<SentMessage> &ended,
@@ -121,8 +125,10 @@ bool JournalStore::forget(const std::optional<QString> &person, const std::set<q
     // The log would keep the texts, too.
     QSqlQuery checkpoint(database);
     checkpoint.prepare(u"PRAGMA wal_checkpoint(TRUNCATE)"_s);
-    if (!run(query) || !run(checkpoint))
+    if (!run(query) || !run(checkpoint)) {
+        close(); // as above
         return false;
+    }
     const bool isEmptied = checkpoint.next() && checkpoint.value(0).toInt() == 0;
     if (!isEmptied)
         reason = u"they are no longer shown, but another program reads the file, and their texts stay in it "

@@ -85,7 +85,8 @@ void ViewControllerJournal::connectActions()
 void ViewControllerJournal::changeEvent(QEvent *event)
 {
     Screen::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && isActiveWindow() && table.store().stamp() != shownStamp)
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() &&
+        (!table.problem().isEmpty() || table.store().stamp() != shownStamp))
         refresh();
 }
 
