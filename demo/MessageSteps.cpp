@@ -247,6 +247,7 @@ void lookAtSentMessages(Tour &tour, const Gateway &gateway, const Person &client
     const qsizetype sent = gateway.requests().size();
     hand::waitFor([&] { return textsIn(State).filter(u"Accepted"_s).size() == sent; },
                   u"no answer is kept"_s);
+    hand::clickCell(table, table.model()->index(1, To));
     tour.takePicturesOf(screen, u"sent-messages"_s);
     hand::fill(hand::child<QLineEdit>(screen, u"searchField"_s), title.toUpper());
     tour.stage.same(table.model()->rowCount(), 2, u"messages with that text"_s);
