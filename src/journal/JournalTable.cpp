@@ -57,7 +57,7 @@ const JournalTable::Page &JournalTable::page(int row) const
     const int number = row / pageSize;
     if (const Page *kept = pages.object(number))
         return *kept;
-    const auto first = identifiers.begin() + number * pageSize;
+    const auto first = identifiers.begin() + qsizetype(number) * pageSize;
     const auto last = identifiers.end() - first > pageSize ? first + pageSize : identifiers.end();
     auto *read = new Page;
     for (SentMessage &message : journalStore.messages({first, last})) {

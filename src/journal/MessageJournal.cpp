@@ -92,7 +92,7 @@ JournalStore &MessageJournal::openedStore()
     return *store;
 }
 
-void MessageJournal::write(std::vector<SentMessage> begun, const Recorded &recorded)
+void MessageJournal::write(const std::vector<SentMessage> &begun, const Recorded &recorded)
 {
     std::vector<SentMessage> ended;
     {

@@ -47,7 +47,7 @@ signals:
 
 private:
     void start();
-    void write(std::vector<SentMessage> begun, const Recorded &recorded);
+    void write(const std::vector<SentMessage> &begun, const Recorded &recorded);
     void tell(const QString &problem, bool isRecording);
     JournalStore &openedStore();
 

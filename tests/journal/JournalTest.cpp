@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QProcess>
 #include <QPushButton>
 #include <QSemaphore>
 #include <QSignalSpy>
@@ -239,6 +240,20 @@ private slots:
         journal.record({message(301, u"Bob"_s, u"in the same one"_s)}, {});
         QTRY_COMPARE(rows(screen), u"Bob Ann"_s);
         QCOMPARE(toldIn(screen), QString());
+    }
+
+    void othersMayComeAndGo()
+    {
+        JournalStore store(home->path());
+        QVERIFY(store.write({message(1, u"Ann"_s, u"a"_s)}, {}, Machine));
+        QCOMPARE(JournalStore(home->path()).find({}).size(), 1U); // without a loss of the first one's locks
+        const QStringList arguments{u"journal"_s, home->path(), u"-1"_s, u"kill"_s}; // writes number 2
+        QProcess other;
+        other.start(u"" BINARY_DIR "/bin/saver"_s, arguments);
+        QVERIFY(other.waitForFinished() && other.exitCode() == EXIT_SUCCESS);
+        QVERIFY2(QFile::exists(file() + u"-wal"_s), "the other one took itself for the last");
+        QVERIFY(store.write({message(3, u"Ann"_s, u"a"_s, noon + 1)}, {}, Machine));
+        QCOMPARE(JournalStore(home->path()).find({}), (std::vector<qint64>{3, 1, 2}));
     }
 
     void isKeptForAYear()
