@@ -57,18 +57,22 @@ QString makeReady(const QString &path)
     // connections. So none may be made while another connection could open it.
     static std::mutex making;
     const std::lock_guard lock(making);
-    const struct stat entry = entryOf(path);
-    const QByteArray name = QFile::encodeName(path);
-    if (entry.st_nlink == 0)
+    if (entryOf(path).st_nlink == 0)
         return FileDescriptor(path, O_RDWR | O_CREAT | O_EXCL, forUserOnly).isOpen() ? QString()
                                                                                      : qt_error_string(errno);
     // SQLite would wait for a pipe, and open a file for reading that cannot be written.
-    if (!S_ISREG(entry.st_mode))
-        return u"something else is in its place"_s;
-    if (::access(name.constData(), R_OK | W_OK) != 0)
-        return qt_error_string(errno);
-    for (const char *ending : {"", "-wal", "-shm"})
-        ::chmod((name + ending).constData(), forUserOnly); // fails where files have no modes
+    for (const QString &ending : {u""_s, u"-wal"_s, u"-shm"_s, u"-journal"_s}) {
+        const QByteArray name = QFile::encodeName(path + ending);
+        const struct stat entry = entryOf(path + ending);
+        if (entry.st_nlink == 0)
+            continue;
+        if (!S_ISREG(entry.st_mode))
+            return u"something else is in place of Messages.sqlite%1"_s.arg(ending);
+        if (::access(name.constData(), R_OK | W_OK) != 0)
+            return qt_error_string(errno);
+        if ((entry.st_mode & (S_IRWXG | S_IRWXO)) != 0)
+            ::chmod(name.constData(), forUserOnly); // fails where files have no modes
+    }
     return {};
 }
 

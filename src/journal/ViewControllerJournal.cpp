@@ -65,6 +65,8 @@ void ViewControllerJournal::connectActions()
             refreshDelay.start();
     });
     connect(&refreshDelay, &QTimer::timeout, this, &ViewControllerJournal::refresh);
+    connect(&journal, &MessageJournal::told, newsBanner,
+            [this](const QString &sentence) { newsBanner->tell(sentence, {}); });
     connect(&journal, &MessageJournal::forgotten, this, [this](const QString &problem) {
         isForgetting = false;
         refresh();
