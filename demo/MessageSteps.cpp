@@ -243,14 +243,19 @@ void lookAtSentMessages(Tour &tour, const Gateway &gateway, const Person &client
             texts.append(table.model()->index(row, column).data().toString());
         return texts;
     };
-    enum Column { To = 1, State = 4 };
-    const qsizetype sent = gateway.requests().size();
-    hand::waitFor([&] { return textsIn(State).filter(u"Accepted"_s).size() == sent; },
-                  u"no answer is kept"_s);
-    hand::clickCell(table, table.model()->index(1, To));
+    enum Column { To = 1, Message = 3, State };
+    const qsizetype sent = std::ranges::count_if(gateway.requests(), [](const HttpsServer::Request &request) {
+        return request.head.startsWith("POST ");
+    });
+    hand::waitFor(
+        [&] { return textsIn(To).size() == sent && textsIn(State).filter(u"Being sent"_s).isEmpty(); },
+        u"not every answer is kept"_s);
+    const int refused = int(textsIn(State).indexOf(textsIn(State).filter(u"Refused"_s).value(0)));
+    hand::clickCell(table, table.model()->index(refused, To));
     tour.takePicturesOf(screen, u"sent-messages"_s);
+    const qsizetype headings = textsIn(Message).filter(title).size();
     hand::fill(hand::child<QLineEdit>(screen, u"searchField"_s), title.toUpper());
-    tour.stage.same(table.model()->rowCount(), 2, u"messages with that text"_s);
+    tour.stage.same(table.model()->rowCount(), headings, u"messages with that text"_s);
     hand::press(hand::child<QLineEdit>(screen, u"searchField"_s), Qt::Key_Escape);
     hand::pick(hand::child<QComboBox>(screen, u"personBox"_s), client.name);
     const qsizetype ofClient = table.model()->rowCount();

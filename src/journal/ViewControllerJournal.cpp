@@ -99,10 +99,15 @@ void ViewControllerJournal::refresh()
     showFound();
 }
 
-/// Fills the box, and keeps what is chosen in it as long as it is there.
+/// Fills the box, unless it has these entries, and keeps what is chosen in it as long as it is there.
 static void fill(QComboBox &box, const QString &everything,
                  const QList<std::pair<QString, QVariant>> &entries)
 {
+    bool isSame = box.count() == entries.size() + 1;
+    for (int place = 1; isSame && place < box.count(); ++place)
+        isSame = box.itemData(place) == entries[place - 1].second;
+    if (isSame)
+        return;
     const QSignalBlocker blocker(box);
     const QVariant chosen = box.currentData();
     box.clear();
