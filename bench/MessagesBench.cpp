@@ -1,19 +1,23 @@
 #include "SampleTasks.h"
 #include "gateway/MessagingSettings.h"
+#include "gateway/TextMessage.h"
+#include "journal/ViewControllerJournal.h"
 #include "messaging/SchedulePreview.h"
 #include "messaging/ScheduleRuns.h"
 #include "messaging/SendWorker.h"
-#include "gateway/TextMessage.h"
 #include "platform/Diagnostics.h"
 #include "platform/Preferences.h"
 #include "support/HttpsServer.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QEventLoop>
+#include <QLineEdit>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QSslConfiguration>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QUrl>
 
@@ -200,6 +204,48 @@ void postPlainly(benchmark::State &state)
         loop.exec();
     }
 }
+
+/// The window of the sent messages, until it is painted; a letter in its search field (1).
+void openJournal(benchmark::State &state)
+{
+    constexpr qint64 minute = 60'000; // milliseconds
+    const QTemporaryDir folder(QDir::currentPath() + u"/bench-XXXXXX"_s);
+    std::vector<SentMessage> sent;
+    for (qint64 number = 0; number < state.range(0); ++number)
+        sent.push_back(
+            {.id = number + 1,
+             .moment = 1'700'000'000'000 + number * 5 * minute,
+             .person = u"Person number %1"_s.arg(number % recipients),
+             .number = u"+4930%1"_s.arg(number % recipients, 7, 10, QLatin1Char('0')),
+             .taskName = u"Mow the lawn"_s,
+             .text = u"11/6/26 09:00AM-11/6/26 05:30PM Mow the lawn behind the house-Ann %1"_s.arg(number),
+             .state = MessageState::Accepted,
+             .identifier = u"SM0123456789abcdef0123456789ab%1"_s.arg(number)});
+    if (!JournalStore(folder.path()).write(sent, {}, JournalStore::Durability::Machine))
+        state.SkipWithError("not written");
+    MessageJournal journal(folder.path());
+    for (auto _ : state) {
+        if (state.range(1) == 1)
+            state.PauseTiming();
+        ViewControllerJournal screen(journal);
+        screen.show();
+        QCoreApplication::processEvents();
+        if (state.range(1) == 1) {
+            state.ResumeTiming();
+            screen.findChild<QLineEdit *>(u"searchField"_s)->setText(u"N"_s);
+            QCoreApplication::processEvents();
+        }
+        if (screen.findChild<QTableView *>()->model()->rowCount() != state.range(0))
+            state.SkipWithError("not all are shown");
+        state.PauseTiming();
+        screen.close();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(openJournal)
+    ->ArgsProduct({{0, 1'000, 100'000}, {0, 1}})
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 
 BENCHMARK(sendMessages)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(postPlainly)->Unit(benchmark::kMillisecond)->UseRealTime();

@@ -4,6 +4,7 @@
 #include "support/Dialogs.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QSet>
@@ -228,4 +229,41 @@ void textTeamMember(Tour &tour, Gateway &gateway, const Person &teamMember)
     held.unlock();
     checkReceived(tour.stage, gateway, earlier, {teamMember.name, correctedPhoneNo},
                   tasksOf(teamMember, ListRow::TeamMember, tour.expected));
+}
+
+void lookAtSentMessages(Tour &tour, const Gateway &gateway, const Person &client)
+{
+    tour.stage.step(u"What was sent is kept, can be found, and is forgotten on demand"_s);
+    hand::choose(tour.window, u"Messages"_s, u"Sent Messages…"_s);
+    QDialog &screen = hand::openWindow(u"ViewControllerJournal"_s);
+    auto &table = hand::child<QTableView>(screen, u"table"_s);
+    const auto textsIn = [&table](int column) {
+        QStringList texts;
+        for (int row = 0; row < table.model()->rowCount(); ++row)
+            texts.append(table.model()->index(row, column).data().toString());
+        return texts;
+    };
+    enum Column { To = 1, Message = 3, State };
+    const qsizetype sent = std::ranges::count_if(gateway.requests(), [](const HttpsServer::Request &request) {
+        return request.head.startsWith("POST ");
+    });
+    hand::waitFor(
+        [&] { return textsIn(To).size() == sent && textsIn(State).filter(u"Being sent"_s).isEmpty(); },
+        u"not every answer is kept"_s);
+    const int refused = int(textsIn(State).indexOf(textsIn(State).filter(u"Refused"_s).value(0)));
+    hand::clickCell(table, table.model()->index(refused, To));
+    tour.takePicturesOf(screen, u"sent-messages"_s);
+    const qsizetype headings = textsIn(Message).filter(title).size();
+    hand::fill(hand::child<QLineEdit>(screen, u"searchField"_s), title.toUpper());
+    tour.stage.same(table.model()->rowCount(), headings, u"messages with that text"_s);
+    hand::press(hand::child<QLineEdit>(screen, u"searchField"_s), Qt::Key_Escape);
+    hand::pick(hand::child<QComboBox>(screen, u"personBox"_s), client.name);
+    const qsizetype ofClient = table.model()->rowCount();
+    tour.stage.same(textsIn(To).count(client.name), ofClient, u"messages to the client alone"_s);
+    tour.throughAlert([&screen] { hand::click(hand::child<QPushButton>(screen, u"forgetPersonButton"_s)); },
+                      u"Forget %1 messages to %2?"_s.arg(ofClient).arg(client.name), u"Yes"_s);
+    hand::waitFor([&] { return table.model()->rowCount() == sent - ofClient; }, u"they are not forgotten"_s);
+    tour.stage.same(textsIn(To).count(client.name), 0, u"messages to the client"_s);
+    hand::press(table, Qt::Key_Escape);
+    tour.stage.check(!screen.isVisible(), u"the screen is closed"_s);
 }

@@ -36,6 +36,7 @@ void lookAtNumbers(Tour &tour, const Person &teamMember);
 void textClient(Tour &tour, Gateway &gateway, const Person &client);
 void textTeamMember(Tour &tour, Gateway &gateway, const Person &teamMember);
 void lookAtReport(Tour &tour);
+void lookAtSentMessages(Tour &tour, const Gateway &gateway, const Person &client);
 
 // Tools.
 void writeNotes(Tour &tour);

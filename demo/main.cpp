@@ -53,6 +53,7 @@ static void goThroughSteps(Tour &tour, Gateway &gateway)
     textClient(tour, gateway, client);
     textTeamMember(tour, gateway, teamMember);
     lookAtReport(tour);
+    lookAtSentMessages(tour, gateway, client);
     writeNotes(tour);
     drawOnWhiteboard(tour);
 #ifdef HAS_GUIDE

@@ -7,6 +7,7 @@ const pages = {
   "earlier-versions": "Earlier versions",
   "cloud": "Cloud",
   "messages": "Messages",
+  "sent-messages": "Sent messages",
   "message-settings": "Message settings",
   "notes": "Notes",
   "whiteboard": "Whiteboard",

@@ -34,7 +34,8 @@ enum Column {
 
 QString table()
 {
-    return u"CREATE TABLE message (id INTEGER PRIMARY KEY, moment INTEGER NOT NULL, team_member INTEGER NOT "
+    return u"CREATE TABLE IF NOT EXISTS message (id INTEGER PRIMARY KEY, moment INTEGER NOT NULL, "
+           u"team_member INTEGER NOT "
            "NULL, person TEXT, phone TEXT, number TEXT, test INTEGER NOT NULL, task TEXT, task_name TEXT, "
            "task_day TEXT, first_day TEXT, last_day TEXT, text TEXT, account TEXT, state INTEGER NOT NULL, "
            "identifier TEXT, code INTEGER NOT NULL, reason TEXT, searched TEXT)"_s;

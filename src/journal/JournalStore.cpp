@@ -1,149 +1,18 @@
 #include "journal/JournalStore.h"
 
 #include "journal/JournalRow.h"
-#include "platform/FileDescriptor.h"
 
-#include <QDateTime>
-#include <QDir>
-#include <QFileInfo>
 #include <QSqlError>
-#include <QSqlQuery>
-#include <QUuid>
-#include <QVariant>
-
-#include <fcntl.h>
-#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
+// What is written into the journal.
+
 namespace {
 
-constexpr int formatVersion = 1;
-constexpr qint64 keptDays = 366;
 constexpr int declinedCode = 21610; // of the gateway: the number's owner wants no messages
 
-// SQLite's result codes.
-constexpr int busy = 5;
-constexpr int corrupt = 11;
-constexpr int full = 13;
-constexpr int notADatabase = 26;
-constexpr int primaryCode = 0xff;
-
-QStringList statementsForTables()
-{
-    return {journalRow::table(), u"CREATE INDEX message_day ON message (last_day, first_day)"_s,
-            u"CREATE TABLE declined (number TEXT PRIMARY KEY, moment INTEGER NOT NULL)"_s,
-            u"PRAGMA user_version = %1"_s.arg(formatVersion)};
-}
-
 } // namespace
-
-JournalStore::JournalStore(const QString &folder)
-    : path(folder + u"/Messages.sqlite"_s)
-    , connection(u"Messages "_s + QUuid::createUuid().toString(QUuid::WithoutBraces))
-{
-}
-
-JournalStore::~JournalStore()
-{
-    close();
-    database = QSqlDatabase();
-    QSqlDatabase::removeDatabase(connection);
-}
-
-bool JournalStore::open()
-{
-    if (database.isOpen() && QFileInfo::exists(path))
-        return true;
-    if (!connect())
-        return false;
-    if (prepare())
-        return true;
-    const bool isDamaged = errorCode == corrupt || errorCode == notADatabase;
-    close();
-    return isDamaged && putAside() && connect() && prepare();
-}
-
-void JournalStore::close()
-{
-    for (std::optional<QSqlQuery> *query : {&insert, &update, &decline, &undecline})
-        query->reset();
-    database.close();
-}
-
-bool JournalStore::connect()
-{
-    if (!QDir().mkpath(QFileInfo(path).path())) {
-        reason = u"the folder cannot be made"_s;
-        return false;
-    }
-    // SQLite would wait for a pipe, open a file for reading that cannot be written, and let others read it.
-    if (const FileDescriptor file(path, O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR); !file.isOpen()) {
-        reason = qt_error_string(errno);
-        return false;
-    }
-    if (!database.isValid())
-        database = QSqlDatabase::addDatabase(u"QSQLITE"_s, connection);
-    database.setDatabaseName(path);
-    database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=2000"_s); // milliseconds
-    return database.open() || fail(database.lastError());
-}
-
-bool JournalStore::prepare()
-{
-    // What is removed is overwritten. Readers do not hold the writer up.
-    for (const QString &statement : {u"PRAGMA secure_delete = ON"_s, u"PRAGMA journal_mode = WAL"_s})
-        if (!run(statement))
-            return false;
-    QSqlQuery version(database);
-    version.prepare(u"PRAGMA user_version"_s);
-    if (!run(version) || !version.next())
-        return false;
-    const int found = version.value(0).toInt();
-    version.finish();
-    if (found > formatVersion)
-        reason = u"it was written by a newer version of the program"_s;
-    if (found > formatVersion || (found == 0 && !createTables()))
-        return false;
-    for (const auto &[query, statement] :
-         {std::pair(&insert, u"INSERT OR REPLACE INTO message VALUES (%1)"_s.arg(
-                                 QStringList(journalRow::columns, u"?"_s).join(u','))),
-          {&update, u"UPDATE message SET moment = ?, state = ?, identifier = ?, code = ?, reason = ?, "
-                    "account = ? WHERE id = ?"_s},
-          {&decline, u"INSERT OR REPLACE INTO declined VALUES (?, ?)"_s},
-          {&undecline, u"DELETE FROM declined WHERE number = ?"_s}}) {
-        query->emplace(database);
-        if (!(*query)->prepare(statement))
-            return fail((*query)->lastError());
-    }
-    return true;
-}
-
-bool JournalStore::createTables()
-{
-    if (!run(u"BEGIN IMMEDIATE"_s))
-        return false;
-    bool isMade = true;
-    for (const QString &statement : statementsForTables())
-        isMade = isMade && run(statement);
-    if (isMade && run(u"COMMIT"_s))
-        return true;
-    database.rollback();
-    return false;
-}
-
-bool JournalStore::putAside()
-{
-    const QString moment = QDateTime::currentDateTime().toString(u"yyyyMMdd-HHmmss"_s);
-    const QString aside = path + u".damaged-"_s + moment;
-    for (const QString &ending : {u"-wal"_s, u"-shm"_s})
-        if (QFileInfo::exists(path + ending))
-            QFile::rename(path + ending, aside + ending);
-    if (!QFile::rename(path, aside))
-        return false;
-    asidePath = aside;
-    return true;
-}
 
 bool JournalStore::run(QSqlQuery &query)
 {
@@ -163,46 +32,53 @@ bool JournalStore::run(const QString &statement)
     return query.exec(statement) || fail(query.lastError());
 }
 
-/// Keeps why something failed; always false.
-bool JournalStore::fail(const QSqlError &error)
+bool JournalStore::removeOld(qint64 now)
 {
-    errorCode = error.nativeErrorCode().toInt() & primaryCode;
-    switch (errorCode) {
-    case busy:
-        reason = u"another program keeps it to itself"_s;
-        break;
-    case full:
-        reason = u"the disk is full"_s;
-        break;
-    default:
-        reason = error.databaseText();
+    // By the time between the messages, of which a month counts at most: a clock that was wrong for a while
+    // costs a month of the journal and not all of it.
+    constexpr qint64 day = 24LL * 60 * 60 * 1000;
+    constexpr qint64 month = 31 * day;
+    constexpr qint64 year = 366 * day;
+    if (!open())
+        return false;
+    qint64 age = 0;
+    qint64 later = now;
+    for (qint64 limit = now; age <= year; limit = later - day) {
+        const std::optional<qint64> earlier = newestBefore(limit);
+        if (!earlier)
+            return reason.isEmpty();
+        age += std::min(later - *earlier, month);
+        later = *earlier;
     }
-    return false;
-}
-
-bool JournalStore::removeOld()
-{
-    // By the newest message where the clock is ahead of it, lest a wrong clock cost the whole journal.
     QSqlQuery query(database);
-    query.prepare(u"DELETE FROM message WHERE moment < min(?, (SELECT max(moment) FROM message)) - ?"_s);
-    query.addBindValue(QDateTime::currentMSecsSinceEpoch());
-    query.addBindValue(keptDays * 24 * 60 * 60 * 1000);
+    query.prepare(u"DELETE FROM message WHERE moment <= ?"_s);
+    query.addBindValue(later);
     return run(query);
 }
 
 bool JournalStore::write(const std::vector<SentMessage> &begun, const std::vector<SentMessage> &ended,
                          Durability durability)
 {
-    if (!open() ||
-        !run(durability == Durability::Machine ? u"PRAGMA synchronous = FULL"_s
-                                               : u"PRAGMA synchronous = NORMAL"_s) ||
+    if (writeOnce(begun, ended, durability))
+        return true;
+    if (isDamaged())
+        return beginAnother() && writeOnce(begun, ended, durability);
+    close(); // it may be open for reading only, because for a moment there was no way to write it
+    return false;
+}
+
+bool JournalStore::writeOnce(const std::vector<SentMessage> &begun, const std::vector<SentMessage> &ended,
+                             Durability durability)
+{
+    const bool isForMachine = durability == Durability::Machine || !isLogged;
+    if (!open() || !run(isForMachine ? u"PRAGMA synchronous = FULL"_s : u"PRAGMA synchronous = NORMAL"_s) ||
         !run(u"BEGIN IMMEDIATE"_s))
         return false;
     if (writeAll(begun, ended) && run(u"COMMIT"_s))
         return true;
-    const QString failure = reason;
+    const auto failure = std::pair(reason, errorCode);
     run(u"ROLLBACK"_s);
-    reason = failure;
+    std::tie(reason, errorCode) = failure;
     return false;
 }
 
@@ -234,14 +110,28 @@ bool JournalStore::tryAgain(const QString &number)
     return run(*undecline, {number});
 }
 
-bool JournalStore::forget(const std::optional<QString> &person)
+bool JournalStore::forget(const std::optional<QString> &person, const std::set<qint64> &except)
 {
     if (!open())
         return false;
+    QStringList kept;
+    for (const qint64 identifier : except)
+        kept.append(QString::number(identifier));
     QSqlQuery query(database);
-    query.prepare(person ? u"DELETE FROM message WHERE person = ?"_s : u"DELETE FROM message"_s);
+    query.prepare(u"DELETE FROM message WHERE id NOT IN (%1)"_s.arg(kept.join(u',')) +
+                  (person ? u" AND person = ?"_s : QString()));
     if (person)
         query.addBindValue(*person);
-    // The write-ahead log would keep the texts, too.
-    return run(query) && run(u"PRAGMA wal_checkpoint(TRUNCATE)"_s);
+    // The log would keep the texts, too.
+    QSqlQuery checkpoint(database);
+    checkpoint.prepare(u"PRAGMA wal_checkpoint(TRUNCATE)"_s);
+    if (!run(query) || !run(checkpoint)) {
+        close(); // as above
+        return false;
+    }
+    const bool isEmptied = checkpoint.next() && checkpoint.value(0).toInt() == 0;
+    if (!isEmptied)
+        reason = u"they are no longer shown, but another program reads the file, and their texts stay in it "
+                 "until it has ended"_s;
+    return isEmptied;
 }

@@ -30,23 +30,34 @@ public:
     /// What has become of a message that was recorded.
     void note(const SentMessage &message);
 
+    /// Whether the message is just being handed over, or is about to be.
+    bool isUnderWay(qint64 identifier) const;
+    /// Removes what went to the person, or everything, but not what is under way. Tells when that is done.
+    void forget(const std::optional<QString> &person);
+
     const QString &folder() const { return storeFolder; }
 
 signals:
-    /// What has become of some messages is in the journal; on the thread on which the receiver lives.
+    /// There is something else in the file.
     void written();
+    /// \param problem  why it could not be; empty when it is
+    void forgotten(const QString &problem);
     /// Something the user has to know; on the thread on which the receiver lives.
     void told(const QString &sentence);
 
 private:
+    void start();
     void write(const std::vector<SentMessage> &begun, const Recorded &recorded);
+    void tell(const QString &problem, bool isRecording);
     JournalStore &openedStore();
 
     QString storeFolder;
-    std::mutex mutex;
+    mutable std::mutex mutex;
     std::vector<SentMessage> noted; ///< and not written yet
+    std::set<qint64> underWay;      ///< recorded, and nothing else known
     bool isWritePosted = false;
     QThread thread;
     QObject threadContext;
     std::unique_ptr<JournalStore> store; ///< belongs to the thread
+    bool isFailing = false;              ///< the last write did; belongs to the thread
 };

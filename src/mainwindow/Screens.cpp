@@ -5,6 +5,7 @@
 #include "contacts/ViewControllerTeamMgmt.h"
 #include "forms/ViewControllerAdd.h"
 #include "forms/ViewControllerEdit.h"
+#include "journal/ViewControllerJournal.h"
 #include "mainwindow/GuideProgram.h"
 #include "gateway/MessagingSettings.h"
 #include "messaging/ScheduleRuns.h"
@@ -89,6 +90,11 @@ void Screens::openSending(QWidget &mainWindow)
 {
     open(sending, ViewControllerSending::Services{services.manager, runs, services.dataFolder}, mainWindow,
          folders.state);
+}
+
+void Screens::openJournal(QWidget &mainWindow)
+{
+    open(journal, runs.journal(), mainWindow, folders.state);
 }
 
 void Screens::openSettings(QWidget &mainWindow)

@@ -9,6 +9,7 @@ class ViewControllerAdd;
 class GuideProgram;
 class ScheduleRuns;
 class ViewControllerClientMgmt;
+class ViewControllerJournal;
 class ViewControllerNotes;
 class ViewControllerSending;
 class ViewControllerSettings;
@@ -38,6 +39,7 @@ public:
     void openClients(QWidget &mainWindow);
     void openTeamMembers(QWidget &mainWindow);
     void openSending(QWidget &mainWindow);
+    void openJournal(QWidget &mainWindow);
     void openSettings(QWidget &mainWindow);
     void openNotes(QWidget &mainWindow);
     void openWhiteboard(QWidget &mainWindow);
@@ -59,6 +61,7 @@ private:
     QPointer<ViewControllerClientMgmt> clients;
     QPointer<ViewControllerTeamMgmt> teamMembers;
     QPointer<ViewControllerSending> sending;
+    QPointer<ViewControllerJournal> journal;
     QPointer<ViewControllerSettings> settings;
     QPointer<ViewControllerNotes> notes;
     QPointer<ViewControllerWhiteboard> whiteboard;

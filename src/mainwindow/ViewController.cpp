@@ -113,6 +113,7 @@ void ViewController::connectScreens()
     connect(ui->actionClients, &QAction::triggered, this, [this] { screens.openClients(*this); });
     connect(ui->actionTeamMembers, &QAction::triggered, this, [this] { screens.openTeamMembers(*this); });
     connect(ui->actionMessages, &QAction::triggered, this, [this] { screens.openSending(*this); });
+    connect(ui->actionJournal, &QAction::triggered, this, [this] { screens.openJournal(*this); });
     connect(ui->actionNotes, &QAction::triggered, this, [this] { screens.openNotes(*this); });
     connect(ui->actionWhiteboard, &QAction::triggered, this, [this] { screens.openWhiteboard(*this); });
     connect(ui->actionVersions, &QAction::triggered, this, [this] { screens.openVersions(*this); });

@@ -1,5 +1,6 @@
 #include "contacts/Contact.h"
 #include "contacts/PersistentContainer.h"
+#include "journal/JournalStore.h"
 #include "platform/Preferences.h"
 #include "platform/ProtectedFile.h"
 #include "support/TestProgram.h"
@@ -38,6 +39,13 @@ QString found(const QString &what, const QString &folder)
         const QString secret = preferences.text(u"secret"_s).value_or(u"none"_s);
         return account == secret ? account : account + u" with "_s + secret;
     }
+    if (what == u"journal") {
+        JournalStore journal(folder);
+        const std::vector<qint64> messages = journal.find({});
+        return messages == std::vector<qint64>{1}      ? u"old"_s
+               : messages == std::vector<qint64>{2, 1} ? u"new"_s
+                                                       : u"lost"_s;
+    }
     PersistentContainer container(contactModel(), folder);
     container.loadPersistentStores();
     const auto records = container.viewContext().fetch(Clients::fetchRequest());
@@ -55,6 +63,7 @@ void makeOld(const QString &folder)
     writeTo(folder + u"/documents/list.txt"_s, "old");
     VersionKeeper(folder + u"/versions"_s).keep("old^", ClockReading::now());
     Preferences(folder + u"/preferences.ini"_s).store({{u"account"_s, u"old"_s}, {u"secret"_s, u"old"_s}});
+    JournalStore(folder).write({{.id = 1, .text = u"old"_s}}, {}, JournalStore::Durability::Machine);
     PersistentContainer container(contactModel(), folder);
     container.loadPersistentStores();
     Clients client(container.viewContext());
@@ -75,7 +84,7 @@ private slots:
     {
         QTest::addColumn<QString>("what");
         QTest::addColumn<QString>("how");
-        for (const char *what : {"list", "version", "text", "preferences", "contacts"})
+        for (const char *what : {"list", "version", "text", "preferences", "contacts", "journal"})
             for (const char *how : {"kill", "full", "EIO", "EINTR"})
                 QTest::addRow("%s %s", what, how) << QString::fromLatin1(what) << QString::fromLatin1(how);
     }

@@ -1,6 +1,7 @@
 #include "FaultInjector.h"
 #include "contacts/Contact.h"
 #include "contacts/PersistentContainer.h"
+#include "journal/JournalStore.h"
 #include "model/TaskManager.h"
 #include "platform/Preferences.h"
 #include "platform/ProtectedFile.h"
@@ -16,8 +17,8 @@
 using namespace Qt::StringLiterals;
 
 // Saves one of the program's files while something goes wrong: `saver
-// list|version|text|preferences|contacts FOLDER STEP kill|full|room|EIO|EINTR [TEXT]`. With room, the disk is
-// full until the list asks for room. With the name of an error one call fails once, and what was not
+// list|version|text|preferences|contacts|journal FOLDER STEP kill|full|room|EIO|EINTR [TEXT]`. With room, the
+// disk is full until the list asks for room. With the name of an error one call fails once, and what was not
 // saved then is saved again. Ends with 0 when all was saved, 1 when that has failed, 9 when it was killed.
 
 namespace {
@@ -90,6 +91,13 @@ int saveContacts(const QString &folder)
     return attempt([&] { return container.viewContext().save(); });
 }
 
+int saveMessage(const QString &folder)
+{
+    JournalStore journal(folder);
+    return attempt(
+        [&] { return journal.write({{.id = 2, .text = u"new"_s}}, {}, JournalStore::Durability::Machine); });
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -110,5 +118,6 @@ int main(int argc, char **argv)
            : what == u"version"     ? saveVersion(arguments[2])
            : what == u"text"        ? saveText(arguments[2], arguments.value(5).toUtf8())
            : what == u"preferences" ? savePreferences(arguments[2])
+           : what == u"journal"     ? saveMessage(arguments[2])
                                     : saveContacts(arguments[2]);
 }

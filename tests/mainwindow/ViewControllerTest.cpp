@@ -144,7 +144,7 @@ private slots:
     void noTwoCommandsShareTheirKeys()
     {
         for (const char *opener : {"", "actionAdd", "actionClients", "actionTeamMembers", "actionMessages",
-                                   "actionSettings", "actionNotes", "actionWhiteboard"}) {
+                                   "actionJournal", "actionSettings", "actionNotes", "actionWhiteboard"}) {
             if (auto *action = window->findChild<QAction *>(QString::fromLatin1(opener)); *opener)
                 action->trigger();
             const QWidget *screen = window;
