@@ -6,11 +6,9 @@
 
 using namespace Qt::StringLiterals;
 
-ContactMarks::ContactMarks(const QList<Contact> &ofTable, NumberCheck &check,
-                           const QSet<QString> &declinedNumbers)
+ContactMarks::ContactMarks(const QList<Contact> &ofTable, NumberCheck &check)
     : contacts(ofTable)
     , numbers(check)
-    , declined(declinedNumbers)
     , icon(u":/icons/warning.svg"_s)
 {
     icon.addFile(u":/icons/warning.svg"_s, {}, QIcon::Selected); // as it is, not in the selection's colour
@@ -49,10 +47,36 @@ void ContactMarks::group()
         if (const QString end = endOf(contacts[row].phoneNo().value_or(QString())); !end.isEmpty())
             ofNumberEnd[end].append(row);
     }
+    rowsOfDeclined.clear();
+    for (const QString &number : std::as_const(declined))
+        for (const int row : ofNumberEnd.value(endOf(number)))
+            if (numberIdentity(row) == numbers.identity(number))
+                rowsOfDeclined.insert(row);
     for (const QList<int> &rows : std::as_const(ofNumberEnd))
         if (rows.size() > 1)
             for (const int row : rows)
                 ofNumber[numberIdentity(row)].append(row);
+}
+
+void ContactMarks::setDeclined(const QSet<QString> &numbersNow)
+{
+    declined = numbersNow;
+    forget();
+}
+
+QStringList ContactMarks::declinedNumbers(int row)
+{
+    QStringList found;
+    for (const QString &number : std::as_const(declined))
+        if (numbers.identity(number) == numberIdentity(row))
+            found.append(number);
+    return found;
+}
+
+const QSet<int> &ContactMarks::declinedRows()
+{
+    group();
+    return rowsOfDeclined;
 }
 
 QString ContactMarks::numberIdentity(int row) const
@@ -81,7 +105,7 @@ QString ContactMarks::remark(int row, Contact::Attribute attribute)
     if (text.isEmpty())
         return u"There is no number to which texts could be sent."_s;
     QStringList sentences{numbers.remark(text).sentence};
-    if (declined.contains(text))
+    if (rowsOfDeclined.contains(row))
         sentences.prepend(u"Has asked for no more messages."_s);
     if (ofNumberEnd.value(endOf(text)).size() > 1)
         if (const QString other = another(ofNumber, numberIdentity(row), row); !other.isEmpty())

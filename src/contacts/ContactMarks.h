@@ -15,8 +15,15 @@ class NumberCheck;
 class ContactMarks
 {
 public:
-    /// \param declined  numbers whose owners have asked for no more texts; all have to outlive the marks
-    ContactMarks(const QList<Contact> &contacts, NumberCheck &numbers, const QSet<QString> &declined);
+    /// Both have to outlive the marks.
+    ContactMarks(const QList<Contact> &contacts, NumberCheck &numbers);
+
+    /// The numbers whose owners have asked for no more texts, however they are written.
+    void setDeclined(const QSet<QString> &numbers);
+    const QSet<QString> &declinedNumbers() const { return declined; }
+    /// Those of them that are the contact's.
+    QStringList declinedNumbers(int row);
+    const QSet<int> &declinedRows();
 
     /// The list, or what its contacts are, has changed.
     void forget();
@@ -38,7 +45,8 @@ private:
 
     const QList<Contact> &contacts;
     NumberCheck &numbers;
-    const QSet<QString> &declined;
+    QSet<QString> declined;
+    QSet<int> rowsOfDeclined;
     QIcon icon;
     bool isGrouped = false;
     Groups ofName;      ///< as by `matchedName`

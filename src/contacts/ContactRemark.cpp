@@ -16,7 +16,7 @@ ContactRemark::ContactRemark(QTableView &ofContacts, const ContactTable &table,
     , contacts(table)
     , sentences(new QLabel(this))
     , correct(new QPushButton(this))
-    , tryAgain(new QPushButton(u"Try A&gain"_s, this))
+    , tryAgain(new QPushButton(u"Try Again"_s, this))
 {
     sentences->setObjectName(u"contactRemark"_s);
     sentences->setTextFormat(Qt::PlainText);
@@ -71,7 +71,7 @@ void ContactRemark::showRemark()
     const QString words = row < 0 ? QString() : contacts.remark(row);
     offered = row < 0 ? QString() : contacts.correctedNumber(row);
     sentences->setText(words);
-    correct->setText(u"Co&rrect to %1"_s.arg(offered));
+    correct->setText(u"Correct to %1"_s.arg(offered));
     correct->setVisible(!offered.isEmpty());
     tryAgain->setVisible(row >= 0 && contacts.isDeclined(row));
     if (!words.isEmpty())

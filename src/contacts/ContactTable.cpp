@@ -67,7 +67,7 @@ void ContactTable::reload()
 
 void ContactTable::check(NumberCheck &numbers)
 {
-    marks = std::make_unique<ContactMarks>(contacts, numbers, declined);
+    marks = std::make_unique<ContactMarks>(contacts, numbers);
 }
 
 void ContactTable::addColumn(Further column)
@@ -80,19 +80,16 @@ void ContactTable::addColumn(Further column)
 void ContactTable::refreshColumn()
 {
     if (rowCount() > 0)
-        emit dataChanged(index(0, Contact::PhoneNo), index(rowCount() - 1, columnCount() - 1));
+        emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1),
+                         {Qt::DisplayRole, Qt::DecorationRole, Qt::ToolTipRole, Qt::AccessibleTextRole});
 }
 
 void ContactTable::setDeclined(const QSet<QString> &numbers)
 {
-    declined = numbers;
+    if (marks->declinedNumbers() == numbers)
+        return;
+    marks->setDeclined(numbers);
     refreshColumn();
-}
-
-bool ContactTable::isDeclined(int row) const
-{
-    const std::optional<QString> number = contacts[row].phoneNo();
-    return number && declined.contains(*number);
 }
 
 void ContactTable::forgetMarks()

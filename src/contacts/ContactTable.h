@@ -38,9 +38,13 @@ public:
     void addColumn(Further column);
     /// What that column says has changed.
     void refreshColumn();
-    /// Numbers whose owners have asked for no more texts; marked once the contacts are checked.
+    /// Marks the contacts with numbers whose owners have asked for no more texts. The contacts have to be
+    /// checked already.
     void setDeclined(const QSet<QString> &numbers);
-    bool isDeclined(int row) const;
+    bool isDeclined(int row) const { return declinedRows().contains(row); }
+    const QSet<int> &declinedRows() const { return marks->declinedRows(); }
+    /// The numbers that were declined and are this contact's, as they were written then.
+    QStringList declinedNumbers(int row) const { return marks->declinedNumbers(row); }
 
     /// What is remarkable about the contact in this row, in sentences.
     QString remark(int row) const;
@@ -92,6 +96,5 @@ private:
     QList<Contact> contacts;
     std::unique_ptr<ContactMarks> marks; ///< none as long as nothing is checked
     std::optional<Further> further;
-    QSet<QString> declined;
     QUndoStack doneSteps;
 };

@@ -19,10 +19,11 @@ void DeliveryQuery::askNext()
         const QString failure =
             u"The gateway has not told of %1 of them: %2."_s.arg(unknown).arg(lastProblem);
         emit progressed(u"The gateway was asked about %1 messages."_s.arg(asked) +
-                        (unknown == 0 ? QString() : u' ' + failure));
+                            (unknown == 0 ? QString() : u' ' + failure),
+                        true);
         return;
     }
-    emit progressed(u"Asking the gateway: %1 of %2…"_s.arg(asked + 1).arg(messages.size()));
+    emit progressed(u"Asking the gateway: %1 of %2…"_s.arg(asked + 1).arg(messages.size()), false);
     const SentMessage &next = messages[asked++];
     gateway.ask({next, {.feed = feed}}, [this](const QString &problem) {
         QMetaObject::invokeMethod(

@@ -22,11 +22,13 @@ public:
                   std::shared_ptr<MessageFeed> feed);
 
     void start() { askNext(); }
+    /// Asks for no further message.
+    void stop() { messages.resize(asked); }
     bool isDone() const { return isOver; }
 
 signals:
-    /// How far it is, in a sentence.
-    void progressed(const QString &sentence);
+    /// \param sentence  how far it is
+    void progressed(const QString &sentence, bool isDone);
 
 private:
     void askNext();

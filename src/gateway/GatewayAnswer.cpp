@@ -144,15 +144,15 @@ GatewayAnswer::GatewayAnswer(int status, const QByteArray &body)
     AnswerFields fields = body.trimmed().startsWith('{') ? fieldsOfJson(body) : fieldsOfXml(body);
     if (!fields.isUnderstood)
         fields = {};
-    if (fields.isRefusal || (status >= refusal && status < serverError)) {
+    if (status >= serverError) { // it may have taken the message before
+        reason = u"The gateway itself had an error (%1)"_s.arg(status);
+    } else if (fields.isRefusal || status >= refusal) {
         state = MessageState::Refused;
         fields.code = fields.code == 0 ? codeOf(status) : fields.code;
         code = fields.code;
         reason = reasonFor(fields);
         if (reason.isEmpty())
             reason = u"The gateway gives no reason (%1)"_s.arg(fields.code == 0 ? status : fields.code);
-    } else if (status >= serverError) {
-        reason = u"The gateway itself had an error (%1)"_s.arg(status);
     } else if (status >= redirection) {
         state = MessageState::Refused;
         reason = u"The gateway names another address, to which nothing is sent"_s;

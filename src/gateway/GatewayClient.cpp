@@ -1,7 +1,7 @@
 #include "gateway/GatewayClient.h"
 
-#include "journal/MessageJournal.h"
 #include "gateway/GatewayAnswer.h"
+#include "journal/MessageJournal.h"
 #include "platform/Diagnostics.h"
 
 #include <QDateTime>
@@ -336,11 +336,14 @@ void GatewayClient::query(const GatewayRequest &request,
         const GatewayAnswer answer(reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(),
                                    reply->readAll());
         if (answer.identifier != message.entry.identifier) {
-            answered(lineText(answer.reason, request));
+            const QString reason = lineText(answer.reason, request);
+            answered(reason.isEmpty() ? u"The answer is about another message"_s : reason);
             return;
         }
-        answer.noteIn(message.entry, request);
-        note(message);
+        if (answer.state != message.entry.state) {
+            answer.noteIn(message.entry, request);
+            note(message);
+        }
         answered({});
     });
 }

@@ -78,9 +78,10 @@ std::vector<SentMessage> JournalStore::sentFor(QDate firstDay, QDate lastDay)
         return {};
     QSqlQuery query(database);
     query.prepare(u"SELECT * FROM message WHERE last_day >= ? AND first_day <= ? AND test = 0 "
-                  "AND state NOT IN (%1, %2, %3) ORDER BY id"_s.arg(int(MessageState::Waiting))
+                  "AND state NOT IN (%1, %2, %3, %4) ORDER BY id"_s.arg(int(MessageState::Waiting))
                       .arg(int(MessageState::Refused))
-                      .arg(int(MessageState::NotSent)));
+                      .arg(int(MessageState::NotSent))
+                      .arg(int(MessageState::Undelivered)));
     query.addBindValue(firstDay.toString(Qt::ISODate));
     query.addBindValue(lastDay.toString(Qt::ISODate));
     return select(query);

@@ -12,6 +12,7 @@ namespace {
 enum Column {
     Id,
     Moment,
+    Run,
     IsTeamMember,
     Person,
     PhoneNo,
@@ -35,8 +36,8 @@ enum Column {
 QString table()
 {
     return u"CREATE TABLE IF NOT EXISTS message (id INTEGER PRIMARY KEY, moment INTEGER NOT NULL, "
-           u"team_member INTEGER NOT "
-           "NULL, person TEXT, phone TEXT, number TEXT, test INTEGER NOT NULL, task TEXT, task_name TEXT, "
+           "run INTEGER NOT NULL, team_member INTEGER NOT NULL, person TEXT, phone TEXT, number TEXT, test "
+           "INTEGER NOT NULL, task TEXT, task_name TEXT, "
            "task_day TEXT, first_day TEXT, last_day TEXT, text TEXT, account TEXT, state INTEGER NOT NULL, "
            "identifier TEXT, code INTEGER NOT NULL, reason TEXT, searched TEXT)"_s;
 }
@@ -48,6 +49,7 @@ QVariantList values(const SentMessage &message)
         QStringList{message.person, message.number, message.text}.join(u'\n').toCaseFolded();
     return {message.id,
             message.moment,
+            message.run,
             message.isTeamMember,
             message.person,
             message.phoneNo,
@@ -77,6 +79,7 @@ SentMessage message(const QSqlQuery &query)
     };
     return {.id = query.value(Id).toLongLong(),
             .moment = query.value(Moment).toLongLong(),
+            .run = query.value(Run).toLongLong(),
             .isTeamMember = query.value(IsTeamMember).toBool(),
             .person = text(Person),
             .phoneNo = text(PhoneNo),

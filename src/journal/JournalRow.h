@@ -11,7 +11,7 @@ namespace journalRow {
 
 /// The statement that makes the table.
 QString table();
-constexpr int columns = 19;
+constexpr int columns = 20;
 /// The values in the order of the columns.
 QVariantList values(const SentMessage &message);
 /// The message of a query's current row, which has all columns in their order.

@@ -3,6 +3,8 @@
 #include <QDateTime>
 #include <QTimer>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -79,6 +81,24 @@ void MessageJournal::forget(const std::optional<QString> &person)
             JournalStore &journal = openedStore();
             const bool isForgotten = journal.forget(person, except);
             emit forgotten(isForgotten ? QString() : journal.problem());
+        },
+        Qt::QueuedConnection);
+}
+
+void MessageJournal::tryAgain(const QStringList &numbers)
+{
+    start();
+    QMetaObject::invokeMethod(
+        &threadContext,
+        [this, numbers] {
+            JournalStore &journal = openedStore();
+            const bool isDone = std::ranges::all_of(
+                numbers, [&journal](const QString &number) { return journal.tryAgain(number); });
+            if (isDone)
+                emit written();
+            else
+                emit told(u"The mark stays, since it could not be taken away in %1: %2."_s.arg(
+                    journal.filePath(), journal.problem()));
         },
         Qt::QueuedConnection);
 }

@@ -35,6 +35,9 @@ public:
     /// Removes what went to the person, or everything, but not what is under way. Tells when that is done.
     void forget(const std::optional<QString> &person);
 
+    /// The owners of the numbers have no longer said that they want no messages.
+    void tryAgain(const QStringList &numbers);
+
     const QString &folder() const { return storeFolder; }
 
 signals:

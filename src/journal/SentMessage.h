@@ -22,6 +22,7 @@ struct SentMessage
 {
     qint64 id = 0;     ///< in the journal; 0 before the message waits for its turn
     qint64 moment = 0; ///< when it was handed over, in milliseconds since 1970 in UTC
+    qint64 run = 0;    ///< the same for all messages of a run, and for those sent again
     bool isTeamMember = false;
     QString person = {};
     QString phoneNo = {}; ///< the person's own

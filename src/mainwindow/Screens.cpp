@@ -5,9 +5,9 @@
 #include "contacts/ViewControllerTeamMgmt.h"
 #include "forms/ViewControllerAdd.h"
 #include "forms/ViewControllerEdit.h"
+#include "gateway/MessagingSettings.h"
 #include "journal/ViewControllerJournal.h"
 #include "mainwindow/GuideProgram.h"
-#include "gateway/MessagingSettings.h"
 #include "messaging/ScheduleRuns.h"
 #include "messaging/ViewControllerSending.h"
 #include "messaging/ViewControllerSettings.h"
@@ -128,6 +128,11 @@ void Screens::openGuide(QWidget &mainWindow)
     if (!guide)
         guide = new GuideProgram(services.systemNotices, &mainWindow);
     guide->bringToFront();
+}
+
+MessageJournal &Screens::messageJournal() const
+{
+    return runs.journal();
 }
 
 bool Screens::mayQuit() const

@@ -7,6 +7,7 @@
 
 class ViewControllerAdd;
 class GuideProgram;
+class MessageJournal;
 class ScheduleRuns;
 class ViewControllerClientMgmt;
 class ViewControllerJournal;
@@ -45,6 +46,7 @@ public:
     void openWhiteboard(QWidget &mainWindow);
     void openVersions(QWidget &mainWindow);
     void openGuide(QWidget &mainWindow);
+    MessageJournal &messageJournal() const;
     /// Asks before messages are left unsent, unless it is the system that ends the program.
     bool mayQuit() const;
 

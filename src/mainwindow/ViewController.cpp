@@ -1,6 +1,7 @@
 #include "mainwindow/ViewController.h"
 
 #include "app/UIUtil.h"
+#include "journal/MessageJournal.h"
 #include "mainwindow/CommandKeys.h"
 #include "mainwindow/GuideProgram.h"
 #include "mainwindow/Screens.h"
@@ -40,6 +41,8 @@ ViewController::ViewController(TaskManager &taskManager, NotificationCenter &app
     ui->tblView->setTable(table);
     addViewActions();
     connect(&versions, &VersionStore::told, this,
+            [this](const QString &sentence) { fileBanners.tell({sentence}); });
+    connect(&screens.messageJournal(), &MessageJournal::told, this,
             [this](const QString &sentence) { fileBanners.tell({sentence}); });
     viewDidLoad();
     fileBanners.tell(news);

@@ -62,8 +62,9 @@ void PreviewPane::show(std::vector<SchedulePreview> previews, const QStringList 
     for (const SchedulePreview &preview : previews)
         sums.append(preview.summary());
     sums.removeAll(QString());
+    const int row = qMax(0, table->currentIndex().row());
     messages.show(std::move(previews));
-    table->setCurrentIndex(messages.index(0, PreviewTable::Message));
+    table->setCurrentIndex(messages.index(row < messages.rowCount() ? row : 0, PreviewTable::Message));
     showMessage(table->currentIndex().row());
     warning->setText(warnings.join(u'\n'));
     warning->setVisible(!warnings.isEmpty());

@@ -54,7 +54,7 @@ static QTableView *newTable(QWidget &parent)
 
 ReportPane::ReportPane(QWidget *parent)
     : QWidget(parent)
-    , problemsOnly(new QCheckBox(u"Only &problems"_s, this))
+    , problemsOnly(new QCheckBox(u"O&nly problems"_s, this))
     , table(newTable(*this))
     , state(newLabel(*this, u"reportState"_s))
     , sum(newLabel(*this, u"reportSum"_s))
@@ -62,7 +62,7 @@ ReportPane::ReportPane(QWidget *parent)
     , copyButton(newButton(*this, u"copyReport"_s, u"Cop&y"_s, u"Copy the selected rows, or all"_s))
     , saveButton(newButton(*this, u"saveReport"_s, u"Sa&ve as CSV…"_s, u"For a spreadsheet"_s))
     , againButton(
-          newButton(*this, u"sendAgain"_s, u"Send A&gain…"_s,
+          newButton(*this, u"sendAgain"_s, u"Send Aga&in…"_s,
                     u"Send the refused messages once more, or the selected ones, each exactly as it was"_s))
     , deliveryButton(newButton(*this, u"askForDelivery"_s, u"Ask for &Delivery"_s,
                                u"Ask the gateway whether the messages have come to the phones"_s))
@@ -102,7 +102,6 @@ void ReportPane::show(RunReport *shown)
         return;
     report = shown;
     table->setModel(report);
-    tell({});
     if (report) {
         report->showProblemsOnly(problemsOnly->isChecked());
         constexpr int rowsLookedAt = 50;
@@ -126,16 +125,14 @@ void ReportPane::setMaySend(bool isOn)
     update();
 }
 
-void ReportPane::tell(const QString &sentence)
-{
-    news->setText(sentence);
-    news->setVisible(!sentence.isEmpty());
-}
-
 void ReportPane::update()
 {
     const QString summary = report ? report->summary() : QString();
-    sum->setText(summary.isEmpty() ? u"Nothing has been sent since the program was started."_s : summary);
+    sum->setText(summary.isEmpty() ? u"No messages have been sent since the program was started."_s
+                                   : summary);
+    const QString told = report ? report->news() : QString();
+    news->setText(told);
+    news->setVisible(!told.isEmpty());
     const int row = table->currentIndex().row();
     state->setText(report && row >= 0 ? stateText(report->message(row)) : QString());
     const bool isAnyShown = report && report->rowCount() > 0;
@@ -145,8 +142,8 @@ void ReportPane::update()
         });
     copyButton->setEnabled(isAnyShown);
     saveButton->setEnabled(isAnyShown);
-    againButton->setEnabled(maySend && !messagesToSend().empty());
-    deliveryButton->setEnabled(isAnyAccepted);
+    againButton->setEnabled(maySend && report && report->isComplete() && !messagesToSend().empty());
+    deliveryButton->setEnabled(isAnyAccepted && !report->isBeingAsked());
 }
 
 /// The selected rows or, without a selection, all.
@@ -162,21 +159,27 @@ std::vector<int> ReportPane::chosenRows() const
     return rows;
 }
 
-/// Those of the selected messages that have not certainly arrived or, where there is none, all that were
-/// refused.
+/// All that were refused or, of those that are selected, all that have certainly not arrived; a message that
+/// may have arrived only when it alone is selected.
 std::vector<SentMessage> ReportPane::messagesToSend() const
 {
     std::vector<SentMessage> wanted;
     if (!report)
         return wanted;
-    if (table->selectionModel()->hasSelection())
-        for (const int row : chosenRows())
-            if (report->message(row).isProblem())
-                wanted.push_back(report->message(row));
-    if (wanted.empty())
-        std::ranges::copy_if(
-            report->allMessages(), std::back_inserter(wanted),
-            [](const SentMessage &message) { return message.state == MessageState::Refused; });
+    const auto take = [&wanted](const SentMessage &message, bool isWanted) {
+        if (isWanted)
+            wanted.push_back(message);
+    };
+    if (!table->selectionModel()->hasSelection()) {
+        for (const SentMessage &message : report->allMessages())
+            take(message, message.state == MessageState::Refused);
+        return wanted;
+    }
+    const std::vector<int> rows = chosenRows();
+    for (const int row : rows) {
+        const SentMessage &message = report->message(row);
+        take(message, message.isProblem() && (message.state != MessageState::NoAnswer || rows.size() == 1));
+    }
     return wanted;
 }
 
@@ -193,5 +196,5 @@ void ReportPane::copy()
 void ReportPane::saveAsCsv()
 {
     if (saveToFile(*window(), u"messages.csv"_s, u"Comma-separated values (*.csv)"_s, report->csv()))
-        tell(u"The report is saved."_s);
+        report->tell(u"The report is saved."_s);
 }

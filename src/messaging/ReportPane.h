@@ -24,8 +24,6 @@ public:
     void show(RunReport *report);
     /// Whether messages may be sent again now.
     void setMaySend(bool isOn);
-    /// Tells below the messages how far something is, or why it could not be done.
-    void tell(const QString &sentence);
 
 signals:
     void sendAgainWanted(const std::vector<SentMessage> &messages);

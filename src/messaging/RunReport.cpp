@@ -50,6 +50,25 @@ void RunReport::show(size_t place)
     endInsertRows();
 }
 
+void RunReport::tell(const QString &sentence)
+{
+    lastNews = sentence;
+    emit changed();
+}
+
+void RunReport::tellDelivery(const QString &sentence, bool isDone)
+{
+    isAsking = !isDone;
+    tell(sentence);
+}
+
+bool RunReport::isComplete() const
+{
+    return std::ranges::none_of(messages, [](const SentMessage &message) {
+        return message.state == MessageState::Waiting || message.state == MessageState::HandedOver;
+    });
+}
+
 void RunReport::showProblemsOnly(bool isOn)
 {
     beginResetModel();

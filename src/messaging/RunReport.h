@@ -19,6 +19,14 @@ public:
 
     /// Through which the report learns of them, from any thread.
     const std::shared_ptr<MessageFeed> &feed() const { return messageFeed; }
+    /// How far something is that is done with the messages, or what came of it.
+    void tell(const QString &sentence);
+    void tellDelivery(const QString &sentence, bool isDone);
+    const QString &news() const { return lastNews; }
+    /// Whether the gateway is being asked for the delivery of the messages.
+    bool isBeingAsked() const { return isAsking; }
+    /// Whether nothing more will become of the messages by itself.
+    bool isComplete() const;
     /// Shows only what somebody has to look after, or all.
     void showProblemsOnly(bool isOn);
     const SentMessage &message(int row) const { return messages[shown[size_t(row)]]; }
@@ -47,5 +55,7 @@ private:
     std::vector<SentMessage> messages; ///< by their place in the run
     std::vector<size_t> shown;         ///< their places, ascending
     bool areProblemsOnly = false;
+    QString lastNews;
+    bool isAsking = false;
     std::shared_ptr<MessageFeed> messageFeed;
 };

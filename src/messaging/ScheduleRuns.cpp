@@ -62,9 +62,15 @@ ScheduleRun &ScheduleRuns::add(RunSnapshot snapshot)
     sent.append({began, {}, digestOf(snapshot)});
     if (sent.size() > mostKept)
         sent.removeFirst();
-    newestReport = std::make_unique<RunReport>();
-    runs.push_back(
-        std::make_unique<ScheduleRun>(std::move(snapshot), preferences, gateway, newestReport->feed()));
+    // A run that sends nothing leaves the report of the one before.
+    const bool isReported = !sent.last().digest.isEmpty() || !snapshot.again.empty();
+    if (isReported) {
+        for (const auto &query : deliveryQueries)
+            query->stop();
+        newestReport = std::make_unique<RunReport>();
+    }
+    runs.push_back(std::make_unique<ScheduleRun>(std::move(snapshot), preferences, gateway,
+                                                 isReported ? newestReport->feed() : nullptr));
     ScheduleRun *run = runs.back().get();
     QObject::connect(run, &ScheduleRun::finished, &mainThread, [this, began] {
         for (Sent &entry : sent)
@@ -79,17 +85,19 @@ ScheduleRun &ScheduleRuns::add(RunSnapshot snapshot)
     return *run;
 }
 
-void ScheduleRuns::askForDelivery(QObject &receiver,
-                                  const std::function<void(const QString &sentence)> &progressed)
+void ScheduleRuns::askForDelivery()
 {
-    if (!newestReport || (deliveryQuery && !deliveryQuery->isDone()))
+    if (!newestReport || newestReport->isBeingAsked())
         return;
+    std::erase_if(deliveryQueries, [](const auto &query) { return query->isDone(); });
     std::vector<SentMessage> accepted;
     std::ranges::copy_if(newestReport->allMessages(), std::back_inserter(accepted),
                          [](const SentMessage &message) { return message.state == MessageState::Accepted; });
-    deliveryQuery = std::make_unique<DeliveryQuery>(std::move(accepted), gateway, newestReport->feed());
-    QObject::connect(deliveryQuery.get(), &DeliveryQuery::progressed, &receiver, progressed);
-    deliveryQuery->start();
+    deliveryQueries.push_back(
+        std::make_unique<DeliveryQuery>(std::move(accepted), gateway, newestReport->feed()));
+    DeliveryQuery &query = *deliveryQueries.back();
+    QObject::connect(&query, &DeliveryQuery::progressed, newestReport.get(), &RunReport::tellDelivery);
+    query.start();
 }
 
 void ScheduleRuns::stopSending()

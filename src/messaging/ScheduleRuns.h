@@ -35,8 +35,8 @@ public:
     MessageJournal &journal() { return messageJournal; }
 
     /// Asks the gateway what has become of the report's messages at the phones, unless that is under way.
-    /// \param progressed  is called with how far it is, in a sentence, as long as the receiver lives
-    void askForDelivery(QObject &receiver, const std::function<void(const QString &sentence)> &progressed);
+    /// The report tells how far it is.
+    void askForDelivery();
 
     /// Has all runs end without what has not been handed over.
     void stopSending();
@@ -49,7 +49,7 @@ private:
     const Preferences &preferences;
     MessageJournal messageJournal;
     std::unique_ptr<RunReport> newestReport;
-    std::unique_ptr<DeliveryQuery> deliveryQuery; ///< the last one
+    std::vector<std::unique_ptr<DeliveryQuery>> deliveryQueries; ///< whose answers may be on their way
     GatewayClient gateway;
     struct Sent
     {

@@ -6,6 +6,10 @@
 #include "platform/Diagnostics.h"
 #include "platform/Preferences.h"
 
+#include <QDateTime>
+
+using namespace Qt::StringLiterals;
+
 SendWorker::SendWorker(const RunSnapshot &runSnapshot, RunCounters &runCounters,
                        const Preferences &userPreferences, GatewayClient &gatewayClient,
                        std::shared_ptr<MessageFeed> messageFeed)
@@ -89,7 +93,8 @@ void SendWorker::sendTask(const task &entry)
 
 MessageOrigin SendWorker::originFor(const task *entry)
 {
-    SentMessage known{.isTeamMember = snapshot.kind == RecipientKind::TeamMember,
+    SentMessage known{.run = began,
+                      .isTeamMember = snapshot.kind == RecipientKind::TeamMember,
                       .person = sendingTask.name.value_or(QString()),
                       .phoneNo = sendingTask.phoneNo.value_or(QString()),
                       .firstDay = snapshot.text.firstDay(),
@@ -105,8 +110,10 @@ MessageOrigin SendWorker::originFor(const task *entry)
 
 void SendWorker::send(const QString &message, const task *entry)
 {
-    if (!preferences.boolean(messagingKey::notifications))
+    if (!preferences.boolean(messagingKey::notifications)) {
+        tellUnsent(message, entry, u"Sending was switched off"_s);
         return;
+    }
     if (!sendTextMessage(message, sendingTask.phoneNo.value_or(QString()), gateway, originFor(entry)))
         ++unsent;
 }
@@ -138,20 +145,25 @@ void SendWorker::tellUnsent(const std::optional<QString> &name, size_t firstTask
         const ScheduledTask &candidate = snapshot.tasks[index];
         if (!snapshot.text.matches(name, candidate, ScheduleText::DayLines::Omitted))
             continue;
-        if (!std::exchange(hasMatched, true))
+        if (!std::exchange(hasMatched, true)) {
+            ++unsent;
             tellUnsent(snapshot.text.header(*candidate.entry));
+        }
+        ++unsent;
         tellUnsent(snapshot.text.taskMessage(*candidate.entry), &*candidate.entry);
     }
-    if (const QString footer = snapshot.text.footer(); hasMatched && !footer.isEmpty())
+    if (const QString footer = snapshot.text.footer(); hasMatched && !footer.isEmpty()) {
+        ++unsent;
         tellUnsent(footer);
+    }
 }
 
-void SendWorker::tellUnsent(const QString &message, const task *entry)
+void SendWorker::tellUnsent(const QString &message, const task *entry, const QString &reason)
 {
-    ++unsent;
     if (!feed)
         return;
     SentMessage told = originFor(entry).entry;
+    told.reason = reason;
     told.text = cutToLength(message);
     told.state = MessageState::NotSent;
     feed->tell(told);

@@ -29,7 +29,7 @@ private:
     void send(const QString &message, const task *entry = nullptr);
     void sendAgain();
     void tellUnsent(const std::optional<QString> &name, size_t firstTask);
-    void tellUnsent(const QString &message, const task *entry = nullptr);
+    void tellUnsent(const QString &message, const task *entry = nullptr, const QString &reason = {});
 
     const RunSnapshot &snapshot;
     RunCounters &counters;
@@ -42,7 +42,8 @@ private:
     Recipient &sendingTask;
     bool hasMatched = false; ///< the recipient has been sent a task
     qint64 unsent = 0;
-    qsizetype place = 0; ///< of the next message in the run
+    qint64 began = QDateTime::currentMSecsSinceEpoch(); ///< by which the journal tells runs apart
+    qsizetype place = 0;                                ///< of the next message in the run
     std::stop_source stopped;
     std::shared_ptr<MessageFeed> feed;
 };

@@ -4,6 +4,8 @@
 
 #include <QLocale>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 static QDateTime momentOf(qint64 milliseconds)
@@ -39,54 +41,87 @@ namespace {
 struct Told
 {
     qint64 lastSent = 0;
-    QHash<QString, QString> texts; ///< by the task's key
+    qint64 run = 0;                            ///< the last one
+    QHash<QString, const SentMessage *> tasks; ///< by their keys
+
+    void add(const SentMessage &message)
+    {
+        if (run != message.run) // whose schedule takes the place of what was sent for these days before
+            tasks.removeIf([&message](const auto &task) {
+                return (*task)->taskDay >= message.firstDay && (*task)->taskDay <= message.lastDay;
+            });
+        run = message.run;
+        lastSent = std::max(lastSent, message.moment);
+        if (!message.taskKey.isEmpty())
+            tasks.insert(message.taskKey, &message);
+    }
 };
 
-QHash<QString, Told> toldTo(RecipientKind kind, const std::vector<SentMessage> &sent, QDate firstDay,
-                            QDate lastDay)
+/// Whether the text, which may be cut off, ends with these words.
+bool says(const QString &text, const QString &words)
 {
-    QHash<QString, Told> told;
-    for (const SentMessage &message : sent) {
-        if (message.isTeamMember != (kind == RecipientKind::TeamMember))
-            continue;
-        Told &person = told[matchedName(message.person)];
-        person.lastSent = std::max(person.lastSent, message.moment);
-        if (!message.taskKey.isEmpty() && message.taskDay >= firstDay && message.taskDay <= lastDay)
-            person.texts.insert(message.taskKey, message.text);
-    }
-    return told;
-}
-
-void compare(SentSchedule &schedule, QHash<QString, QString> &texts, const task &entry, const QString &text,
-             const QString &words)
-{
-    const auto before = texts.constFind(entry.key);
-    if (before == texts.cend())
-        ++schedule.added;
-    else if (*before != text)
-        ++(before->endsWith(words) ? schedule.moved : schedule.reworded);
-    if (before != texts.cend())
-        texts.erase(before);
+    constexpr qsizetype enough = 40;
+    const qsizetype start = text.indexOf(words.left(enough));
+    return start >= 0 && words.startsWith(QStringView(text).sliced(start));
 }
 
 } // namespace
 
-QHash<QString, SentSchedule> sentSchedules(const RunSnapshot &run, const std::vector<SentMessage> &sent)
+QString SentSchedules::identity(const QString &name, const QString &phoneNo) const
 {
-    QHash<QString, SentSchedule> schedules;
-    QHash<QString, Told> told = toldTo(run.kind, sent, run.text.firstDay(), run.text.lastDay());
+    const QString matched = matchedName(name);
+    return sharedNames.contains(matched) ? matched + u'\n' + phoneNo : matched;
+}
+
+std::optional<SentSchedule> SentSchedules::of(const Recipient &recipient) const
+{
+    const auto found = schedules.constFind(
+        identity(recipient.name.value_or(QString()), recipient.phoneNo.value_or(QString())));
+    return found == schedules.cend() ? std::nullopt : std::optional(*found);
+}
+
+SentSchedules::SentSchedules(const RunSnapshot &run, const std::vector<SentMessage> &sent)
+{
+    QSet<QString> names;
+    for (const Recipient &recipient : run.recipients)
+        if (const QString name = matchedName(recipient.name.value_or(QString())); names.contains(name))
+            sharedNames.insert(name);
+        else
+            names.insert(name);
+    QHash<QString, Told> told;                // by the person's identity
+    QHash<QString, QSet<QString>> identities; // by the name
+    for (const SentMessage &message : sent)
+        if (message.isTeamMember == (run.kind == RecipientKind::TeamMember)) {
+            const QString person = identity(message.person, message.phoneNo);
+            told[person].add(message);
+            identities[matchedName(message.person)].insert(person);
+        }
     for (auto person = told.cbegin(); person != told.cend(); ++person)
         schedules.insert(person.key(), {.lastSent = person->lastSent});
     for (const ScheduledTask &candidate : run.tasks) {
-        const auto person = told.find(candidate.name);
-        if (person == told.end() ||
+        const auto people = identities.constFind(candidate.name);
+        if (people == identities.cend() ||
             !run.text.matches(candidate.name, candidate, ScheduleText::DayLines::Omitted))
             continue;
         const task &entry = *candidate.entry;
-        compare(schedules[candidate.name], person->texts, entry, cutToLength(run.text.taskMessage(entry)),
-                run.text.wordsOf(entry));
+        const QString text = cutToLength(run.text.taskMessage(entry));
+        for (const QString &person : *people) {
+            const SentMessage *before = told[person].tasks.take(entry.key);
+            if (!before)
+                ++schedules[person].added;
+            else if (before->text != text)
+                ++(says(before->text, run.text.wordsOf(entry)) ? schedules[person].moved
+                                                               : schedules[person].reworded);
+        }
     }
     for (auto person = told.cbegin(); person != told.cend(); ++person)
-        schedules[person.key()].dropped = person->texts.size();
-    return schedules;
+        schedules[person.key()].dropped =
+            std::ranges::count_if(person->tasks, [&run](const SentMessage *message) {
+                return message->taskDay >= run.text.firstDay() && message->taskDay <= run.text.lastDay();
+            });
+}
+
+bool SentSchedules::isAnyChanged() const
+{
+    return std::ranges::any_of(schedules, &SentSchedule::isChanged);
 }

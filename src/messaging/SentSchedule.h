@@ -3,6 +3,7 @@
 #include "messaging/RunSnapshot.h"
 
 #include <QHash>
+#include <QSet>
 
 /// When a person was last sent something for days in a range, and how their schedule differs from it now.
 struct SentSchedule
@@ -13,6 +14,7 @@ struct SentSchedule
     qint64 added = 0;
     qint64 dropped = 0;
 
+    bool operator==(const SentSchedule &) const = default;
     bool isChanged() const { return moved + reworded + added + dropped > 0; }
     /// In a few words, for a cell.
     QString summary() const;
@@ -20,7 +22,23 @@ struct SentSchedule
     QString sentence() const;
 };
 
-/// By the names, as by `matchedName`, of those of the run's recipients who were sent something.
-/// \param run   for all people of one kind
-/// \param sent  what may have arrived of what was sent for days in the run's range, the oldest first
-QHash<QString, SentSchedule> sentSchedules(const RunSnapshot &run, const std::vector<SentMessage> &sent);
+/// What the people of one kind were sent for days in a range, compared with what they would be sent now.
+class SentSchedules
+{
+public:
+    SentSchedules() = default;
+    /// \param run   for all people of the kind
+    /// \param sent  what may have arrived of what was sent for days in the run's range, the oldest first
+    SentSchedules(const RunSnapshot &run, const std::vector<SentMessage> &sent);
+
+    bool operator==(const SentSchedules &) const = default;
+    bool isAnyChanged() const;
+    /// Nothing when they were sent nothing.
+    std::optional<SentSchedule> of(const Recipient &recipient) const;
+
+private:
+    QString identity(const QString &name, const QString &phoneNo) const;
+
+    QSet<QString> sharedNames; ///< that several people have, who are told apart by their numbers
+    QHash<QString, SentSchedule> schedules;
+};

@@ -94,7 +94,9 @@ void ViewControllerSending::connectActions()
 
 void ViewControllerSending::viewDidAppear()
 {
-    if (const ScheduleRun *run = runs.current(); run && run->progress().isSending)
+    const ScheduleRun *run = runs.current();
+    ui->report->setMaySend(canSend() && !(run && run->progress().isHandingOver));
+    if (run && run->progress().isSending)
         return; // its last step enables the buttons
     for (QPushButton *button : {ui->sendMsgClients, ui->sendMsgTeamMembers})
         button->setEnabled(canSend());

@@ -13,6 +13,7 @@
 #include <memory>
 
 class QBoxLayout;
+class Banner;
 class QCheckBox;
 class QTableView;
 class ScheduleRun;
@@ -78,7 +79,8 @@ private:
     void askJournal();
     void showHistory(const Earlier &earlier);
     void selectChanged(RecipientKind kind);
-    void tryAgain(const Contact &contact);
+    void selectAll(RecipientKind kind);
+    std::optional<SentSchedule> sentSchedule(RecipientKind kind, const Contact &contact) const;
     QTableView &view(RecipientKind kind) const;
     ContactTable &table(RecipientKind kind);
 
@@ -95,8 +97,11 @@ private:
     ContactTable teamMembersArray;
     QTimer previewDelay;
     QTimer historyDelay;
-    qint64 lastQuestion = 0;                                      ///< to the journal
-    std::array<QHash<QString, SentSchedule>, 2> sentSchedulesNow; ///< by the kind of recipient
-    qint64 tasksSeen = -1; ///< the manager's count of changes when these were made
+    qint64 lastQuestion = 0; ///< to the journal
+    QTimer answersDelay;
+    Banner *historyBanner;
+    bool isHistoryKnown = false;
+    std::array<SentSchedules, 2> sentSchedules; ///< by the kind of recipient
+    qint64 tasksSeen = -1;                      ///< the manager's count of changes when these were made
     std::array<std::vector<ScheduledTask>, 2> scheduledTasks; ///< by the kind of recipient
 };

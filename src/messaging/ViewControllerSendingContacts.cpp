@@ -1,4 +1,5 @@
 #include "contacts/ContactRemark.h"
+#include "messaging/ScheduleRuns.h"
 #include "messaging/ViewControllerSending.h"
 #include "platform/Diagnostics.h"
 #include "ui_ViewControllerSending.h"
@@ -12,17 +13,40 @@ using namespace Qt::StringLiterals;
 
 // The contacts in the screen: who is selected, what is remarkable about them, and how numbers are put right.
 
+/// In ascending order. Qt's own list of them takes long where there are many ranges.
+static std::vector<int> selectedRows(const QTableView &table)
+{
+    std::vector<int> rows;
+    for (const QItemSelectionRange &range : table.selectionModel()->selection())
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            rows.push_back(row);
+    std::ranges::sort(rows);
+    rows.erase(std::ranges::unique(rows).begin(), rows.end());
+    return rows;
+}
+
 /// The contacts of the selected rows, in the order of the rows.
 static std::vector<Contact> selectedIn(const QTableView &table, const ContactTable &contacts)
 {
-    QList<int> rows;
-    for (const QModelIndex &index : table.selectionModel()->selectedRows())
-        rows.append(index.row());
-    std::ranges::sort(rows);
     std::vector<Contact> selected;
-    for (const int row : rows)
+    for (const int row : selectedRows(table))
         selected.push_back(contacts.contact(row));
     return selected;
+}
+
+/// Selects these rows, which ascend, and no others: in as few ranges as there can be, since each costs time.
+static void selectOnly(const QTableView &table, const std::vector<int> &rows)
+{
+    const QAbstractItemModel &model = *table.model();
+    QItemSelection selection;
+    for (size_t first = 0; first < rows.size();) {
+        size_t last = first;
+        while (last + 1 < rows.size() && rows[last + 1] == rows[last] + 1)
+            ++last;
+        selection.append({model.index(rows[first], 0), model.index(rows[last], model.columnCount() - 1)});
+        first = last + 1;
+    }
+    table.selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
 }
 
 /// Lets the table show what its context holds now, with the same contacts selected.
@@ -38,13 +62,13 @@ static QStringList reload(const QTableView &table, ContactTable &contacts, Objec
             gone.append(contact.name().value_or(QString()));
         return contact.isDeleted();
     });
-    QItemSelection rows;
+    std::vector<int> rows;
     for (int row = 0, found = 0; found < std::ssize(selected); ++row)
         if (contacts.contact(row) == selected[size_t(found)]) { // which come in the same order
-            rows.append({contacts.index(row, 0), contacts.index(row, contacts.columnCount() - 1)});
+            rows.push_back(row);
             ++found;
         }
-    table.selectionModel()->select(rows, QItemSelectionModel::Select);
+    selectOnly(table, rows);
     return gone;
 }
 
@@ -64,49 +88,41 @@ std::vector<Contact> ViewControllerSending::selectedContacts(RecipientKind kind)
     return selectedIn(view(kind), kind == RecipientKind::Client ? clientsArray : teamMembersArray);
 }
 
-static qsizetype declinedRows(const ContactTable &contacts)
-{
-    qsizetype count = 0;
-    for (int row = 0; row < contacts.rowCount(); ++row)
-        count += contacts.isDeclined(row) ? 1 : 0;
-    return count;
-}
-
 /// Lets the check box follow when rows are selected one by one.
 void ViewControllerSending::keepInStep(QTableView &table, const ContactTable &contacts, QCheckBox &selectAll)
 {
     const auto follow = [&table, &contacts, &selectAll] {
-        const qsizetype selected = table.selectionModel()->selectedRows().size();
-        selectAll.setChecked(selected > 0 && selected >= contacts.rowCount() - declinedRows(contacts));
+        const qsizetype selected = std::ssize(selectedRows(table));
+        selectAll.setChecked(selected > 0 &&
+                             selected >= contacts.rowCount() - contacts.declinedRows().size());
     };
     connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, &selectAll, follow);
     connect(table.model(), &QAbstractItemModel::modelReset, &selectAll, follow);
 }
 
-/// Selects everybody but those who have asked for no more messages, or nobody.
-static void select(QTableView &table, const ContactTable &contacts, const QCheckBox &selectAll)
+/// Everybody but those who have asked for no more messages.
+void ViewControllerSending::selectAll(RecipientKind kind)
 {
-    const bool isOn = selectAll.isChecked();
-    diagnostics::line(isOn ? 1 : 0);
-    if (!isOn) {
-        table.clearSelection();
-        return;
-    }
-    table.selectAll();
+    const ContactTable &contacts = table(kind);
+    std::vector<int> rows;
     for (int row = 0; row < contacts.rowCount(); ++row)
-        if (contacts.isDeclined(row))
-            table.selectionModel()->select(contacts.index(row, 0),
-                                           QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
+        if (!contacts.isDeclined(row))
+            rows.push_back(row);
+    selectOnly(view(kind), rows);
 }
 
 void ViewControllerSending::selectClients(QObject *)
 {
-    select(*ui->clientsTable, clientsArray, *ui->allClients);
+    const bool isOn = ui->allClients->isChecked();
+    diagnostics::line(isOn ? 1 : 0);
+    isOn ? selectAll(RecipientKind::Client) : ui->clientsTable->clearSelection();
 }
 
 void ViewControllerSending::selectTeamMembers(QObject *)
 {
-    select(*ui->teamMembers, teamMembersArray, *ui->allTeamMembers);
+    const bool isOn = ui->allTeamMembers->isChecked();
+    diagnostics::line(isOn ? 1 : 0);
+    isOn ? selectAll(RecipientKind::TeamMember) : ui->teamMembers->clearSelection();
 }
 
 /// Reads the contacts anew when they were changed meanwhile. False when that changes whom the user has
@@ -139,7 +155,7 @@ void ViewControllerSending::markContacts(QBoxLayout &column, QTableView &table, 
     auto *remark = new ContactRemark(table, contacts, QBoxLayout::TopToBottom, this);
     column.insertWidget(column.indexOf(&table) + 1, remark);
     connect(remark, &ContactRemark::anotherTryWanted, this,
-            [this, &contacts](int row) { tryAgain(contacts.contact(row)); });
+            [this, &contacts](int row) { runs.journal().tryAgain(contacts.declinedNumbers(row)); });
     connect(remark, &ContactRemark::correctionWanted, this,
             [this, &table, &contacts](int row, const QString &number) {
                 correctNumber(table, contacts, row, number);
@@ -166,4 +182,16 @@ void ViewControllerSending::correctNumber(QTableView &table, ContactTable &conta
     contacts.steps().undo();
     alertMessage(this, u"The number stays as it was, since it could not be saved in %1: %2."_s.arg(
                            persistentContainer.path(), persistentContainer.errorString()));
+}
+
+/// Selects those whose schedule is not what they were sent for these days.
+void ViewControllerSending::selectChanged(RecipientKind kind)
+{
+    const ContactTable &contacts = table(kind);
+    std::vector<int> rows;
+    for (int row = 0; row < contacts.rowCount(); ++row)
+        if (const std::optional<SentSchedule> sent = sentSchedule(kind, contacts.contact(row));
+            sent && sent->isChanged() && !contacts.isDeclined(row))
+            rows.push_back(row);
+    selectOnly(view(kind), rows);
 }

@@ -4,9 +4,10 @@
 #include "model/TaskManager.h"
 #include "platform/Diagnostics.h"
 #include "ui_ViewControllerSending.h"
-#include "widgets/Alert.h"
 #include "widgets/Background.h"
+#include "widgets/Banner.h"
 
+#include <QCheckBox>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
@@ -16,41 +17,46 @@ using namespace Qt::StringLiterals;
 /// What the journal tells of the people in the screen.
 struct ViewControllerSending::Earlier
 {
-    std::array<QHash<QString, SentSchedule>, 2> schedules; ///< by the kind of recipient
+    std::array<SentSchedules, 2> schedules; ///< by the kind of recipient
     QSet<QString> declined;
+    QString problem; ///< why it tells nothing
 };
 
 void ViewControllerSending::connectHistory()
 {
+    constexpr std::chrono::milliseconds gathering(500); // answers that come one after the other
     historyDelay.setSingleShot(true);
     historyDelay.setInterval(0); // several changes at once are one
-    connect(&historyDelay, &QTimer::timeout, this, &ViewControllerSending::askJournal);
-    const auto update = qOverload<>(&QTimer::start);
+    answersDelay.setSingleShot(true);
+    answersDelay.setInterval(gathering);
+    for (QTimer *delay : {&historyDelay, &answersDelay})
+        connect(delay, &QTimer::timeout, this, &ViewControllerSending::askJournal);
     for (const DatePicker *picker : {ui->startSendDate, ui->endSendDate})
-        connect(picker, &DatePicker::dayChosen, &historyDelay, update);
-    connect(&runs.journal(), &MessageJournal::written, &historyDelay, [this] {
-        if (!runs.current()) // its end is waited for
-            historyDelay.start();
+        connect(picker, &DatePicker::dayChosen, &historyDelay, qOverload<>(&QTimer::start));
+    connect(&runs.journal(), &MessageJournal::written, &answersDelay, [this] {
+        if (!answersDelay.isActive())
+            answersDelay.start();
     });
     for (const RecipientKind kind : {RecipientKind::Client, RecipientKind::TeamMember}) {
-        const auto known = [this, kind](const Contact &contact) {
-            return sentSchedulesNow[size_t(kind)].constFind(matchedName(contact.name().value_or(QString())));
+        const auto said = [this, kind](const Contact &contact, QString (SentSchedule::*text)() const) {
+            const std::optional<SentSchedule> sent = sentSchedule(kind, contact);
+            return sent ? ((*sent).*text)() : QString();
         };
-        const auto of = [this, kind, known](const Contact &contact, QString (SentSchedule::*text)() const) {
-            const auto found = known(contact);
-            return found == sentSchedulesNow[size_t(kind)].cend() ? QString() : ((*found).*text)();
-        };
-        table(kind).addColumn({u"Last Sent"_s,
-                               [of](const Contact &contact) { return of(contact, &SentSchedule::summary); },
-                               [of](const Contact &contact) {
-                                   return of(contact, &SentSchedule::sentence);
-                               }});
+        table(kind).addColumn(
+            {u"Last Sent"_s, [said](const Contact &contact) { return said(contact, &SentSchedule::summary); },
+             [said](const Contact &contact) {
+                 return said(contact, &SentSchedule::sentence);
+             }});
+        connect(kind == RecipientKind::Client ? ui->changedClients : ui->changedTeamMembers,
+                &QPushButton::clicked, this, [this, kind] { selectChanged(kind); });
     }
-    connect(ui->changedClients, &QPushButton::clicked, this,
-            [this] { selectChanged(RecipientKind::Client); });
-    connect(ui->changedTeamMembers, &QPushButton::clicked, this,
-            [this] { selectChanged(RecipientKind::TeamMember); });
     historyDelay.start();
+}
+
+std::optional<SentSchedule> ViewControllerSending::sentSchedule(RecipientKind kind,
+                                                                const Contact &contact) const
+{
+    return sentSchedules[size_t(kind)].of({contact.name(), contact.phoneNo()});
 }
 
 /// Asks for everybody, whoever is selected.
@@ -58,8 +64,13 @@ void ViewControllerSending::askJournal()
 {
     followTasks();
     std::vector<RunSnapshot> everybody;
-    for (const RecipientKind kind : {RecipientKind::Client, RecipientKind::TeamMember})
+    for (const RecipientKind kind : {RecipientKind::Client, RecipientKind::TeamMember}) {
         everybody.push_back(snapshotOf(kind, scheduledTasks[size_t(kind)]));
+        everybody.back().recipients.clear();
+        for (int row = 0; row < table(kind).rowCount(); ++row)
+            everybody.back().recipients.push_back(
+                {table(kind).contact(row).name(), table(kind).contact(row).phoneNo()});
+    }
     const qint64 question = ++lastQuestion;
     inBackground(
         *this,
@@ -72,8 +83,9 @@ void ViewControllerSending::askJournal()
             const ScheduleText &range = everybody.front().text;
             const std::vector<SentMessage> sent = journal.sentFor(range.firstDay(), range.lastDay());
             for (const RunSnapshot &run : everybody)
-                earlier.schedules[size_t(run.kind)] = sentSchedules(run, sent);
+                earlier.schedules[size_t(run.kind)] = SentSchedules(run, sent);
             earlier.declined = journal.declinedNumbers();
+            earlier.problem = journal.problem();
             return earlier;
         },
         [this, question](const Earlier &earlier) {
@@ -84,36 +96,27 @@ void ViewControllerSending::askJournal()
 
 void ViewControllerSending::showHistory(const Earlier &earlier)
 {
-    sentSchedulesNow = earlier.schedules;
+    if (!earlier.problem.isEmpty()) {
+        historyBanner->tell(
+            u"When people were last sent something, and who wants no messages, is not known: the "
+            "journal of messages cannot be read: %1."_s.arg(earlier.problem),
+            {});
+        return; // what was known before still holds
+    }
+    historyBanner->withdraw();
+    const bool isFirst = !std::exchange(isHistoryKnown, true);
     for (const RecipientKind kind : {RecipientKind::Client, RecipientKind::TeamMember}) {
+        SentSchedules &known = sentSchedules[size_t(kind)];
+        const SentSchedules &now = earlier.schedules[size_t(kind)];
+        if (known != now) {
+            known = now;
+            table(kind).refreshColumn();
+        }
         table(kind).setDeclined(earlier.declined);
-        const auto &schedules = earlier.schedules[size_t(kind)];
-        const bool isAnyChanged = std::ranges::any_of(schedules, &SentSchedule::isChanged);
         (kind == RecipientKind::Client ? ui->changedClients : ui->changedTeamMembers)
-            ->setEnabled(isAnyChanged);
+            ->setEnabled(now.isAnyChanged());
+        if (QCheckBox *all = kind == RecipientKind::Client ? ui->allClients : ui->allTeamMembers;
+            isFirst && all->isChecked())
+            selectAll(kind); // those left out were not known when all were selected
     }
-}
-
-/// Selects those whose schedule is not what they were sent for these days.
-void ViewControllerSending::selectChanged(RecipientKind kind)
-{
-    const ContactTable &contacts = table(kind);
-    QItemSelection rows;
-    for (int row = 0; row < contacts.rowCount(); ++row) {
-        const QString name = matchedName(contacts.contact(row).name().value_or(QString()));
-        if (sentSchedulesNow[size_t(kind)].value(name).isChanged() && !contacts.isDeclined(row))
-            rows.select(contacts.index(row, 0), contacts.index(row, contacts.columnCount() - 1));
-    }
-    QItemSelectionModel &selection = *view(kind).selectionModel();
-    selection.select(rows, QItemSelectionModel::ClearAndSelect);
-}
-
-/// Takes away the mark of a number whose owner has asked for no more messages.
-void ViewControllerSending::tryAgain(const Contact &contact)
-{
-    JournalStore journal(runs.journal().folder());
-    if (!journal.tryAgain(contact.phoneNo().value_or(QString())))
-        alertMessage(this, u"The mark stays, since it could not be taken away in %1: %2."_s.arg(
-                               journal.filePath(), journal.problem()));
-    historyDelay.start();
 }

@@ -24,7 +24,11 @@ void ViewControllerSending::connectPreview()
     for (const QTableView *table : {ui->clientsTable, ui->teamMembers}) {
         connect(table->selectionModel(), &QItemSelectionModel::selectionChanged, &previewDelay, update);
         connect(table->model(), &QAbstractItemModel::modelReset, &previewDelay, update);
-        connect(table->model(), &QAbstractItemModel::dataChanged, &previewDelay, update);
+        connect(table->model(), &QAbstractItemModel::dataChanged, &previewDelay,
+                [this](const QModelIndex &, const QModelIndex &, const QList<int> &roles) {
+                    if (roles.isEmpty()) // more than how it looks
+                        previewDelay.start();
+                });
     }
     for (const DatePicker *picker : {ui->startSendDate, ui->endSendDate})
         connect(picker, &DatePicker::dayChosen, &previewDelay, update);

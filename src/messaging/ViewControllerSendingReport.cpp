@@ -15,23 +15,22 @@ void ViewControllerSending::connectReport()
 {
     ui->report->show(runs.report());
     connect(ui->report, &ReportPane::sendAgainWanted, this, &ViewControllerSending::sendAgain);
-    connect(ui->report, &ReportPane::deliveryWanted, this, [this] {
-        runs.askForDelivery(*ui->report, [this](const QString &sentence) { ui->report->tell(sentence); });
-    });
+    connect(ui->report, &ReportPane::deliveryWanted, this, [this] { runs.askForDelivery(); });
     auto *journalBanner = new Banner(this);
-    journalBanner->hide();
-    ui->mainLayout->insertWidget(0, journalBanner);
+    historyBanner = new Banner(this);
+    for (Banner *banner : {journalBanner, historyBanner})
+        ui->mainLayout->insertWidget(0, banner);
     connect(&runs.journal(), &MessageJournal::told, journalBanner,
             [journalBanner](const QString &sentence) { journalBanner->tell(sentence, {}); });
 }
 
 /// To whom the messages go, a line each.
-static QStringList recipientsOf(const std::vector<SentMessage> &messages)
+static QStringList recipientsOf(const std::vector<SentMessage> &messages, const SendSettings &settings)
 {
     QStringList people;
     for (const SentMessage &message : messages) {
-        const QString person =
-            u"%1 (%2)"_s.arg(message.person, message.phoneNo.isEmpty() ? u"no number"_s : message.phoneNo);
+        const QString &number = settings.recipientOf(message);
+        const QString person = u"%1 (%2)"_s.arg(message.person, number.isEmpty() ? u"no number"_s : number);
         if (!people.contains(person))
             people.append(person);
     }
@@ -49,7 +48,7 @@ void ViewControllerSending::sendAgain(const std::vector<SentMessage> &messages)
     if (unanswered > 0)
         question += unanswered == 1 ? u" One of them had no answer and may have arrived."_s
                                     : u" %1 of them had no answer and may have arrived."_s.arg(unanswered);
-    if (!isConfirmed(question, recipientsOf(messages)))
+    if (!isConfirmed(question, recipientsOf(messages, SendSettings(manager.defaults))))
         return;
     const RecipientKind kind =
         messages.front().isTeamMember ? RecipientKind::TeamMember : RecipientKind::Client;

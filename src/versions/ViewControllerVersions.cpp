@@ -4,9 +4,9 @@
 #include "model/TaskManager.h"
 #include "platform/NotificationCenter.h"
 #include "ui_ViewControllerVersions.h"
-#include "widgets/Background.h"
 #include "versions/VersionStore.h"
 #include "widgets/Alert.h"
+#include "widgets/Background.h"
 #include "widgets/TaskRowDelegate.h"
 
 #include <QLocale>
