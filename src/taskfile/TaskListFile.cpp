@@ -159,7 +159,8 @@ void TaskListFile::parseRow(qsizetype number, QStringView row, TaskRowReader &re
 
 void TaskListFile::followAppearance()
 {
-    const std::optional<QString> text = lastWriteFailed ? std::nullopt : read();
+    const bool mayBeElsewhere = lastWriteFailed || wasGone; // some of what the list holds
+    const std::optional<QString> text = mayBeElsewhere ? std::nullopt : read();
     if (text && takeOver(*text))
         return;
     if (const bool isDark = isDarkMode(); isDark != invertedColors) {

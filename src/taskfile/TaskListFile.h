@@ -63,8 +63,8 @@ public:
     void parseFile(const QString &text);
 
     /// Makes the list hold the colours of the present appearance: by reading the file again or, when that
-    /// cannot be or the last write failed, in place. An active search is applied again and the same task
-    /// stays selected.
+    /// cannot be or some of the list may not be in it, in place. An active search is applied again and the
+    /// same task stays selected.
     void followAppearance();
     /// Takes over what another program has written, as `followAppearance` does, unless the list itself is not
     /// in the file yet; and puts list and file together, by their keys, when the file can be read at last.

@@ -200,6 +200,8 @@ private slots:
         QVERIFY(file->writeFile());
         for (const qsizetype count : {2, 1}) { // with its disk; and what is written there later is taken over
             writeTo(filePath(), fenceRow);
+            if (count == 2)
+                file->followAppearance(); // before the window is looked at again
             QVERIFY(file->followFile());
             QCOMPARE(namesOf(manager->tasks()), QStringList({u"Paint fence"_s, u"new"_s}).first(count));
             QCOMPARE(contentOf(filePath()).count('^'), count);
