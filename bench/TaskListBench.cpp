@@ -166,7 +166,8 @@ BENCHMARK(undoOfCommand)
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
 
-/// The last of 200 steps, each of which sorts the list, and their undoing. Reports the memory that they take.
+/// The last of 200 steps, each of which sorts the list, and their undoing; in between the list is read anew
+/// at times, as it was or with every task changed. Reports the memory that they take.
 void undoOfSorting(benchmark::State &state)
 {
     constexpr int steps = 200;
@@ -182,6 +183,10 @@ void undoOfSorting(benchmark::State &state)
         for (int step = 0; step < steps; ++step) {
             manager.sortByColumn({.key = infoOf(TaskColumn(step % 2 * 3)).sortKey});
             manager.endStep();
+            if (step % 20 == 0)
+                loadSample(manager, state.range(0));
+            if (step % 50 == 0)
+                manager.invertColors();
         }
         state.counters["MB"] = (inUse() - before) / megabyte;
         state.ResumeTiming();

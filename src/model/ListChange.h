@@ -14,6 +14,8 @@ public:
     /// \param inverted  their colours are those of the dark appearance
     static ListChange between(const TaskList &before, const TaskList &after, bool inverted);
 
+    /// How many tasks it holds on to.
+    qsizetype taskCount() const { return before.size() + after.size(); }
     bool isEmpty() const { return before.isEmpty() && after.isEmpty(); }
     /// The way back.
     ListChange reversed() const;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/EarlierTasks.h"
 #include "model/TaskHistory.h"
 
 #include <functional>
@@ -157,7 +158,7 @@ private:
     qint64 changes = 0;
     qint64 loads = 0;
     bool searching = false;
-    bool isLoading = false;
+    std::optional<EarlierTasks> earlier; ///< while the list is read anew
     QString searchedText;
     std::optional<SortDescriptor> sortOrder;
     TaskHistory taskHistory;

@@ -18,7 +18,7 @@ static QString stepName(const QString &verb, const task *about)
 void TaskManager::willChange(const QString &verb, const task *about, bool isDelete)
 {
     ++changes;
-    if (!isLoading && !taskHistory.isWithinStep())
+    if (!earlier && !taskHistory.isWithinStep())
         taskHistory.willChange(workingList(), {.name = stepName(verb, about),
                                                .key = about ? about->key : QString(),
                                                .isDelete = isDelete,
