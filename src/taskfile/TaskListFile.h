@@ -5,7 +5,6 @@
 #include "platform/TextFile.h"
 #include "taskfile/RowTexts.h"
 
-#include <QHash>
 #include <QString>
 #include <QStringView>
 #include <QUuid>
@@ -13,6 +12,7 @@
 #include <functional>
 #include <optional>
 
+class RowKeys;
 class TaskManager;
 class TaskRowReader;
 
@@ -77,8 +77,7 @@ private:
     bool putTogether();
     bool addAgain(const TaskList &tasks);
     std::optional<QString> read();
-    QString keyFor(QStringView row);
-    void parseRow(qsizetype number, QStringView row, TaskRowReader &reader, bool isDark);
+    void parseRow(qsizetype number, QStringView row, TaskRowReader &reader, RowKeys &keys, bool isDark);
 
     char16_t separatorFieldsFile = u'|';
     char16_t separatorRowsFile = u'^';
@@ -93,7 +92,6 @@ private:
     TaskListHistory history;
     RowTexts rowTexts;
     const QUuid run = QUuid::createUuid();
-    QHash<QUuid, qint64> rowsAlike; ///< how many of a row without key this reading has met
     bool lastWriteFailed = false;
     qint64 filedChanges = 0; ///< the manager's count of changes when list and file were last the same
     qsizetype skipped = 0;

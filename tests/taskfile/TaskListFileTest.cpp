@@ -237,6 +237,10 @@ private slots:
             file->followAppearance(); // which reads the file again
             QVERIFY(keys() == before && before[0] != before[1]);
         }
+        const QByteArray row = (head + u"^"_s).toUtf8();
+        load(row);
+        writeTo(filePath(), row + written()); // which somebody adds once more
+        QVERIFY(file->followFile() && firstTask().key != manager->tasks()[1]->key);
     }
 
     void skippedRows()
