@@ -24,14 +24,16 @@ public:
     QStringList changedKeys() const;
 
     /// Makes the change in a list. Where that list is no longer the one that was changed, the tasks are found
-    /// by their keys, and those that the change is not about stay as they are. \param inverted    the list's
-    /// colours are those of the dark appearance \param isReadAnew  the list was read from its file since
-    void applyTo(TaskList &list, bool inverted, bool isReadAnew) const;
+    /// by their keys, and those that the change is not about stay as they are.
+    /// \param inverted    the list's colours are those of the dark appearance
+    /// \param isReadAnew  the list was read from its file since
+    /// \return the tasks that others have changed since: they stay as well
+    TaskList applyTo(TaskList &list, bool inverted, bool isReadAnew) const;
 
 private:
     bool fits(const TaskList &list) const;
     void replacePart(TaskList &list, bool inverted) const;
-    void removeAndReplace(TaskList &list, bool inverted) const;
+    TaskList removeAndReplace(TaskList &list, bool inverted, bool isReadAnew) const;
     void reorder(TaskList &list) const;
     void insert(TaskList &list, bool inverted) const;
     SharedTask held(SharedTask entry, bool inverted) const;

@@ -19,6 +19,7 @@ struct TaskStep
     ListChange change = {};
     std::optional<SortDescriptor> sortedBefore = {};
     std::optional<SortDescriptor> sortedAfter = {};
+    TaskList changedElsewhere = {}; ///< since, for which it has stayed undone or done
 
     TaskStep reversed() const;
     /// The tasks that it brings, changes or is about.

@@ -147,7 +147,7 @@ private:
     /// The working list for changing it.
     TaskList &changedList(const QString &verb, const task &about, bool isDelete = false);
     void endSteps();
-    std::optional<TaskStep> apply(const std::optional<TaskStep> &step);
+    std::optional<TaskStep> apply(std::optional<TaskStep> step);
     void setSelectedHidden(bool hidden);
     void followDefaultTimes(const task &last);
 

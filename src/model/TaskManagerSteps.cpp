@@ -51,14 +51,14 @@ std::optional<TaskStep> TaskManager::redo()
     return apply(taskHistory.redo());
 }
 
-std::optional<TaskStep> TaskManager::apply(const std::optional<TaskStep> &step)
+std::optional<TaskStep> TaskManager::apply(std::optional<TaskStep> step)
 {
     if (!step)
         return step;
     const QString selectedKey = selectedTask().key;
     ++changes;
-    step->change.applyTo(searching ? setAsideTasks : allOrFound, taskHistory.isInverted(),
-                         step->loads != loads);
+    step->changedElsewhere = step->change.applyTo(searching ? setAsideTasks : allOrFound,
+                                                  taskHistory.isInverted(), step->loads != loads);
     if (step->sortedBefore != step->sortedAfter)
         sortOrder = step->sortedAfter;
     refreshSearch();
