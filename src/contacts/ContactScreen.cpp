@@ -23,11 +23,9 @@ ContactScreen::ContactScreen(const Services &services, QWidget *parent)
     connect(new QShortcut(QKeySequence::Redo, this), &QShortcut::activated, this, &ContactScreen::redo);
     persistentContainer.loadPersistentStores();
     const QString reason = persistentContainer.errorString();
-    isReadable = reason.isEmpty();
-    if (!isReadable)
-        report.tell(true,
-                    {u"The contacts in %1 could not be read: %2."_s.arg(persistentContainer.path(), reason)},
-                    {});
+    if (!reason.isEmpty())
+        unread = {u"The contacts in %1 could not be read: %2."_s.arg(persistentContainer.path(), reason)};
+    report.tell(true, unread, {});
     managedObjectContext = &persistentContainer.viewContext();
 }
 
@@ -104,8 +102,8 @@ bool ContactScreen::save()
     ui->table->endEditing();
     const bool isSaved = persistentContainer.save();
     report.tell(isSaved, {}, {});
-    if (isSaved && !std::exchange(isReadable, true)) {
-        report.withdrawNews();
+    if (isSaved && !unread.isEmpty()) {
+        report.withdrawNews(std::exchange(unread, {}));
         shown->reload();
     }
     return isSaved;

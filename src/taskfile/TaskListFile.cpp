@@ -69,7 +69,7 @@ bool TaskListFile::writeFile()
 QString TaskListFile::readFile()
 {
     const std::optional<QString> text = read();
-    isGone = wasGone = file && !text && QFile::symLinkTarget(trace) == path() && !QFileInfo::exists(path());
+    wasGone = file && !text && QFile::symLinkTarget(trace) == path() && !QFileInfo::exists(path());
     return text.value_or(QString());
 }
 

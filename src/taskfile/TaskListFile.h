@@ -56,9 +56,9 @@ public:
     QString takeCopyPath() { return file ? file->takeCopyPath() : QString(); }
     /// The file's whole text; empty when it cannot be read.
     QString readFile();
-    /// Whether `readFile` has found no file where this program had once read or written one, since this was
-    /// last asked.
-    bool takeIsGone() { return std::exchange(isGone, false); }
+    /// Whether `readFile` has found no file where this program had once read or written one, and nobody has
+    /// brought it back since.
+    bool isGone() const { return wasGone; }
     /// Adds one task to the manager for each row of the text.
     void parseFile(const QString &text);
 
@@ -86,8 +86,7 @@ private:
 
     TaskManager &manager;
     std::optional<TextFile> file;
-    QString trace; ///< path of a link to the file that was last read or written
-    bool isGone = false;
+    QString trace;        ///< path of a link to the file that was last read or written
     bool wasGone = false; ///< at the start, and nobody has brought it back since
     TaskListHistory history;
     RowTexts rowTexts;

@@ -191,18 +191,18 @@ private slots:
 
     void aListThatHadGoneComesBack()
     {
-        QVERIFY(!file->takeIsGone()); // there never was one
+        QVERIFY(!file->isGone()); // there never was one
         load(fenceRow);
         QVERIFY(QFile::remove(filePath()));
         reopen();
-        QVERIFY(file->takeIsGone() && !file->takeIsGone());
+        QVERIFY(file->isGone());
         manager->addTask({.name = u"new"_s});
         QVERIFY(file->writeFile());
         for (const qsizetype count : {2, 1}) { // with its disk; and what is written there later is taken over
             writeTo(filePath(), fenceRow);
             if (count == 2)
                 file->followAppearance(); // before the window is looked at again
-            QVERIFY(file->followFile());
+            QVERIFY(file->followFile() && !file->isGone());
             QCOMPARE(namesOf(manager->tasks()), QStringList({u"Paint fence"_s, u"new"_s}).first(count));
             QCOMPARE(contentOf(filePath()).count('^'), count);
         }
