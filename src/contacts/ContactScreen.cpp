@@ -66,17 +66,17 @@ void ContactScreen::redo()
 /// Says what was removed last, as long as that is so.
 void ContactScreen::tellOfRemoval(int stepCount)
 {
-    const bool isDone = std::exchange(shownSteps, stepCount) < stepCount;
-    const QString removed = isDone ? shown->steps().undoText() : QString();
-    if (stepCount < removedBy) {
+    const int before = std::exchange(shownSteps, stepCount);
+    const auto removed = shown->removalBetween(before, stepCount);
+    if (stepCount < removedBy || shown->removalBetween(stepCount, before)) {
         removedBy = 0;
         removal->withdraw();
     }
-    if (removed.isEmpty())
+    if (!removed)
         return;
-    removedBy = stepCount;
+    removedBy = removed->stepCount;
     constexpr int button = 120; // pixels, which it takes from the text
-    removal->tell(fontMetrics().elidedText(removed, Qt::ElideRight, ui->table->width() - button),
+    removal->tell(fontMetrics().elidedText(removed->text, Qt::ElideRight, ui->table->width() - button),
                   {{u"Undo"_s, [this] {
                         takeBackRemoval();
                     }}});
