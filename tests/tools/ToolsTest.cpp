@@ -307,6 +307,9 @@ private slots:
                 history.undo();
                 QVERIFY(last == 0 || view.picture() == pictures[last]);
             }
+            while (history.canRedo())
+                history.redo();
+            QCOMPARE(view.picture(), pictures.last());
         }
     }
 
