@@ -86,7 +86,8 @@ SharedTask ListChange::held(SharedTask entry, bool inverted) const
 
 TaskList ListChange::applyTo(TaskList &list, bool inverted, bool isReadAnew) const
 {
-    if (!isReadAnew && fits(list)) {
+    const bool isAboutAll = before.size() == list.size();
+    if ((!isReadAnew || isAboutAll) && fits(list)) {
         replacePart(list, inverted);
         return {};
     }
