@@ -166,7 +166,9 @@ BENCHMARK(undoOfCommand)
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
 
-/// The last of 200 steps, each of which sorts the list, and their undoing. Reports the memory that they take.
+/// The last of 200 steps, each of which sorts the list, and their undoing; in between the list is read anew
+/// at times, and among the first of them every task is changed in other ways. Reports the memory that they
+/// take.
 void undoOfSorting(benchmark::State &state)
 {
     constexpr int steps = 200;
@@ -182,6 +184,10 @@ void undoOfSorting(benchmark::State &state)
         for (int step = 0; step < steps; ++step) {
             manager.sortByColumn({.key = infoOf(TaskColumn(step % 2 * 3)).sortKey});
             manager.endStep();
+            if (step % 20 == 0)
+                loadSample(manager, state.range(0));
+            if (step < 10)
+                manager.invertColors();
         }
         state.counters["MB"] = (inUse() - before) / megabyte;
         state.ResumeTiming();

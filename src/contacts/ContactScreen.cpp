@@ -23,11 +23,9 @@ ContactScreen::ContactScreen(const Services &services, QWidget *parent)
     connect(new QShortcut(QKeySequence::Redo, this), &QShortcut::activated, this, &ContactScreen::redo);
     persistentContainer.loadPersistentStores();
     const QString reason = persistentContainer.errorString();
-    isReadable = reason.isEmpty();
-    if (!isReadable)
-        report.tell(true,
-                    {u"The contacts in %1 could not be read: %2."_s.arg(persistentContainer.path(), reason)},
-                    {});
+    if (!reason.isEmpty())
+        unread = {u"The contacts in %1 could not be read: %2."_s.arg(persistentContainer.path(), reason)};
+    report.tell(true, unread, {});
     managedObjectContext = &persistentContainer.viewContext();
 }
 
@@ -68,17 +66,17 @@ void ContactScreen::redo()
 /// Says what was removed last, as long as that is so.
 void ContactScreen::tellOfRemoval(int stepCount)
 {
-    const bool isDone = std::exchange(shownSteps, stepCount) < stepCount;
-    const QString removed = isDone ? shown->steps().undoText() : QString();
-    if (stepCount < removedBy) {
+    const int before = std::exchange(shownSteps, stepCount);
+    const auto removed = shown->removalBetween(before, stepCount);
+    if (stepCount < removedBy || shown->removalBetween(stepCount, before)) {
         removedBy = 0;
         removal->withdraw();
     }
-    if (removed.isEmpty())
+    if (!removed)
         return;
-    removedBy = stepCount;
+    removedBy = removed->stepCount;
     constexpr int button = 120; // pixels, which it takes from the text
-    removal->tell(fontMetrics().elidedText(removed, Qt::ElideRight, ui->table->width() - button),
+    removal->tell(fontMetrics().elidedText(removed->text, Qt::ElideRight, ui->table->width() - button),
                   {{u"Undo"_s, [this] {
                         takeBackRemoval();
                     }}});
@@ -104,8 +102,8 @@ bool ContactScreen::save()
     ui->table->endEditing();
     const bool isSaved = persistentContainer.save();
     report.tell(isSaved, {}, {});
-    if (isSaved && !std::exchange(isReadable, true)) {
-        report.withdrawNews();
+    if (isSaved && !unread.isEmpty()) {
+        report.withdrawNews(std::exchange(unread, {}));
         shown->reload();
     }
     return isSaved;

@@ -58,5 +58,5 @@ private:
     int removedBy = 0; ///< the number of steps with which they were, or 0
     int shownSteps = 0;
     ContactTable *shown = nullptr;
-    bool isReadable = true; ///< the store's contacts are in the table
+    QStringList unread; ///< what was told when the store's contacts could not be read
 };

@@ -23,15 +23,26 @@ public:
     void redo() override { redoStep(); }
     void undo() override { undoStep(); }
     /// What takes it back, as a step of its own.
-    std::unique_ptr<ContactStep> reversed() const
+    /// \param stepCount  behind this step
+    std::unique_ptr<ContactStep> reversed(int stepCount) const
     {
-        return std::make_unique<ContactStep>(QString(), undoStep, redoStep);
+        auto back = std::make_unique<ContactStep>(text(), undoStep, redoStep);
+        back->takesBack = stepCount;
+        return back;
     }
+
+    int takesBack = 0; ///< the step behind which there are so many; 0 for none
 
 private:
     std::function<void()> redoStep;
     std::function<void()> undoStep;
 };
+
+/// Nothing where there is none.
+const ContactStep *stepAt(const QUndoStack &steps, int index)
+{
+    return static_cast<const ContactStep *>(steps.command(index));
+}
 
 QString enumeration(const QList<std::pair<int, Contact>> &rows)
 {
@@ -144,8 +155,16 @@ void ContactTable::takeBackRemoval(int stepCount)
     if (stepCount == doneSteps.index())
         doneSteps.undo();
     else
-        doneSteps.push(
-            static_cast<const ContactStep *>(doneSteps.command(stepCount - 1))->reversed().release());
+        doneSteps.push(stepAt(doneSteps, stepCount - 1)->reversed(stepCount).release());
+}
+
+std::optional<ContactTable::Removal> ContactTable::removalBetween(int earlierCount, int count) const
+{
+    const bool isDone = earlierCount < count;
+    const ContactStep *step = stepAt(doneSteps, isDone ? count - 1 : count);
+    if (!step || step->text().isEmpty() || isDone == (step->takesBack > 0))
+        return std::nullopt;
+    return Removal{isDone ? count : step->takesBack, step->text()};
 }
 
 void ContactTable::insert(const Rows &rows)

@@ -64,7 +64,16 @@ public:
     /// that removes contacts, since which none was removed.
     void takeBackRemoval(int stepCount);
 
-    /// What was done; the steps that remove contacts have a text, which tells of that.
+    /// A step that has removed contacts, or the taking back of which was taken back.
+    struct Removal
+    {
+        int stepCount; ///< behind the step
+        QString text;  ///< tells of it
+    };
+    /// The removal by which the number of steps that are done has become another; nothing for anything else.
+    std::optional<Removal> removalBetween(int earlierCount, int count) const;
+
+    /// What was done.
     QUndoStack &steps() { return doneSteps; }
 
     const Contact &contact(int row) const { return contacts[row]; }

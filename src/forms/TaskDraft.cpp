@@ -11,6 +11,7 @@
 #include <QIODevice>
 
 #include <cerrno>
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
@@ -124,15 +125,45 @@ std::optional<task> TaskDraft::begun()
     return entry;
 }
 
-bool TaskDraft::keep(const task &entry)
+void TaskDraft::append(const task &entry)
 {
     constexpr qsizetype most = 20;
-    begun(); // so that those of the file stay
     kept.append(entry);
     kept.last().color = storedOrHeld(entry.color, isDarkMode());
     if (kept.size() > most)
         kept.removeFirst();
+}
+
+bool TaskDraft::keep(const task &entry)
+{
+    begun(); // so that those of the file stay
+    append(entry);
+    inHand.reset();
     return store();
+}
+
+std::optional<task> TaskDraft::takeUp(const std::optional<task> &instead)
+{
+    const std::optional<task> taken = begun();
+    if (!taken)
+        return std::nullopt;
+    const std::pair before(kept, inHand);
+    inHand = kept.takeLast();
+    if (!instead)
+        return taken; // and the file has it
+    append(*instead);
+    if (store())
+        return taken;
+    std::tie(kept, inHand) = before;
+    return std::nullopt;
+}
+
+void TaskDraft::letGo()
+{
+    if (!inHand)
+        return;
+    inHand.reset();
+    store();
 }
 
 void TaskDraft::discard()
@@ -145,8 +176,11 @@ void TaskDraft::discard()
 
 bool TaskDraft::store()
 {
-    const bool isStored = kept.isEmpty() ? QFile::remove(filePath) || !QFile::exists(filePath)
-                                         : replaceWholeFile(filePath, written(kept));
+    QList<task> all = kept;
+    if (inHand)
+        all.append(*inHand);
+    const bool isStored = all.isEmpty() ? QFile::remove(filePath) || !QFile::exists(filePath)
+                                        : replaceWholeFile(filePath, written(all));
     error = isStored ? QString() : qt_error_string(errno);
     if (!isStored)
         diagnostics::line("Begun tasks not stored:", error);

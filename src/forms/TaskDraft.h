@@ -20,8 +20,16 @@ public:
 
     /// The one begun last, in the colours of the present appearance; nothing when there is none.
     std::optional<task> begun();
-    /// False when it could not be written, for the reason in `problem`: it is kept until the program ends.
+    /// Keeps a task instead of the one that was taken up. False when it could not be written, for the reason
+    /// in `problem`: it is kept until the program ends.
     bool keep(const task &entry);
+    /// Gives out the one begun last. It stays in the file, without being offered, until it is kept again or
+    /// let go.
+    /// \param instead  is to be kept in its place; when that cannot be written, for the reason in `problem`,
+    /// nothing is given out and all is as before
+    std::optional<task> takeUp(const std::optional<task> &instead = {});
+    /// What was taken up has been added, or is no longer wanted.
+    void letGo();
     /// Writes again what could not be written.
     bool store();
     /// Forgets the one begun last.
@@ -35,10 +43,12 @@ public:
 
 private:
     void read();
+    void append(const task &entry);
 
     QString filePath;
     QString error;
     QString asidePath;
-    QList<task> kept; ///< their colours as stored
+    QList<task> kept;           ///< their colours as stored
+    std::optional<task> inHand; ///< that was taken up
     bool isRead = false;
 };

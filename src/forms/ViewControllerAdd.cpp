@@ -63,7 +63,7 @@ void ViewControllerAdd::viewWillAppear()
 {
     setMinimumSize(565, 452);
     if (std::exchange(isKept, false))
-        services.draft.discard(); // the form was hidden for a moment, and still holds it
+        services.draft.takeUp(); // the form was hidden for a moment, and still holds it
     colorWell = appearanceTextColor().inverted();
     for (const TimePicker *picker : {fields->startTime, fields->endTime})
         diagnostics::line(util().getHour(*picker), ":", util().getMinute(*picker));
@@ -84,7 +84,7 @@ bool ViewControllerAdd::viewShouldClose()
     if (unkept.mayBeLeft(*this, u"Close All the &Same"_s))
         return true;
     isKept = false;
-    services.draft.discard(); // the form still holds it
+    services.draft.takeUp(); // the form still holds it
     return false;
 }
 
@@ -99,7 +99,10 @@ bool ViewControllerAdd::keepBegun()
 {
     takeTyping();
     isKept = isTouched();
-    return !isKept || services.draft.keep(taskOfControls());
+    if (isKept)
+        return services.draft.keep(taskOfControls());
+    services.draft.letGo();
+    return true;
 }
 
 /// Takes what is still being typed into the pickers as far as it can be read, and without a question: there
@@ -126,7 +129,8 @@ bool ViewControllerAdd::isTouched() const
     return entered(shown) != entered(untouched);
 }
 
-void ViewControllerAdd::offerDraft()
+/// \param problem  why it has not been taken up, in whole sentences
+void ViewControllerAdd::offerDraft(const QString &problem)
 {
     const std::optional<task> begun = services.draft.begun();
     if (!begun) {
@@ -135,16 +139,16 @@ void ViewControllerAdd::offerDraft()
     }
     constexpr int widest = 250; // pixels
     const QString name = fontMetrics().elidedText(begun->name.simplified(), Qt::ElideRight, widest);
-    offer->tell(name.isEmpty() ? u"You had begun a task that has no name yet."_s
-                               : u"You had begun the task “%1”."_s.arg(name),
-                {{u"Take It Up"_s,
-                  [this] {
-                      takeUpDraft();
-                  }},
-                 {u"Discard"_s, [this] {
-                      services.draft.discard();
-                      offerDraft();
-                  }}});
+    const QString sentence = name.isEmpty() ? u"You had begun a task that has no name yet."_s
+                                            : u"You had begun the task “%1”."_s.arg(name);
+    offer->tell((sentence + u' ' + problem).trimmed(), {{u"Take It Up"_s,
+                                                         [this] {
+                                                             takeUpDraft();
+                                                         }},
+                                                        {u"Discard"_s, [this] {
+                                                             services.draft.discard();
+                                                             offerDraft();
+                                                         }}});
 }
 
 void ViewControllerAdd::tellOfDamage()
@@ -159,10 +163,13 @@ void ViewControllerAdd::tellOfDamage()
 /// Exchanges it for what has been entered meanwhile, if anything.
 void ViewControllerAdd::takeUpDraft()
 {
-    const std::optional<task> begun = services.draft.begun();
-    services.draft.discard();
-    if (isTouched())
-        services.draft.keep(taskOfControls());
+    const std::optional<task> entered = isTouched() ? std::optional(taskOfControls()) : std::nullopt;
+    const std::optional<task> begun = services.draft.takeUp(entered);
+    if (!begun) {
+        offerDraft(u"It has not been taken up, since what you have entered cannot be kept: %1."_s.arg(
+            services.draft.problem()));
+        return;
+    }
     showWholeTask(*begun);
     colorWell = begun->color;
     previousDate = begun->date;

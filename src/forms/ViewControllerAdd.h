@@ -42,7 +42,7 @@ protected:
 private:
     void viewDidLoad();
     void connectActions();
-    void offerDraft();
+    void offerDraft(const QString &problem = {});
     void takeUpDraft();
     bool isTouched() const;
     void takeTyping();

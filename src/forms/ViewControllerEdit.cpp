@@ -1,8 +1,8 @@
 #include "forms/ViewControllerEdit.h"
 
 #include "app/UIUtil.h"
-#include "forms/FiledFields.h"
 #include "model/Appearance.h"
+#include "model/FiledFields.h"
 #include "model/TaskManager.h"
 #include "platform/Diagnostics.h"
 #include "platform/NotificationCenter.h"

@@ -21,16 +21,22 @@ FileBanners::FileBanners(TaskListFile &taskListFile, QBoxLayout &layout, std::fu
 
 void FileBanners::tell(QStringList news)
 {
-    const qsizetype rows = file.skippedRows();
-    if (std::exchange(toldRows, rows) != rows && rows > 0)
-        news.append(
+    QStringList lasting;
+    if (const qsizetype rows = file.skippedRows(); rows > 0)
+        lasting.append(
             u"%1 of the rows in %2 could not be read and are not shown. The file is copied before it is "
             "overwritten."_s.arg(QString::number(rows), file.path()));
-    if (file.takeIsGone())
-        news.append(u"There is no task list in %1 any more, where there was one before; an empty list is "
-                    u"shown. If it "
-                    "is on a disk that is not connected now, connect that disk before you add tasks."_s.arg(
-                        file.path()));
+    if (file.isGone())
+        lasting.append(u"There is no task list in %1 any more, where there was one before; an empty list is "
+                       u"shown. If it is on a disk that is not connected now, connect that disk before you "
+                       u"add tasks."_s.arg(file.path()));
+    const QStringList before = std::exchange(toldLasting, lasting);
+    const auto leftOf = [](QStringList sentences, const QStringList &others) {
+        sentences.removeIf([&others](const QString &one) { return others.contains(one); });
+        return sentences;
+    };
+    report.withdrawNews(leftOf(before, lasting));
+    news += leftOf(lasting, before);
     report.tell(file.isSaved() && file.readProblem().isEmpty(), news, file.takeCopyPath());
 }
 

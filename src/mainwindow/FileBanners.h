@@ -29,5 +29,5 @@ private:
     std::function<void()> showList;
     FileReport report;
     FileWatch watch;
-    qsizetype toldRows = 0; ///< that were left out
+    QStringList toldLasting; ///< sentences that are so as long as the file is what it is
 };

@@ -146,6 +146,21 @@ void ViewController::redo(QObject *)
     showStep(manager.redo());
 }
 
+/// What there is to know of it that the list does not show.
+static QString noteOn(const TaskStep &step, bool isSeen)
+{
+    constexpr qsizetype most = 40;
+    const TaskList &others = step.changedElsewhere;
+    if (others.size() > 1)
+        return u"%1 tasks were changed elsewhere since and stay."_s.arg(others.size());
+    if (others.size() == 1)
+        return u"'%1' was changed elsewhere since and stays."_s.arg(
+            others.first()->name.simplified().left(most));
+    return isSeen ? QString()
+                  : u"%1: %2. The task is not shown in this view."_s.arg(
+                        step.isUndone ? u"Undone"_s : u"Redone"_s, step.name);
+}
+
 /// Shows what has become of the list by a step that was taken back or made again.
 void ViewController::showStep(const std::optional<TaskStep> &step)
 {
@@ -161,13 +176,13 @@ void ViewController::showStep(const std::optional<TaskStep> &step)
     const bool isShown = ui->tblView->selectFirstOf(keys);
     if (!isShown)
         ui->tblView->selectRowOfKey(shownKey);
-    const QString note = u"%1: %2. The task is not shown in this view."_s.arg(
-        step->isUndone ? u"Undone"_s : u"Redone"_s, step->name);
     const bool isInList = !keys.isEmpty() && taskOfKey(manager.workingList(), keys.constFirst());
-    ui->statusMessageLabel->setText(isShown || !isInList ? manager.lastMessage : note);
-    if (step->isDelete && !step->isUndone)
+    const QString note = noteOn(*step, isShown || !isInList);
+    ui->statusMessageLabel->setText(note.isEmpty() ? manager.lastMessage : note);
+    const SharedTask *entry = taskOfKey(manager.workingList(), step->key);
+    if (step->isDelete && !step->isUndone && step->changedElsewhere.isEmpty())
         cloud.deleteTaskFromCloud(step->key);
-    else if (const SharedTask *entry = taskOfKey(manager.workingList(), step->key); entry && step->isDelete)
+    else if (step->isDelete && step->isUndone && entry)
         cloud.restoreTaskInCloud(*entry);
 }
 

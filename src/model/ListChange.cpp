@@ -1,5 +1,7 @@
 #include "model/ListChange.h"
 
+#include "model/FiledFields.h"
+
 #include <QHash>
 
 #include <algorithm>
@@ -82,15 +84,17 @@ SharedTask ListChange::held(SharedTask entry, bool inverted) const
     return entry;
 }
 
-void ListChange::applyTo(TaskList &list, bool inverted, bool isReadAnew) const
+TaskList ListChange::applyTo(TaskList &list, bool inverted, bool isReadAnew) const
 {
-    if (!isReadAnew && fits(list)) {
+    const bool isAboutAll = before.size() == list.size();
+    if ((!isReadAnew || isAboutAll) && fits(list)) {
         replacePart(list, inverted);
-        return;
+        return {};
     }
-    removeAndReplace(list, inverted);
+    const TaskList changedElsewhere = removeAndReplace(list, inverted, isReadAnew);
     reorder(list);
     insert(list, inverted);
+    return changedElsewhere;
 }
 
 void ListChange::replacePart(TaskList &list, bool inverted) const
@@ -103,8 +107,13 @@ void ListChange::replacePart(TaskList &list, bool inverted) const
     list = std::move(changed);
 }
 
-void ListChange::removeAndReplace(TaskList &list, bool inverted) const
+/// Returns those that are neither what they were nor what they are to be.
+TaskList ListChange::removeAndReplace(TaskList &list, bool inverted, bool isReadAnew) const
 {
+    const auto isAs = [&](const SharedTask &entry, const SharedTask *known) {
+        return known && (isShared(entry, *known) || areFiledAlike(*entry, *held(*known, inverted)));
+    };
+    TaskList changedElsewhere;
     TaskOfKey old = byKey(before);
     const TaskOfKey wanted = byKey(after);
     TaskList kept;
@@ -114,11 +123,14 @@ void ListChange::removeAndReplace(TaskList &list, bool inverted) const
         const SharedTask *const replacement = wanted.value(entry->key);
         if (!known || (replacement && isShared(*known, *replacement)))
             kept.append(entry);
+        else if (isReadAnew && !isAs(entry, known) && !isAs(entry, replacement))
+            changedElsewhere.append(kept.emplace_back(entry));
         else if (replacement)
             kept.append(held(*replacement, inverted));
     });
     std::ranges::reverse(kept);
     list = std::move(kept);
+    return changedElsewhere;
 }
 
 /// Exchanges the tasks that stand in both parts among their places, unless the change has left their order.

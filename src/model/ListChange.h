@@ -14,6 +14,8 @@ public:
     /// \param inverted  their colours are those of the dark appearance
     static ListChange between(const TaskList &before, const TaskList &after, bool inverted);
 
+    /// How many tasks it holds on to.
+    qsizetype taskCount() const { return before.size() + after.size(); }
     bool isEmpty() const { return before.isEmpty() && after.isEmpty(); }
     /// The way back.
     ListChange reversed() const;
@@ -22,14 +24,16 @@ public:
     QStringList changedKeys() const;
 
     /// Makes the change in a list. Where that list is no longer the one that was changed, the tasks are found
-    /// by their keys, and those that the change is not about stay as they are. \param inverted    the list's
-    /// colours are those of the dark appearance \param isReadAnew  the list was read from its file since
-    void applyTo(TaskList &list, bool inverted, bool isReadAnew) const;
+    /// by their keys, and those that the change is not about stay as they are.
+    /// \param inverted    the list's colours are those of the dark appearance
+    /// \param isReadAnew  the list was read from its file since
+    /// \return the tasks that others have changed since: they stay as well
+    TaskList applyTo(TaskList &list, bool inverted, bool isReadAnew) const;
 
 private:
     bool fits(const TaskList &list) const;
     void replacePart(TaskList &list, bool inverted) const;
-    void removeAndReplace(TaskList &list, bool inverted) const;
+    TaskList removeAndReplace(TaskList &list, bool inverted, bool isReadAnew) const;
     void reorder(TaskList &list) const;
     void insert(TaskList &list, bool inverted) const;
     SharedTask held(SharedTask entry, bool inverted) const;

@@ -1,6 +1,8 @@
 #include "model/TaskHistory.h"
 
 #include <algorithm>
+#include <memory>
+#include <vector>
 
 namespace {
 
@@ -8,14 +10,21 @@ namespace {
 class StepCommand : public QUndoCommand
 {
 public:
-    explicit StepCommand(TaskStep done)
+    StepCommand(TaskStep done, qint64 numberOfStep)
         : QUndoCommand(done.name)
         , step(std::move(done))
+        , number(numberOfStep)
     {
     }
 
     const TaskStep step;
+    const qint64 number; ///< of all that were made, the undone ones included
 };
+
+const StepCommand &commandAt(const QUndoStack &stack, int index)
+{
+    return static_cast<const StepCommand &>(*stack.command(index));
+}
 
 } // namespace
 
@@ -61,7 +70,7 @@ void TaskHistory::keep(const Unfinished &done, const TaskList &list,
     step.change = ListChange::between(done.before, list, inverted);
     step.sortedAfter = sortedBy;
     if (!step.change.isEmpty())
-        stack.push(new StepCommand(std::move(step)));
+        stack.push(new StepCommand(std::move(step), stepCount++));
 }
 
 void TaskHistory::pause(const QString &name)
@@ -90,6 +99,49 @@ void TaskHistory::forgetUnfinished()
     paused.reset();
 }
 
+void TaskHistory::haveBeenReplaced(qsizetype tasks)
+{
+    constexpr qsizetype most = 300'000; // some hundred megabytes
+    const qint64 oldest = stack.count() > 0 ? commandAt(stack, 0).number : stepCount;
+    replacements.append({stepCount, tasks});
+    replacements.removeIf([oldest](const Replacement &one) { return one.stepCount <= oldest; });
+    int first = 0;
+    while (keptAlone(first) > most)
+        ++first;
+    if (first > 0)
+        giveUp(first);
+}
+
+/// How many replaced tasks the steps from this one on hold on to, at most: of each replacement no more than
+/// there were, and no more than are in the steps before it.
+qsizetype TaskHistory::keptAlone(int first) const
+{
+    qsizetype kept = 0;
+    qsizetype held = 0;
+    int index = first;
+    for (const Replacement &one : replacements) {
+        for (; index < stack.count() && commandAt(stack, index).number < one.stepCount; ++index)
+            held += stepAt(index).change.taskCount();
+        kept += std::min(held, one.tasks);
+    }
+    return kept;
+}
+
+/// A stack gives up all of its steps or none. Steps that are undone can be made again only after those before
+/// them.
+void TaskHistory::giveUp(int oldest)
+{
+    const int done = stack.index() - oldest;
+    std::vector<std::unique_ptr<StepCommand>> kept;
+    for (int index = oldest; done >= 0 && index < stack.count(); ++index)
+        kept.push_back(std::make_unique<StepCommand>(stepAt(index), commandAt(stack, index).number));
+    stack.clear();
+    for (std::unique_ptr<StepCommand> &step : kept)
+        stack.push(step.release());
+    if (done >= 0)
+        stack.setIndex(done);
+}
+
 void TaskHistory::clear()
 {
     forgetUnfinished();
@@ -98,7 +150,7 @@ void TaskHistory::clear()
 
 const TaskStep &TaskHistory::stepAt(int index) const
 {
-    return static_cast<const StepCommand *>(stack.command(index))->step;
+    return commandAt(stack, index).step;
 }
 
 std::optional<TaskStep> TaskHistory::undo()

@@ -19,6 +19,7 @@ struct TaskStep
     ListChange change = {};
     std::optional<SortDescriptor> sortedBefore = {};
     std::optional<SortDescriptor> sortedAfter = {};
+    TaskList changedElsewhere = {}; ///< since, for which it has stayed undone or done
 
     TaskStep reversed() const;
     /// The tasks that it brings, changes or is about.
@@ -56,6 +57,9 @@ public:
     bool isInverted() const { return inverted; }
     /// The list is about to be replaced by what is in its file: what was not made a step is forgotten.
     void forgetUnfinished();
+    /// So many tasks of the list were replaced by others than through steps, and live on for the steps alone.
+    /// Where those come to too many, the oldest steps are given up.
+    void haveBeenReplaced(qsizetype tasks);
     /// Forgets all steps.
     void clear();
 
@@ -72,8 +76,18 @@ private:
     };
     void keep(const Unfinished &done, const TaskList &list, const std::optional<SortDescriptor> &sortedBy);
     const TaskStep &stepAt(int index) const;
+    qsizetype keptAlone(int first) const;
+    void giveUp(int oldest);
+
+    struct Replacement
+    {
+        qint64 stepCount; ///< how many steps had been made by then
+        qsizetype tasks;
+    };
 
     QUndoStack stack;
+    qint64 stepCount = 0;
+    QList<Replacement> replacements; ///< since the oldest step
     std::optional<Unfinished> open;
     std::optional<Unfinished> paused;
     bool inverted = false; ///< the list's colours are those of the dark appearance

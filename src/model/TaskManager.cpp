@@ -30,7 +30,7 @@ QString TaskManager::addTask(const task &added)
         entry.key = newKey();
     const QString key = entry.key;
     TaskList &list = changedList(u"Add"_s, entry);
-    list.append(std::move(entry));
+    list.append(earlier ? earlier->sameAs(std::move(entry)) : SharedTask(std::move(entry)));
     followDefaultTimes(added);
     diagnostics::line("Add Task, hidden:", added.hidden);
     return key;
@@ -62,19 +62,21 @@ void TaskManager::editSelectedTaskKeepingOld(const task &edited)
 void TaskManager::load(const std::function<void()> &addTasks)
 {
     const QString selectedKey = selectedTask().key;
+    earlier.emplace(workingList());
     const bool wasSearching = std::exchange(searching, false);
     ++loads;
     ++changes;
     taskHistory.forgetUnfinished();
     sortOrder.reset();
     allOrFound.clear();
-    isLoading = true;
     addTasks();
-    isLoading = false;
+    const qsizetype gone = earlier->goneCount();
+    earlier.reset();
     searching = wasSearching;
     refreshSearch();
     if (selectedIndex >= 0)
         selectTaskByKey(selectedKey);
+    taskHistory.haveBeenReplaced(gone);
 }
 
 void TaskManager::invertColors()
@@ -84,6 +86,7 @@ void TaskManager::invertColors()
     for (TaskList *list : {&allOrFound, &setAsideTasks})
         for (SharedTask &entry : *list)
             entry.edit().color = entry->color.inverted();
+    taskHistory.haveBeenReplaced(workingList().size());
 }
 
 QString TaskManager::addTask(const QString &key, Instant date, const QString &name, const QString &desc,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/EarlierTasks.h"
 #include "model/TaskHistory.h"
 
 #include <functional>
@@ -146,7 +147,7 @@ private:
     /// The working list for changing it.
     TaskList &changedList(const QString &verb, const task &about, bool isDelete = false);
     void endSteps();
-    std::optional<TaskStep> apply(const std::optional<TaskStep> &step);
+    std::optional<TaskStep> apply(std::optional<TaskStep> step);
     void setSelectedHidden(bool hidden);
     void followDefaultTimes(const task &last);
 
@@ -157,7 +158,7 @@ private:
     qint64 changes = 0;
     qint64 loads = 0;
     bool searching = false;
-    bool isLoading = false;
+    std::optional<EarlierTasks> earlier; ///< while the list is read anew
     QString searchedText;
     std::optional<SortDescriptor> sortOrder;
     TaskHistory taskHistory;

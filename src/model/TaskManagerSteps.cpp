@@ -18,7 +18,7 @@ static QString stepName(const QString &verb, const task *about)
 void TaskManager::willChange(const QString &verb, const task *about, bool isDelete)
 {
     ++changes;
-    if (!isLoading && !taskHistory.isWithinStep())
+    if (!earlier && !taskHistory.isWithinStep())
         taskHistory.willChange(workingList(), {.name = stepName(verb, about),
                                                .key = about ? about->key : QString(),
                                                .isDelete = isDelete,
@@ -51,14 +51,14 @@ std::optional<TaskStep> TaskManager::redo()
     return apply(taskHistory.redo());
 }
 
-std::optional<TaskStep> TaskManager::apply(const std::optional<TaskStep> &step)
+std::optional<TaskStep> TaskManager::apply(std::optional<TaskStep> step)
 {
     if (!step)
         return step;
     const QString selectedKey = selectedTask().key;
     ++changes;
-    step->change.applyTo(searching ? setAsideTasks : allOrFound, taskHistory.isInverted(),
-                         step->loads != loads);
+    step->changedElsewhere = step->change.applyTo(searching ? setAsideTasks : allOrFound,
+                                                  taskHistory.isInverted(), step->loads != loads);
     if (step->sortedBefore != step->sortedAfter)
         sortOrder = step->sortedAfter;
     refreshSearch();

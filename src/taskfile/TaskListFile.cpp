@@ -3,6 +3,7 @@
 #include "model/Appearance.h"
 #include "model/TaskManager.h"
 #include "platform/Diagnostics.h"
+#include "taskfile/RowKeys.h"
 #include "taskfile/TaskRowReader.h"
 #include "taskfile/TaskRowWriter.h"
 
@@ -68,7 +69,7 @@ bool TaskListFile::writeFile()
 QString TaskListFile::readFile()
 {
     const std::optional<QString> text = read();
-    isGone = wasGone = file && !text && QFile::symLinkTarget(trace) == path() && !QFileInfo::exists(path());
+    wasGone = file && !text && QFile::symLinkTarget(trace) == path() && !QFileInfo::exists(path());
     return text.value_or(QString());
 }
 
@@ -102,13 +103,13 @@ void TaskListFile::parseFile(const QString &text)
     const qsizetype rows = text.count(rowEnd);
     diagnostics::line("No of Rows:", rows + 1);
     skipped = 0;
-    rowsAlike.clear();
     TaskRowReader reader(separatorFieldsFile, separatorRowsFile);
     const QStringView whole(text);
+    RowKeys keys(run, whole, separatorRowsFile);
     qsizetype start = 0;
     for (qsizetype number = 1; number <= rows; ++number) {
         const qsizetype end = whole.indexOf(rowEnd, start);
-        parseRow(number, whole.sliced(start, end - start), reader, isDark);
+        parseRow(number, whole.sliced(start, end - start), reader, keys, isDark);
         start = end + 1;
     }
     if (file && !whole.sliced(start).trimmed().isEmpty())
@@ -121,17 +122,8 @@ void TaskListFile::parseFile(const QString &text)
     filedChanges = manager.changeCount();
 }
 
-/// The key of a row that has none. As long as the program runs it is the same whenever the row is read again,
-/// for whoever still has to do with that task.
-QString TaskListFile::keyFor(QStringView row)
-{
-    const QUuid ofRow = QUuid::createUuidV5(run, row.toUtf8());
-    QUuid key = QUuid::createUuidV5(ofRow, QByteArray::number(rowsAlike[ofRow]++));
-    key.data3 = (key.data3 & 0x0fff) | 0x4000; // as random as the run's, and marked like any other key
-    return key.toString(QUuid::WithoutBraces).toUpper();
-}
-
-void TaskListFile::parseRow(qsizetype number, QStringView row, TaskRowReader &reader, bool isDark)
+void TaskListFile::parseRow(qsizetype number, QStringView row, TaskRowReader &reader, RowKeys &keys,
+                            bool isDark)
 {
     std::optional<task> entry = reader.read(row, {.startHour = manager.defaultStartHour,
                                                   .startMin = manager.defaultStartMin,
@@ -149,7 +141,7 @@ void TaskListFile::parseRow(qsizetype number, QStringView row, TaskRowReader &re
     diagnostics::line("No of Fields:", reader.fields().size());
     entry->color = storedOrHeld(entry->color, isDark);
     if (entry->key.isEmpty())
-        entry->key = keyFor(row);
+        entry->key = keys.keyFor(row, reader);
     manager.addTask(*entry);
     if (reader.fields().size() == TaskRowReader::fullRow)
         diagnostics::line("20 fields");
@@ -159,7 +151,8 @@ void TaskListFile::parseRow(qsizetype number, QStringView row, TaskRowReader &re
 
 void TaskListFile::followAppearance()
 {
-    const std::optional<QString> text = lastWriteFailed ? std::nullopt : read();
+    const bool mayBeElsewhere = lastWriteFailed || wasGone; // some of what the list holds
+    const std::optional<QString> text = mayBeElsewhere ? std::nullopt : read();
     if (text && takeOver(*text))
         return;
     if (const bool isDark = isDarkMode(); isDark != invertedColors) {

@@ -5,7 +5,6 @@
 #include "platform/TextFile.h"
 #include "taskfile/RowTexts.h"
 
-#include <QHash>
 #include <QString>
 #include <QStringView>
 #include <QUuid>
@@ -13,6 +12,7 @@
 #include <functional>
 #include <optional>
 
+class RowKeys;
 class TaskManager;
 class TaskRowReader;
 
@@ -56,15 +56,15 @@ public:
     QString takeCopyPath() { return file ? file->takeCopyPath() : QString(); }
     /// The file's whole text; empty when it cannot be read.
     QString readFile();
-    /// Whether `readFile` has found no file where this program had once read or written one, since this was
-    /// last asked.
-    bool takeIsGone() { return std::exchange(isGone, false); }
+    /// Whether `readFile` has found no file where this program had once read or written one, and nobody has
+    /// brought it back since.
+    bool isGone() const { return wasGone; }
     /// Adds one task to the manager for each row of the text.
     void parseFile(const QString &text);
 
     /// Makes the list hold the colours of the present appearance: by reading the file again or, when that
-    /// cannot be or the last write failed, in place. An active search is applied again and the same task
-    /// stays selected.
+    /// cannot be or some of the list may not be in it, in place. An active search is applied again and the
+    /// same task stays selected.
     void followAppearance();
     /// Takes over what another program has written, as `followAppearance` does, unless the list itself is not
     /// in the file yet; and puts list and file together, by their keys, when the file can be read at last.
@@ -77,8 +77,7 @@ private:
     bool putTogether();
     bool addAgain(const TaskList &tasks);
     std::optional<QString> read();
-    QString keyFor(QStringView row);
-    void parseRow(qsizetype number, QStringView row, TaskRowReader &reader, bool isDark);
+    void parseRow(qsizetype number, QStringView row, TaskRowReader &reader, RowKeys &keys, bool isDark);
 
     char16_t separatorFieldsFile = u'|';
     char16_t separatorRowsFile = u'^';
@@ -87,13 +86,11 @@ private:
 
     TaskManager &manager;
     std::optional<TextFile> file;
-    QString trace; ///< path of a link to the file that was last read or written
-    bool isGone = false;
+    QString trace;        ///< path of a link to the file that was last read or written
     bool wasGone = false; ///< at the start, and nobody has brought it back since
     TaskListHistory history;
     RowTexts rowTexts;
     const QUuid run = QUuid::createUuid();
-    QHash<QUuid, qint64> rowsAlike; ///< how many of a row without key this reading has met
     bool lastWriteFailed = false;
     qint64 filedChanges = 0; ///< the manager's count of changes when list and file were last the same
     qsizetype skipped = 0;

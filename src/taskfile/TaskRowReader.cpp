@@ -83,6 +83,18 @@ std::optional<task> TaskRowReader::read(QStringView row, const Times &times)
     return std::nullopt;
 }
 
+QStringView TaskRowReader::keyOf(QStringView row) const
+{
+    qsizetype start = 0;
+    for (int field = 0; field < Key; ++field) {
+        start = row.indexOf(fieldSeparator, start) + 1;
+        if (start == 0)
+            return {};
+    }
+    const qsizetype end = row.indexOf(fieldSeparator, start);
+    return row.sliced(start, (end < 0 ? row.size() : end) - start);
+}
+
 void TaskRowReader::split(QStringView row)
 {
     rowFields.clear();

@@ -30,6 +30,8 @@ public:
     /// empty one.
     std::optional<task> read(QStringView row, const Times &times);
 
+    /// The key that a row gives, as it stands there, without reading the rest; empty for none.
+    QStringView keyOf(QStringView row) const;
     /// The fields of the row last read.
     const QList<QStringView> &fields() const { return rowFields; }
     /// Why the row last read could not be taken.

@@ -14,7 +14,7 @@ QByteArray PictureFile::encoded(const QImage &picture)
     return picture.save(&buffer, "PNG") ? bytes : QByteArray();
 }
 
-QImage PictureFile::read(QStringList &news)
+QImage PictureFile::read()
 {
     const std::optional<QByteArray> bytes = file.read();
     const QImage picture = decoded(bytes.value_or(QByteArray()));
@@ -22,12 +22,13 @@ QImage PictureFile::read(QStringList &news)
         file.keepCopy();
     holdsPicture = !picture.isNull() || (file.readProblem().isEmpty() && !QFileInfo::exists(path()));
     rejected = QImage();
+    unread.clear();
     if (!file.readProblem().isEmpty())
-        news = {
+        unread = {
             u"%1 cannot be read: %2. It is shown as soon as it can be read, unless you draw meanwhile."_s.arg(
                 path(), file.readProblem())};
     else if (!holdsPicture)
-        news = {u"%1 could not be read as a picture. It is copied before it is overwritten."_s.arg(path())};
+        unread = {u"%1 could not be read as a picture. It is copied before it is overwritten."_s.arg(path())};
     return picture;
 }
 

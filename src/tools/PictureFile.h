@@ -19,8 +19,9 @@ public:
 
     /// The picture in the file; null when there is none. One that cannot be read is kept beside itself when
     /// it is overwritten.
-    /// \param news  is told what of it could not be read, in whole sentences
-    QImage read(QStringList &news);
+    QImage read();
+    /// What could not be read by that, in a whole sentence; otherwise nothing.
+    const QStringList &complaint() const { return unread; }
     /// What others have written since; null when it cannot be read, or nothing when the file still holds what
     /// was last read or written here.
     std::optional<QImage> readNewer();
@@ -46,6 +47,7 @@ public:
 
 private:
     ProtectedFile file;
+    QStringList unread;
     QString problem;
     QImage rejected;
     bool holdsPicture = true;

@@ -108,15 +108,16 @@ bool ViewControllerNotes::loadNotes()
         return false;
     const std::optional<QString> text = file->read();
     const bool isNoText = !text && file->readProblem().isEmpty() && QFileInfo::exists(file->path());
-    QStringList news;
+    report.withdrawNews(unread);
+    unread.clear();
     if (isNoText)
-        news.append(
+        unread.append(
             u"%1 could not be read as text. It is copied before it is overwritten."_s.arg(file->path()));
     else if (!text && !file->readProblem().isEmpty())
-        news.append(
+        unread.append(
             u"%1 cannot be read: %2. It is shown as soon as it can be read, unless you type meanwhile."_s.arg(
                 file->path(), file->readProblem()));
-    report.tell(true, news, file->takeCopyPath());
+    report.tell(true, unread, file->takeCopyPath());
     if (text)
         ui->textEdit->setText(*text);
     if (!isNoText)
@@ -138,7 +139,6 @@ bool ViewControllerNotes::followFile()
         file->read();
         if (!file->readProblem().isEmpty())
             return true;
-        report.withdrawNews();
     } else if (!file->isChangedByOthers()) {
         return isLeftAlone;
     }

@@ -60,6 +60,7 @@ private:
     std::unique_ptr<Ui::ViewControllerNotes> ui;
     std::optional<TextFile> file;
     FileReport report;
+    QStringList unread; ///< what was told of what could not be read
     QPointer<QTimer> timer;
     QByteArray saved;         ///< what the last save wrote
     int savedRevision = -1;   ///< of the document then

@@ -128,10 +128,10 @@ void ViewControllerWhiteboard::viewDidDisappear()
 /// Shows the picture as it is in its file; nothing when there is none.
 void ViewControllerWhiteboard::showPictureFile()
 {
-    QStringList news;
-    ui->whiteboard->setPicture(fileManager->read(news));
+    report.withdrawNews(fileManager->complaint());
+    ui->whiteboard->setPicture(fileManager->read());
     isChanged = false;
-    report.tell(true, news, fileManager->takeCopyPath());
+    report.tell(true, fileManager->complaint(), fileManager->takeCopyPath());
 }
 
 QImage ViewControllerWhiteboard::capture() const
@@ -152,7 +152,7 @@ bool ViewControllerWhiteboard::followFile()
         clearBoard();
         ui->whiteboard->setPicture(*newer);
         steps.clear(); // they are none of that picture's
-        report.withdrawNews();
+        report.withdrawNews(fileManager->complaint());
     }
     return newer.has_value();
 }

@@ -59,21 +59,40 @@ void FileReport::tell(bool isSaved, QStringList news, const QString &copyPath)
     if (news.isEmpty())
         return;
     newsOnTheWay += news;
+    shownNews.removeIf([&news](const QString &told) { return news.contains(told); });
     shownNews += news;
-    shownNews.removeDuplicates();
-    newsBanner->tell(shownNews.join(u'\n'), {{showText,
-                                              [this] {
-                                                  showFolder();
-                                              }},
-                                             {u"&Dismiss"_s, [this] {
-                                                  withdrawNews();
-                                              }}});
+    showNews();
 }
 
-void FileReport::withdrawNews()
+QStringList FileReport::newestNews() const
 {
-    shownNews.clear();
-    newsBanner->withdraw();
+    constexpr qsizetype most = 5;
+    return shownNews.last(std::min(most, shownNews.size()));
+}
+
+/// The newest sentences; those that there is no room for come up when these are dismissed.
+void FileReport::showNews()
+{
+    if (shownNews.isEmpty()) {
+        newsBanner->withdraw();
+        return;
+    }
+    QStringList newest = newestNews();
+    if (const qsizetype more = shownNews.size() - newest.size(); more > 0)
+        newest.append(u"… and %1 more."_s.arg(more));
+    newsBanner->tell(newest.join(u'\n'), {{showText,
+                                           [this] {
+                                               showFolder();
+                                           }},
+                                          {u"&Dismiss"_s, [this] {
+                                               withdrawNews(newestNews());
+                                           }}});
+}
+
+void FileReport::withdrawNews(const QStringList &over)
+{
+    if (shownNews.removeIf([&over](const QString &told) { return over.contains(told); }) > 0)
+        showNews();
 }
 
 bool FileReport::mayClose(const QString &goOn)

@@ -22,7 +22,8 @@ public:
     /// \param news      whole sentences; they are added to what is told, until the user dismisses it
     /// \param copyPath  where the file was copied to; empty for no copy
     void tell(bool isSaved, QStringList news, const QString &copyPath);
-    void withdrawNews();
+    /// \param over  sentences that are no longer so; whatever else was told stays
+    void withdrawNews(const QStringList &over);
     /// Saves once more, and says whether the window may go; while that fails, it is asked of the user. News
     /// that come up on the way are told in an alert, since nobody would see them in the window.
     /// \param goOn  text of the button that lets go what is not saved
@@ -31,6 +32,8 @@ public:
     bool mayBeLeft(const QString &goOn) const;
 
 private:
+    void showNews();
+    QStringList newestNews() const;
     void showFolder() const;
     void tryAgain();
     void waitToTryAgain();

@@ -197,6 +197,9 @@ private slots:
         choose(screen, u"Undo"_s); // of the removal, and not of what is being typed
         QCOMPARE(toldIn(screen) + QString::number(table.model()->rowCount()), u"3"_s);
         QCOMPARE(table.model()->index(1, 1).data().toString(), u"5"_s);
+        QTest::keyClick(&screen, Qt::Key_Z, Qt::ControlModifier); // they go again
+        QCOMPARE(toldIn(screen) + QString::number(table.model()->rowCount()), u"Removed 2 contacts1"_s);
+        choose(screen, u"Undo"_s);
         for (int step = 0; step < 2; ++step)
             QTest::keyClick(&screen, Qt::Key_Z, Qt::ControlModifier);
         click(u"addButton"_s);

@@ -275,8 +275,14 @@ private slots:
         draft.emplace(path); // the program's next run
         QVERIFY(offered().contains(u"“Mow lawn”"));
         child<QLineEdit>("txtTaskName").setText(u"Another"_s);
+        {
+            const FullDisk full(10);
+            choose(*form, u"Take It Up"_s);
+            QVERIFY(toldIn(*form).contains(u"“Mow lawn”. It has not been taken up, since what you have "));
+        }
         choose(*form, u"Take It Up"_s);
-        QVERIFY(toldIn(*form).contains(u"“Another”")); // which it has taken the place of
+        QVERIFY(toldIn(*form).contains(u"“Another”"));          // which it has taken the place of
+        QCOMPARE(TaskDraft(path).begun()->name, u"Mow lawn"_s); // were the program ended now
         form->close();
         QVERIFY(offered().contains(u"“Mow lawn”"));
         form->close(); // without having touched anything
@@ -285,6 +291,7 @@ private slots:
         click("addButton");
         begun.key = tasks().first()->key;
         QVERIFY(haveEqualFields(*tasks().first(), begun));
+        QCOMPARE(TaskDraft(path).begun()->name, u"Another"_s);
         QVERIFY(offered().contains(u"“Another”")); // adding one task is not the end of others
         child<QLineEdit>("txtTaskName").setText(u"Third"_s);
         click("addButton");

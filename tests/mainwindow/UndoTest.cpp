@@ -119,10 +119,13 @@ private slots:
         manager->selectTaskByKey(u"b"_s);
         manager->deleteSelectedTask();
         program->applicationNotices().post(notice::reload);
-        manager->load([this] { // another machine has changed a, removed c and put e before d
-            for (const QString &name : {u"a"_s, u"e"_s, u"d"_s})
-                manager->addTask({.key = name, .name = name + (name == u"a" ? u"!"_s : QString())});
-        });
+        const auto load = [this](const QStringList &names) {
+            manager->load([&] {
+                for (const QString &name : names)
+                    manager->addTask({.key = name.first(1), .date = day(3), .name = name, .due = day(9)});
+            });
+        };
+        load({u"a!"_s, u"e"_s, u"d"_s}); // another machine has changed a, removed c and put e before d
         action(u"actionUndo"_s)->trigger();
         QCOMPARE(namesOf(manager->tasks()).join(u' '), u"a! b e d"_s);
         action(u"actionUndo"_s)->trigger(); // of adding d
@@ -131,14 +134,23 @@ private slots:
         for (int count = 0; count < 3; ++count)
             action(u"actionRedo"_s)->trigger();
         QCOMPARE(namesOf(manager->tasks()).join(u' '), u"a! c d e"_s);
-        manager->load([this] { // c was brought back elsewhere as well
-            for (const QString &name : {u"a!"_s, u"c"_s, u"b"_s, u"e"_s})
-                manager->addTask({.key = name.first(1), .name = name});
-        });
-        action(u"actionUndo"_s)->trigger(); // of deleting b, which is there
+        load({u"a!"_s, u"c"_s, u"b"_s, u"e"_s}); // c was brought back elsewhere as well
+        action(u"actionUndo"_s)->trigger();      // of deleting b, which is there
         QCOMPARE(namesOf(manager->tasks()).join(u' '), u"a! c b e"_s);
         action(u"actionRedo"_s)->trigger();
         QCOMPARE(namesOf(manager->tasks()).join(u' '), u"a! c e"_s);
+        const auto *status = window->findChild<QLabel *>(u"statusMessageLabel"_s);
+        for (int count = 0; count < 5; ++count)
+            action(u"actionUndo"_s)->trigger(); // down to the adding of a
+        QCOMPARE(status->text(), u"'a!' was changed elsewhere since and stays."_s);
+        manager->selectTaskByKey(u"e"_s);
+        manager->closeSelectedTask();
+        program->applicationNotices().post(notice::reload);
+        load({u"a!"_s, u"e!"_s});
+        action(u"actionUndo"_s)->trigger();
+        QCOMPARE(status->text(), u"'e!' was changed elsewhere since and stays."_s);
+        action(u"actionRedo"_s)->trigger();
+        QCOMPARE(namesOf(manager->tasks()).join(u' '), u"a! e!"_s);
     }
 
 private:

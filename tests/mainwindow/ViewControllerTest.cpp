@@ -1,8 +1,8 @@
 #include "app/UIUtil.h"
 #include "contacts/Contact.h"
 #include "contacts/PersistentContainer.h"
-#include "mainwindow/TaskTable.h"
 #include "gateway/MessagingSettings.h"
+#include "mainwindow/TaskTable.h"
 #include "model/TaskManager.h"
 #include "platform/DayWatch.h"
 #include "platform/FileDescriptor.h"
@@ -223,13 +223,17 @@ private slots:
         writeTo(home->filePath(u"zandulist.txt"_s), row("a", 1) + "broken^");
         open();
         QVERIFY(toldIn(*window).startsWith(u"1 of the rows in "_s + home->path()));
+        writeTo(home->filePath(u"zandulist.txt"_s), row("a", 1)); // somebody repairs it
+        QTRY_COMPARE(toldIn(*window), QString());
         program.reset();
         const QString state = home->filePath(u"state"_s);
         QVERIFY(redoFile::write(redoFile::pathFor(state, state), state, {}, {}, redoFile::digestOf({})));
         QVERIFY(QFile::remove(home->filePath(u"zandulist.txt"_s)));
         open();
-        QVERIFY(toldIn(*window).startsWith(u"What was last changed in "_s + state));
         QVERIFY(toldIn(*window).contains(u"no task list in "_s + home->path()));
+        writeTo(home->filePath(u"zandulist.txt"_s), row("a", 1));
+        QTRY_VERIFY(!toldIn(*window).contains(u"no task list"));
+        QVERIFY(toldIn(*window).startsWith(u"What was last changed in "_s + state));
     }
 
     void theListFollowsItsFile()

@@ -1,3 +1,4 @@
+#include "platform/RedoFile.h"
 #include "support/FullDisk.h"
 #include "support/TestProgram.h"
 #include "versions/VersionStore.h"
@@ -216,7 +217,7 @@ private slots:
         QVERIFY(!store.makeRoom(u"/proc/self/list.txt"_s, 1)); // on another disk
         QVERIFY(store.makeRoom(list, 1));
         QCOMPARE(versionFile::list(store.folder()).versions.first().number, 3);
-        QVERIFY(store.makeRoom(list, 1));
+        QVERIFY(store.makeRoom(redoFile::pathFor(home->filePath(u"state"_s), list), 1));
         store.keep(noise); // again, since it is kept no longer
         QVERIFY(store.finish(60s));
         QCOMPARE(versionFile::list(store.folder()).versions.size(), 1);

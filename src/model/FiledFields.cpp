@@ -1,4 +1,4 @@
-#include "forms/FiledFields.h"
+#include "model/FiledFields.h"
 
 #include "model/task.h"
 
@@ -34,4 +34,9 @@ QStringList differingFields(const task &a, const task &b)
         if (differs)
             names.append(name);
     return names;
+}
+
+bool areFiledAlike(const task &a, const task &b)
+{
+    return a.key == b.key && a.hidden == b.hidden && differingFields(a, b).isEmpty();
 }
