@@ -91,6 +91,7 @@ void MessageJournal::tryAgain(const QStringList &numbers)
     QMetaObject::invokeMethod(
         &threadContext,
         [this, numbers] {
+            write({}, {}); // lest a refusal from before mark them again
             JournalStore &journal = openedStore();
             const bool isDone = std::ranges::all_of(
                 numbers, [&journal](const QString &number) { return journal.tryAgain(number); });
