@@ -1,6 +1,7 @@
 #include "gateway/GatewayClient.h"
 
 #include "gateway/GatewayAnswer.h"
+#include "gateway/GatewayTransport.h"
 #include "journal/MessageJournal.h"
 #include "platform/Diagnostics.h"
 
@@ -20,105 +21,8 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr qsizetype connections = 6; // as many as a QNetworkAccessManager opens to one host
-constexpr qint64 longestAnswer = 1 << 20;
-
-/// A request's body that can be read only once. Where a connection breaks after a request was sent, Qt would
-/// otherwise send it again, and the gateway may have seen it already.
-class UnrepeatableBody : public QIODevice
-{
-public:
-    explicit UnrepeatableBody(const QByteArray &content)
-        : bytes(content)
-    {
-        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
-    }
-
-    bool isSequential() const override { return true; }
-    bool reset() override { return read == 0; }
-    qint64 bytesAvailable() const override { return bytes.size() - read + QIODevice::bytesAvailable(); }
-
-protected:
-    qint64 readData(char *destination, qint64 most) override
-    {
-        const QByteArrayView part = QByteArrayView(bytes).sliced(read, std::min(most, bytes.size() - read));
-        std::ranges::copy(part, destination);
-        read += part.size();
-        return part.size();
-    }
-    qint64 writeData(const char *, qint64) override { return -1; }
-
-private:
-    QByteArray bytes;
-    qsizetype read = 0;
-};
-
-QNetworkRequest prepare(const GatewayAddress &address, const QSslConfiguration &tls,
-                        const GatewayRequest &request)
-{
-    QUrl url;
-    url.setScheme(u"https"_s);
-    url.setHost(address.host);
-    url.setPort(address.port == 443 ? -1 : address.port);
-    url.setPath(request.path);
-    QNetworkRequest prepared(url);
-    if (!request.body.isEmpty()) {
-        prepared.setHeader(QNetworkRequest::ContentTypeHeader, "application/x-www-form-urlencoded"_ba);
-        prepared.setHeader(QNetworkRequest::ContentLengthHeader, request.body.size());
-    }
-    prepared.setRawHeader("Authorization", "Basic " + (request.userName + ':' + request.password).toBase64());
-    prepared.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
-    prepared.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
-    prepared.setAttribute(QNetworkRequest::Http2AllowedAttribute, false); // it has retries of its own
-    for (const auto attribute :
-         {QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::CookieLoadControlAttribute,
-          QNetworkRequest::CookieSaveControlAttribute})
-        prepared.setAttribute(attribute, QNetworkRequest::Manual);
-    prepared.setSslConfiguration(tls);
-    return prepared;
-}
-
-/// Why there is no complete answer of the gateway; nothing when there is one, whatever it says.
-std::optional<QString> transportError(const QNetworkReply &reply)
-{
-    const QNetworkReply::NetworkError error = reply.error();
-    const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    // Qt reports refusals of the gateway as errors, too, and so it does with redirections and challenges that
-    // would make it send the body again.
-    const bool isAnswer = status >= 300 && error > QNetworkReply::UnknownNetworkError &&
-                          error != QNetworkReply::ProtocolUnknownError &&
-                          error != QNetworkReply::ProtocolFailure;
-    if (error == QNetworkReply::NoError || isAnswer)
-        return std::nullopt;
-    if (error == QNetworkReply::ContentReSendError)
-        return u"The gateway closed the connection without an answer"_s;
-    if (const QVariant reason = reply.property("reason"); reason.isValid())
-        return reason.toString();
-    return reply.errorString();
-}
-
-/// False when the request has certainly not come to the gateway.
-bool hasReached(QNetworkReply::NetworkError error)
-{
-    return error != QNetworkReply::HostNotFoundError && error != QNetworkReply::ConnectionRefusedError &&
-           error != QNetworkReply::SslHandshakeFailedError;
-}
-
-/// Ends the request; the reason is told in place of its error.
-void breakOff(QNetworkReply &reply, const QString &reason)
-{
-    reply.setProperty("reason", reason);
-    reply.abort();
-}
 
 } // namespace
-
-QSslConfiguration tlsConfiguration(const GatewayAddress &address)
-{
-    QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
-    if (!address.trusted.isEmpty()) // an empty list would replace the system's
-        tls.setCaCertificates(address.trusted);
-    return tls;
-}
 
 GatewayClient::GatewayClient(const GatewayAddress &gateway, const Preferences &userPreferences,
                              std::chrono::milliseconds requestTimeLimit,
@@ -257,7 +161,7 @@ bool GatewayClient::finish(std::chrono::nanoseconds limit)
         return true;
     const auto breakAllOff = [this] {
         for (QNetworkReply *reply : manager->findChildren<QNetworkReply *>())
-            breakOff(*reply, u"The program ended before the gateway answered"_s);
+            gatewayTransport::breakOff(*reply, u"The program ended before the gateway answered"_s);
     };
     QMetaObject::invokeMethod(&threadContext, breakAllOff, Qt::QueuedConnection);
     changed.wait_for(lock, 1s, isIdle); // takes a moment, unless the thread itself is kept waiting
@@ -267,10 +171,8 @@ bool GatewayClient::finish(std::chrono::nanoseconds limit)
 void GatewayClient::send(const GatewayRequest &request)
 {
     prepareConnections();
-    auto body = std::make_unique<UnrepeatableBody>(request.body);
-    QNetworkReply *reply = manager->post(prepare(address, *tls, request), body.get());
-    body.release()->setParent(reply);
-    guard(*reply);
+    QNetworkReply *reply = gatewayTransport::post(*manager, gatewayTransport::prepare(address, *tls, request),
+                                                  request.body, timeLimit);
     QObject::connect(reply, &QNetworkReply::finished, &threadContext,
                      [this, reply, request] { complete(*reply, request); });
     if (request.pause > 0ms)
@@ -279,22 +181,6 @@ void GatewayClient::send(const GatewayRequest &request)
             isPausing = false;
             sendHeld();
         });
-}
-
-/// Breaks the request off when its answer takes too long or does not end.
-void GatewayClient::guard(QNetworkReply &reply) const
-{
-    auto *limit = new QTimer(&reply); // ends with the reply
-    limit->setTimerType(Qt::PreciseTimer);
-    limit->setSingleShot(true);
-    QObject::connect(limit, &QTimer::timeout, &reply,
-                     [&reply] { breakOff(reply, u"The gateway did not answer in time"_s); });
-    limit->start(timeLimit);
-    reply.setReadBufferSize(longestAnswer + 1);
-    QObject::connect(&reply, &QNetworkReply::readyRead, &reply, [&reply] {
-        if (reply.bytesAvailable() > longestAnswer)
-            breakOff(reply, u"The gateway's answer does not end"_s);
-    });
 }
 
 void GatewayClient::ask(const GatewayMessage &message,
@@ -323,13 +209,13 @@ void GatewayClient::query(const GatewayRequest &request,
                           const std::function<void(const QString &problem)> &answered)
 {
     prepareConnections();
-    QNetworkReply *reply = manager->get(prepare(address, *tls, request));
-    guard(*reply);
+    QNetworkReply *reply =
+        gatewayTransport::get(*manager, gatewayTransport::prepare(address, *tls, request), timeLimit);
     QObject::connect(reply, &QNetworkReply::finished, &threadContext, [this, reply, request, answered] {
         lastUse.start();
         reply->deleteLater();
         GatewayMessage message = request.message;
-        if (const std::optional<QString> error = transportError(*reply)) {
+        if (const std::optional<QString> error = gatewayTransport::error(*reply)) {
             answered(lineText(*error, request));
             return;
         }
@@ -372,7 +258,7 @@ void GatewayClient::complete(QNetworkReply &reply, const GatewayRequest &request
 {
     lastUse.start();
     reply.deleteLater(); // before anybody can know of its end and send what would meet it
-    const std::optional<QString> error = transportError(reply);
+    const std::optional<QString> error = gatewayTransport::error(reply);
     const QByteArray body = error ? QByteArray() : reply.readAll();
     // Decoded as a whole, so that a last character that is cut off is an error, too.
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
@@ -385,7 +271,8 @@ void GatewayClient::complete(QNetworkReply &reply, const GatewayRequest &request
     diagnostics::flush(); // the main thread may not become idle for long
     GatewayMessage message = request.message;
     if (error) {
-        message.entry.state = hasReached(reply.error()) ? MessageState::NoAnswer : MessageState::NotSent;
+        message.entry.state =
+            gatewayTransport::hasReached(reply.error()) ? MessageState::NoAnswer : MessageState::NotSent;
         message.entry.reason = lineText(*error, request);
     } else {
         GatewayAnswer(reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), body)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gateway/GatewayTransport.h"
 #include "gateway/HeldMessages.h"
 
 #include <QElapsedTimer>
@@ -15,17 +16,6 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-
-/// Where the gateway is reached by HTTPS.
-struct GatewayAddress
-{
-    QString host = QStringLiteral("api.twilio.com");
-    quint16 port = 443;
-    QList<QSslCertificate> trusted = {}; ///< certificates to trust; empty for those of the system
-};
-
-/// The TLS settings, with the certificates by which the gateway has to prove who it is.
-QSslConfiguration tlsConfiguration(const GatewayAddress &address);
 
 /// The one HTTPS client through which all messages go, on a thread of its own.
 ///
@@ -80,7 +70,6 @@ private:
     void recordAhead();
     void send(const GatewayRequest &request);
     void query(const GatewayRequest &request, const std::function<void(const QString &problem)> &answered);
-    void guard(QNetworkReply &reply) const;
     void prepareConnections();
     void complete(QNetworkReply &reply, const GatewayRequest &request);
     void note(const GatewayMessage &message);
