@@ -69,7 +69,8 @@ int Program::run(const std::function<void()> &cutShort)
 
 void Program::perform(const QString &action)
 {
-    auto *command = window.findChild<QAction *>(CommandLine::commandOf(action));
+    const QString name = CommandLine::commandOf(action);
+    auto *command = name.isEmpty() ? nullptr : window.findChild<QAction *>(name); // no name: any command
     if (!command) {
         bringToFront(window);
         return;

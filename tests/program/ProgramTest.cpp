@@ -62,8 +62,11 @@ public:
             while (canReadLine())
                 if (const QByteArray line = readLine(); line.startsWith(beginning))
                     return line.sliced(beginning.size()).trimmed();
+                else
+                    passed += line;
         return std::nullopt;
     }
+    QByteArray passed; ///< the lines before
 
     /// Starts it and waits for its list; the number of rows shown, or -1 when it ends or stays silent before.
     int rowsShown()
@@ -134,21 +137,35 @@ private slots:
         const QTemporaryDir own;
         writeTo(own.filePath(u"Documents/zandunotes.txt"_s), "buy twine");
         Running first(own.path());
-        first.setArguments({u"--new-task"_s});
         QCOMPARE(first.rowsShown(), 0);
-        QVERIFY(first.waitFor("Mngd Context:")); // of the form
-        Running second(own.path());
-        second.setArguments({u"--notes"_s});
-        second.start();
-        QCOMPARE(first.waitFor("Read File "), "buy twine");
-        QVERIFY(second.waitForFinished(limit) && second.exitCode() == EXIT_SUCCESS);
-        const QDBusConnection bus = sessionBus::open();
-        QDBusMessage call =
-            QDBusMessage::createMethodCall(u"example.quorvane.Quorvane"_s, u"/example/quorvane/Quorvane"_s,
-                                           u"org.freedesktop.Application"_s, u"ActivateAction"_s);
-        call << u"messages"_s << QVariantList() << QVariantMap();
-        QCOMPARE(bus.call(call).type(), QDBusMessage::ReplyMessage);
+        const auto call = [](const QString &method, const QVariantList &arguments) {
+            QDBusMessage message = QDBusMessage::createMethodCall(u"example.quorvane.Quorvane"_s,
+                                                                  u"/example/quorvane/Quorvane"_s,
+                                                                  u"org.freedesktop.Application"_s, method);
+            message.setArguments(arguments);
+            return sessionBus::open().call(message).type();
+        };
+        QCOMPARE(call(u"Activate"_s, {QVariantMap()}), QDBusMessage::ReplyMessage);
+        for (const QString &action : {u"notes"_s, u"new-task"_s}) {
+            Running second(own.path());
+            second.setArguments({u"--"_s + action});
+            second.start();
+            if (action == u"notes")
+                QCOMPARE(first.waitFor("Read File "), "buy twine");
+            else
+                QVERIFY(first.waitFor("Mngd Context:")); // of the form
+            QVERIFY(second.waitForFinished(limit) && second.exitCode() == EXIT_SUCCESS);
+        }
+        QVERIFY(!first.passed.contains("Mngd Context:")); // opened before it was asked for
+        QCOMPARE(call(u"ActivateAction"_s, {u"messages"_s, QVariantList(), QVariantMap()}),
+                 QDBusMessage::ReplyMessage);
         QVERIFY(first.waitFor("---Persistent Store---:"));
+        first.terminate();
+        QVERIFY(first.waitForFinished(limit));
+        Running third(own.path());
+        third.setArguments({u"--new-task"_s});
+        third.start();
+        QVERIFY(third.waitFor("Mngd Context:"));
     }
 
     void answersOnTheCommandLine()
