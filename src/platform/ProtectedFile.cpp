@@ -71,6 +71,30 @@ static bool isHalfWritten(const QByteArray &present, const redoFile::Redo &redo)
            (same > 0 && (present.size() == same || present.size() == redo.replaced.size));
 }
 
+/// Whether somebody else has written the file since its redo file was.
+static bool isOvertaken(const QString &path, const std::optional<QByteArray> &present,
+                        const redoFile::Redo &redo, const QString &redoPath)
+{
+    return present && !present->isEmpty() && redoFile::digestOf(*present) != redo.replaced &&
+           !isHalfWritten(*present, redo) &&
+           QFileInfo(path).lastModified() >= QFileInfo(redoPath).lastModified();
+}
+
+std::optional<QByteArray> ProtectedFile::peek(const QString &path, const QString &stateFolder)
+{
+    const QString redoPath = redoFile::pathFor(path, stateFolder);
+    for (;;) {
+        const QDateTime before = QFileInfo(path).lastModified();
+        const std::optional<QByteArray> present = readWholeFile(path);
+        const int reason = errno;
+        if (const auto redo = redoFile::read(redoPath); redo)
+            return isOvertaken(path, present, *redo, redoPath) ? present : redo->content;
+        errno = reason;
+        if (!present || QFileInfo(path).lastModified() == before) // or it was written while it was read
+            return present;
+    }
+}
+
 void ProtectedFile::replay()
 {
     bool isBroken = false;
@@ -94,9 +118,7 @@ bool ProtectedFile::replay(const redoFile::Redo &redo)
     if (present == redo.content)
         return true;
     const bool isUntouched = present && (present->isEmpty() || redoFile::digestOf(*present) == redo.replaced);
-    const bool isOvertaken = present && !isUntouched && !isHalfWritten(*present, redo) &&
-                             info.lastModified() >= QFileInfo(redoPath).lastModified();
-    if (isOvertaken)
+    if (isOvertaken(filePath, present, redo, redoPath))
         return keepAside(redo.content); // somebody else has written the file since
     return (!info.exists() || isUntouched || copyAside()) && writeInPlace(redo.content, true);
 }

@@ -35,6 +35,11 @@ public:
     /// Replays what an earlier run left unfinished, for all files. To be called before any of them is read.
     static QList<Replayed> replayAll(const QString &stateFolder);
 
+    /// The content that the file has or, while it is being written or after that was interrupted, is to have;
+    /// nothing when it is missing or cannot be read, with the reason in errno. Changes nothing and locks
+    /// nothing: for who looks only, also while another process writes.
+    static std::optional<QByteArray> peek(const QString &path, const QString &stateFolder);
+
     /// Replays what an earlier run left unfinished for this path. Where somebody else has written the file
     /// since, it stays as it is, and what was left unfinished becomes a copy of the kind that `keepCopy`
     /// makes; where that is uncertain, the file is copied first. What another machine is writing at this

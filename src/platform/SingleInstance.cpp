@@ -6,6 +6,7 @@
 #include <QDBusMessage>
 #include <QDeadlineTimer>
 #include <QDir>
+#include <QGuiApplication>
 #include <QSysInfo>
 #include <QThread>
 
@@ -14,20 +15,47 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+/// The desktop entry's name, by which the desktop starts the program and asks it for things.
+const QString desktopName = u"example.quorvane.Quorvane"_s;
 const QString path = u"/example/quorvane/Quorvane"_s;
 const QString interface = u"org.freedesktop.Application"_s;
 
 QString serviceOf(const QString &stateFolder)
 {
     const QByteArray mark = QCryptographicHash::hash(stateFolder.toUtf8(), QCryptographicHash::Sha1);
-    return u"example.quorvane.Quorvane.S"_s + QString::fromLatin1(mark.toHex());
+    return desktopName + u".S"_s + QString::fromLatin1(mark.toHex());
+}
+
+// Leave to come to the front: a token of the xdg-activation-v1 protocol, which goes to a program that is
+// started in this variable, and which Qt takes from there when a window is activated.
+constexpr char tokenVariable[] = "XDG_ACTIVATION_TOKEN";
+const QString tokenKey = u"activation-token"_s;
+const QString startupKey = u"desktop-startup-id"_s; // the same, from desktops that know of X11 only
+
+QVariantMap ownPlatformData()
+{
+    QVariantMap data;
+    if (const QString token = qEnvironmentVariable(tokenVariable); !token.isEmpty())
+        data = {{tokenKey, token}, {startupKey, token}};
+    else if (const QString id = qEnvironmentVariable("DESKTOP_STARTUP_ID"); !id.isEmpty())
+        data = {{startupKey, id}};
+    return data;
+}
+
+void takeLeave(const QVariantMap &platformData)
+{
+    const QString token = platformData.value(tokenKey, platformData.value(startupKey)).toString();
+    if (!token.isEmpty() && QGuiApplication::platformName().startsWith(u"wayland"))
+        qputenv(tokenVariable, token.toUtf8());
 }
 
 } // namespace
 
-SingleInstance::SingleInstance(const QString &stateFolder, const QDBusConnection &session)
+SingleInstance::SingleInstance(const QString &stateFolder, const QDBusConnection &session,
+                               const QString &action)
     : lock(stateFolder + u"/quorvane.lock"_s)
     , service(serviceOf(stateFolder))
+    , wantedAction(action)
     , bus(session)
 {
     QDir().mkpath(stateFolder);
@@ -51,6 +79,8 @@ SingleInstance::Outcome SingleInstance::acquire(bool evenIfUncertain)
         return Outcome::Uncertain;
     }
     takeName();
+    if (bus.isConnected()) // one that works in other folders may be there, and is the one that is found then
+        bus.registerService(desktopName);
     // From then on there is nothing that could be shown.
     connect(qApp, &QCoreApplication::aboutToQuit, this, &SingleInstance::giveNameBack);
     if (state == LockFile::State::Taken)
@@ -83,6 +113,7 @@ void SingleInstance::giveNameBack()
 {
     if (!bus.isConnected())
         return;
+    bus.unregisterService(desktopName);
     bus.unregisterService(service);
     bus.unregisterObject(path);
 }
@@ -91,8 +122,12 @@ bool SingleInstance::activateOther()
 {
     constexpr int answerMilliseconds = 3000;
     constexpr int pauseMilliseconds = 20;
-    QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, u"Activate"_s);
-    call << QVariantMap();
+    const bool isPlain = wantedAction.isEmpty();
+    QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface,
+                                                       isPlain ? u"Activate"_s : u"ActivateAction"_s);
+    if (!isPlain)
+        call << wantedAction << QVariantList();
+    call << ownPlatformData();
     const QDeadlineTimer deadline(answerMilliseconds);
     while (bus.isConnected() && !deadline.hasExpired()) {
         const int timeLeft = std::max(1, int(deadline.remainingTime()));
@@ -117,7 +152,14 @@ bool SingleInstance::identifyOther()
     return processId.isValid();
 }
 
-void SingleInstance::Activate(const QVariantMap &)
+void SingleInstance::Activate(const QVariantMap &platformData)
 {
-    emit activated();
+    ActivateAction({}, {}, platformData);
+}
+
+void SingleInstance::ActivateAction(const QString &action, const QVariantList &,
+                                    const QVariantMap &platformData)
+{
+    takeLeave(platformData);
+    emit activated(action);
 }

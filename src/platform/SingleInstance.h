@@ -23,7 +23,9 @@ public:
 
     /// \param stateFolder  the folder of the lock file, made when missing; those of different folders do not
     ///                     know each other
-    SingleInstance(const QString &stateFolder, const QDBusConnection &bus);
+    /// \param action       what another program is asked to do besides showing itself, as the desktop entry
+    ///                     names it; empty for nothing
+    SingleInstance(const QString &stateFolder, const QDBusConnection &bus, const QString &action = {});
 
     /// Waits at most some seconds, for another program's answer.
     /// \param evenIfUncertain  the user wants to start all the same
@@ -35,12 +37,15 @@ public:
     const QString &lockPath() const { return lock.path(); }
 
 signals:
-    /// Another start asked this program to show itself.
-    void activated();
+    /// The desktop or another start asked this program to show itself and to do the action, if any. Where a
+    /// window may only come to the front by leave of the desktop, that has been granted to the next one.
+    void activated(const QString &action);
 
 public slots:
     /// Desktop Entry Specification 1.5, "D-Bus Activation".
     Q_SCRIPTABLE void Activate(const QVariantMap &platformData);
+    Q_SCRIPTABLE void ActivateAction(const QString &action, const QVariantList &parameters,
+                                     const QVariantMap &platformData);
 
 private:
     bool isHeldHere(LockFile::State state) const;
@@ -52,5 +57,6 @@ private:
     LockFile lock;
     LockFile::Owner other;
     QString service;
+    QString wantedAction;
     QDBusConnection bus;
 };

@@ -5,7 +5,10 @@
 #include "platform/Diagnostics.h"
 #include "platform/Folders.h"
 #include "platform/ProtectedFile.h"
+#include "program/CommandLine.h"
+#include "widgets/Screen.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QDeadlineTimer>
 
@@ -62,6 +65,20 @@ int Program::run(const std::function<void()> &cutShort)
         std::_Exit(result);
     }
     return result;
+}
+
+void Program::perform(const QString &action)
+{
+    const QString name = CommandLine::commandOf(action);
+    auto *command = name.isEmpty() ? nullptr : window.findChild<QAction *>(name); // no name: any command
+    if (!command) {
+        bringToFront(window);
+        return;
+    }
+    // What opens comes to the front: where that takes leave, it is given once.
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.raise();
+    command->trigger();
 }
 
 bool Program::finish(std::chrono::nanoseconds limit)

@@ -39,6 +39,10 @@ public:
     /// \param cutShort  what is left to be done then
     int run(const std::function<void()> &cutShort);
 
+    /// Shows the main window in front, and does what the desktop entry's action of this name says; nothing
+    /// more for another name.
+    void perform(const QString &action);
+
     ViewController &mainWindow() { return window; }
     NotificationCenter &applicationNotices() { return notices; }
     CloudSync &cloudSync() { return cloud; }

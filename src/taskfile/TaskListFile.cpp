@@ -21,7 +21,12 @@ TaskListFile::TaskListFile(TaskManager &taskManager, const QString &documentsFol
     , history(std::move(listHistory))
 {
     if (!documentsFolder.isEmpty())
-        file.emplace(documentsFolder + u"/zandulist.txt"_s, stateFolder);
+        file.emplace(pathIn(documentsFolder), stateFolder);
+}
+
+QString TaskListFile::pathIn(const QString &documentsFolder)
+{
+    return documentsFolder + u"/zandulist.txt"_s;
 }
 
 QByteArray TaskListFile::text()

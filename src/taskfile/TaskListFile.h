@@ -39,6 +39,9 @@ public:
     TaskListFile(TaskManager &manager, const QString &documentsFolder, const QString &stateFolder,
                  TaskListHistory history = {});
 
+    /// Where the list is in this documents folder.
+    static QString pathIn(const QString &documentsFolder);
+
     /// Writes the whole list; false when that failed, and then the list that was in the file is still there.
     bool writeFile();
     /// Whether the file holds the list, as far as it was to be written.

@@ -17,10 +17,13 @@ const QByteArray oldRow = "3/7/24|old||1.0|1.0|1.0|1.0|3/9/24|0|0|Open|None|old|
 /// What the program finds at its next start: old or new, or whatever else.
 QString found(const QString &what, const QString &folder)
 {
+    const QString path = folder + u"/zandulist.txt"_s;
+    const auto seenBefore = ProtectedFile::peek(path, folder + u"/state"_s);
     ProtectedFile::replayAll(folder + u"/state"_s);
     if (what == u"list") {
-        const QByteArray list = contentOf(folder + u"/zandulist.txt"_s);
-        return list == oldRow ? u"old"_s
+        const QByteArray list = contentOf(path);
+        return seenBefore != list ? u"seen otherwise"_s
+               : list == oldRow   ? u"old"_s
                : list.startsWith(oldRow) && list.count('^') == 2 && list.endsWith('^')
                    ? u"new"_s
                    : QString::fromUtf8(list);

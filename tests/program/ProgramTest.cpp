@@ -1,4 +1,5 @@
 #include "platform/Folders.h"
+#include "platform/SessionBus.h"
 #include "program/Application.h"
 #include "program/StartCheck.h"
 #include "support/Dialogs.h"
@@ -6,9 +7,11 @@
 #include "support/TestProgram.h"
 #include "widgets/Palettes.h"
 
+#include <QDBusMessage>
 #include <QDir>
 #include <QFileDialog>
 #include <QImage>
+#include <QJsonDocument>
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QProcess>
@@ -52,16 +55,24 @@ public:
         setProcessEnvironment(variables);
     }
 
-    /// Starts it and waits for its list; the number of rows shown, or -1 when it ends or stays silent before.
-    int rowsShown()
+    /// Waits for a line that begins so; what follows, or nothing when it ends or stays silent before.
+    std::optional<QByteArray> waitFor(QByteArrayView beginning)
     {
-        constexpr QByteArrayView beginning("Number of Rows: ");
-        start();
         while (canReadLine() || waitForReadyRead(limit))
             while (canReadLine())
                 if (const QByteArray line = readLine(); line.startsWith(beginning))
-                    return line.sliced(beginning.size()).trimmed().toInt();
-        return -1;
+                    return line.sliced(beginning.size()).trimmed();
+                else
+                    passed += line;
+        return std::nullopt;
+    }
+    QByteArray passed; ///< the lines before
+
+    /// Starts it and waits for its list; the number of rows shown, or -1 when it ends or stays silent before.
+    int rowsShown()
+    {
+        start();
+        return waitFor("Number of Rows: ").value_or("-1").toInt();
     }
 };
 
@@ -118,6 +129,84 @@ private slots:
             QCOMPARE(second.exitStatus(), QProcess::NormalExit);
             QCOMPARE(second.exitCode(), address == bus ? EXIT_SUCCESS : EXIT_FAILURE);
             QCOMPARE(first.state(), QProcess::Running);
+        }
+    }
+
+    void doesWhatTheDesktopAsksFor()
+    {
+        const QTemporaryDir own;
+        writeTo(own.filePath(u"Documents/zandunotes.txt"_s), "buy twine");
+        Running first(own.path());
+        QCOMPARE(first.rowsShown(), 0);
+        const auto call = [](const QString &method, const QVariantList &arguments) {
+            QDBusMessage message = QDBusMessage::createMethodCall(u"example.quorvane.Quorvane"_s,
+                                                                  u"/example/quorvane/Quorvane"_s,
+                                                                  u"org.freedesktop.Application"_s, method);
+            message.setArguments(arguments);
+            return sessionBus::open().call(message).type();
+        };
+        QCOMPARE(call(u"Activate"_s, {QVariantMap()}), QDBusMessage::ReplyMessage);
+        for (const QString &action : {u"notes"_s, u"new-task"_s}) {
+            Running second(own.path());
+            second.setArguments({u"--"_s + action});
+            second.start();
+            QVERIFY(
+                first.waitFor(action == u"notes" ? "Read File buy twine" : "Mngd Context:")); // of the form
+            QVERIFY(second.waitForFinished(limit) && second.exitCode() == EXIT_SUCCESS);
+        }
+        QVERIFY(!first.passed.contains("Mngd Context:")); // opened before it was asked for
+        QCOMPARE(call(u"ActivateAction"_s, {u"messages"_s, QVariantList(), QVariantMap()}),
+                 QDBusMessage::ReplyMessage);
+        QVERIFY(first.waitFor("---Persistent Store---:"));
+        first.terminate();
+        QVERIFY(first.waitForFinished(limit));
+        Running third(own.path());
+        third.setArguments({u"--new-task"_s});
+        third.start();
+        QVERIFY(third.waitFor("Mngd Context:"));
+    }
+
+    void answersOnTheCommandLine()
+    {
+        const QTemporaryDir own;
+        const QString list = own.filePath(u"Documents/zandulist.txt"_s);
+        const QByteArray open = "3/7/24|mow\x1b[2J||1|1|1|1|3/9/24|0|0|Open|None|A|false|8|5|17|0|Peña|Weiß^";
+        const QByteArray closed = "3/8/24|sow||1|1|1|1|3/8/24|1|2|Closed|High|B|true|8|0|9|0||^";
+        const QByteArray title = "Start Date  Start  End    Task     Client  Team Member  Description  "
+                                 "Status  Priority  Due Date\n";
+        const QByteArray mow =
+            "3/7/24      08:05  17:00  mow [2J  Peña    Weiß                      Open    None      3/9/24\n";
+        const QByteArray sow = R"([{"client":"","description":"","dueDate":"2024-03-08","endTime":"09:00",)"
+                               R"("hidden":true,"key":"B","priority":"High","startDate":"2024-03-08",)"
+                               R"("startTime":"08:00","status":"Closed","task":"sow","teamMember":""}])";
+        for (const auto &[arguments, content, code, output, complaint] :
+             std::initializer_list<std::tuple<QStringList, QByteArray, int, QByteArray, QByteArray>>{
+                 {{u"--list"_s, u"open"_s}, open + closed, 0, title + mow, ""},
+                 {{u"--list=hidden-CLOSED"_s, u"--json"_s}, open + closed, 0, sow, ""},
+                 {{u"--list"_s, u"Global-All"_s, u"--json"_s}, "", 0, "[]", ""},
+                 {{u"--list"_s, u"All"_s}, open + "x^", 1, title + mow, "missing here: 1"},
+                 {{u"--list"_s, u"All"_s}, "\xff", 1, "", "not UTF-8"},
+                 {{u"--list"_s, u"due"_s}, open, 2, "", "The views are: All, "},
+                 {{u"--notes"_s, u"--messages"_s}, open, 2, "", "exclude each other"},
+                 {{u"--nets"_s}, open, 2, "", "Unknown option 'nets'"},
+                 {{u"-platform"_s, u"offscreen"_s, u"list.txt"_s}, open, 2, "", "Unexpected argument"},
+                 {{u"--version"_s}, open, 0, "quorvane 0.", ""},
+                 {{u"-h"_s}, open, 0, "Usage: quorvane [options]\n", ""}}) {
+            writeTo(list, content);
+            Running process(own.path());
+            process.setArguments(arguments);
+            process.setVariable(u"LC_ALL"_s, u"en_US.UTF-8"_s);
+            process.setVariable(u"QT_QPA_PLATFORM"_s, u"none"_s); // no window is to be had
+            process.start();
+            QVERIFY(process.waitForFinished(limit));
+            QByteArray written = process.readAllStandardOutput();
+            if (arguments.contains(u"--json"_s) && code == 0)
+                written = QJsonDocument::fromJson(written).toJson(QJsonDocument::Compact);
+            QVERIFY2(output.isEmpty() ? written.isEmpty() : written.startsWith(output), written);
+            QVERIFY(process.readAllStandardError().contains(complaint));
+            QCOMPARE(process.exitCode(), code);
+            QCOMPARE(contentOf(list), content);
+            QVERIFY(!QFileInfo::exists(own.filePath(u".local"_s))); // nothing is written
         }
     }
 
