@@ -18,7 +18,8 @@ void DeliveryQuery::askNext()
         isOver = true;
         const QString failure =
             u"The gateway has not told of %1 of them: %2."_s.arg(unknown).arg(lastProblem);
-        emit progressed(u"The gateway was asked about %1 messages."_s.arg(asked) +
+        emit progressed((asked == 1 ? u"The gateway was asked about one message."_s
+                                    : u"The gateway was asked about %1 messages."_s.arg(asked)) +
                             (unknown == 0 ? QString() : u' ' + failure),
                         true);
         return;

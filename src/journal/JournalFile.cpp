@@ -34,12 +34,13 @@ constexpr mode_t forUserOnly = S_IRUSR | S_IWUSR;
 
 QStringList statementsForTables()
 {
-    return {journalRow::table(),
-            u"CREATE INDEX IF NOT EXISTS message_day ON message (last_day, first_day)"_s,
-            u"CREATE INDEX IF NOT EXISTS message_moment ON message (moment)"_s,
-            u"CREATE INDEX IF NOT EXISTS message_person ON message (person)"_s,
-            u"CREATE TABLE IF NOT EXISTS declined (number TEXT PRIMARY KEY, moment INTEGER NOT NULL)"_s,
-            u"PRAGMA user_version = %1"_s.arg(formatVersion)};
+    return {
+        journalRow::table(),
+        u"CREATE INDEX IF NOT EXISTS message_day ON message (last_day, first_day)"_s,
+        u"CREATE INDEX IF NOT EXISTS message_moment ON message (moment)"_s,
+        u"CREATE INDEX IF NOT EXISTS message_person ON message (person)"_s,
+        u"CREATE TABLE IF NOT EXISTS declined (number TEXT PRIMARY KEY, moment INTEGER NOT NULL, ending TEXT NOT NULL)"_s,
+        u"PRAGMA user_version = %1"_s.arg(formatVersion)};
 }
 
 struct stat entryOf(const QString &path)
@@ -187,8 +188,8 @@ bool JournalStore::prepare()
                                  QStringList(journalRow::columns, u"?"_s).join(u','))),
           {&update, u"UPDATE message SET moment = ?, state = ?, identifier = ?, code = ?, reason = ?, "
                     "account = ? WHERE id = ?"_s},
-          {&decline, u"INSERT OR REPLACE INTO declined VALUES (?, ?)"_s},
-          {&undecline, u"DELETE FROM declined WHERE number = ?"_s}}) {
+          {&decline, u"INSERT OR REPLACE INTO declined VALUES (?, ?, ?)"_s},
+          {&undecline, u"DELETE FROM declined WHERE ending = ?"_s}}) {
         query->emplace(database);
         if (!(*query)->prepare(statement))
             return fail((*query)->lastError());

@@ -2,6 +2,8 @@
 #include "journal/JournalStore.h"
 #include "platform/Calendar.h"
 
+#include <QSqlError>
+
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -15,6 +17,8 @@ std::vector<SentMessage> JournalStore::select(QSqlQuery &query)
     if (run(query))
         while (query.next())
             found.push_back(journalRow::message(query));
+    if (query.lastError().isValid()) // damage may be met on the way
+        fail(query.lastError());
     return found;
 }
 

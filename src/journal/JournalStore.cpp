@@ -95,19 +95,30 @@ bool JournalStore::writeAll(const std::vector<SentMessage> &begun, const std::ve
     return true;
 }
 
+/// The last digits, by which a number is the same however it is written; the whole text where it has none.
+static QString endingOf(const QString &number)
+{
+    constexpr qsizetype length = 8;
+    QString digits;
+    for (const QChar unit : number)
+        if (unit.isDigit())
+            digits += unit;
+    return digits.isEmpty() ? number : digits.right(length);
+}
+
 /// A refusal because its owner wants no messages marks the number, and an acceptance takes the mark away.
 bool JournalStore::noteDeclined(const SentMessage &message)
 {
     if (message.code == declinedCode)
-        return run(*decline, {message.number, message.moment});
-    return message.state != MessageState::Accepted || run(*undecline, {message.number});
+        return run(*decline, {message.number, message.moment, endingOf(message.number)});
+    return message.state != MessageState::Accepted || run(*undecline, {endingOf(message.number)});
 }
 
 bool JournalStore::tryAgain(const QString &number)
 {
     if (!open())
         return false;
-    return run(*undecline, {number});
+    return run(*undecline, {endingOf(number)});
 }
 
 bool JournalStore::forget(const std::optional<QString> &person, const std::set<qint64> &except)

@@ -135,8 +135,8 @@ void MessageJournal::write(const std::vector<SentMessage> &begun, const Recorded
             underWay.erase(message.id);
         if (!isWritten && !ended.empty()) {
             noted.insert(noted.begin(), ended.begin(), ended.end());
-            isWritePosted = true;
-            QTimer::singleShot(untilNextAttempt, &threadContext, [this] { write({}, {}); });
+            if (!std::exchange(isWritePosted, true))
+                QTimer::singleShot(untilNextAttempt, &threadContext, [this] { write({}, {}); });
         }
     }
     if (recorded)

@@ -96,10 +96,10 @@ void ReportPane::connectActions()
     connect(deliveryButton, &QPushButton::clicked, this, &ReportPane::deliveryWanted);
 }
 
-void ReportPane::show(RunReport *shown)
+bool ReportPane::show(RunReport *shown)
 {
     if (report == shown && report)
-        return;
+        return false;
     report = shown;
     table->setModel(report);
     if (report) {
@@ -117,6 +117,7 @@ void ReportPane::show(RunReport *shown)
         connect(table->selectionModel(), &QItemSelectionModel::selectionChanged, this, &ReportPane::update);
     }
     update();
+    return true;
 }
 
 void ReportPane::setMaySend(bool isOn)

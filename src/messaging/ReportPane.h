@@ -20,8 +20,8 @@ class ReportPane : public QWidget
 public:
     explicit ReportPane(QWidget *parent = nullptr);
 
-    /// \param report  null for none
-    void show(RunReport *report);
+    /// \param report  null for none \return false when it is shown already
+    bool show(RunReport *report);
     /// Whether messages may be sent again now.
     void setMaySend(bool isOn);
 

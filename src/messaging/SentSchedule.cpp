@@ -120,8 +120,3 @@ SentSchedules::SentSchedules(const RunSnapshot &run, const std::vector<SentMessa
                 return message->taskDay >= run.text.firstDay() && message->taskDay <= run.text.lastDay();
             });
 }
-
-bool SentSchedules::isAnyChanged() const
-{
-    return std::ranges::any_of(schedules, &SentSchedule::isChanged);
-}

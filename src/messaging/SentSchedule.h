@@ -32,7 +32,6 @@ public:
     SentSchedules(const RunSnapshot &run, const std::vector<SentMessage> &sent);
 
     bool operator==(const SentSchedules &) const = default;
-    bool isAnyChanged() const;
     /// Nothing when they were sent nothing.
     std::optional<SentSchedule> of(const Recipient &recipient) const;
 

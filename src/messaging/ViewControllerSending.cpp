@@ -61,8 +61,10 @@ ViewControllerSending::ViewControllerSending(const Services &services, QWidget *
         banner->tell(u"The contacts in %1 could not be read: %2."_s.arg(persistentContainer.path(), reason),
                      {});
     }
-    if (const ScheduleRun *run = runs.current())
+    if (const ScheduleRun *run = runs.current()) {
+        ui->panes->setCurrentWidget(ui->report);
         follow(*run);
+    }
 }
 
 ViewControllerSending::~ViewControllerSending() = default;
@@ -88,8 +90,7 @@ void ViewControllerSending::connectActions()
         takeShortcutOver(*button);
     connect(ui->stopButton, &QPushButton::clicked, this, [this] { runs.stopSending(); });
     connect(ui->closeButton, &QPushButton::clicked, this, [this] { closeSending(ui->closeButton); });
-    keepInStep(*ui->clientsTable, clientsArray, *ui->allClients);
-    keepInStep(*ui->teamMembers, teamMembersArray, *ui->allTeamMembers);
+    keepInStep();
 }
 
 void ViewControllerSending::viewDidAppear()
@@ -177,8 +178,8 @@ void ViewControllerSending::follow(const ScheduleRun &run)
 {
     ui->progressBar->setIndeterminate(true);
     ui->progressBar->setSteps(1, run.lastStep());
-    ui->report->show(runs.report());
-    ui->panes->setCurrentWidget(ui->report);
+    if (ui->report->show(runs.report()))
+        ui->panes->setCurrentWidget(ui->report);
     disconnect(followed); // an older one may still be handing over
     followed = connect(&run, &ScheduleRun::progressed, this, [this, &run] { showProgress(run); });
     showProgress(run);

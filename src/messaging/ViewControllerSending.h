@@ -55,7 +55,10 @@ protected:
 
 private:
     void connectActions();
-    void keepInStep(QTableView &table, const ContactTable &contacts, QCheckBox &selectAll);
+    void keepInStep();
+    void followSelection(RecipientKind kind);
+    QCheckBox &allBox(RecipientKind kind) const;
+    std::vector<int> changedRows(RecipientKind kind);
     bool canSend() const;
     std::vector<Contact> selectedContacts(RecipientKind kind) const;
     void send(RecipientKind kind);

@@ -88,16 +88,29 @@ std::vector<Contact> ViewControllerSending::selectedContacts(RecipientKind kind)
     return selectedIn(view(kind), kind == RecipientKind::Client ? clientsArray : teamMembersArray);
 }
 
-/// Lets the check box follow when rows are selected one by one.
-void ViewControllerSending::keepInStep(QTableView &table, const ContactTable &contacts, QCheckBox &selectAll)
+QCheckBox &ViewControllerSending::allBox(RecipientKind kind) const
 {
-    const auto follow = [&table, &contacts, &selectAll] {
-        const qsizetype selected = std::ssize(selectedRows(table));
-        selectAll.setChecked(selected > 0 &&
-                             selected >= contacts.rowCount() - contacts.declinedRows().size());
-    };
-    connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, &selectAll, follow);
-    connect(table.model(), &QAbstractItemModel::modelReset, &selectAll, follow);
+    return kind == RecipientKind::Client ? *ui->allClients : *ui->allTeamMembers;
+}
+
+/// Lets the check box say whether all are selected, but those who have asked for no more messages.
+void ViewControllerSending::followSelection(RecipientKind kind)
+{
+    const ContactTable &contacts = table(kind);
+    const qsizetype selected = std::ssize(selectedRows(view(kind)));
+    allBox(kind).setChecked(selected > 0 && selected >= contacts.rowCount() - contacts.declinedRows().size());
+}
+
+/// Lets the check boxes follow when rows are selected one by one.
+void ViewControllerSending::keepInStep()
+{
+    for (const RecipientKind kind : {RecipientKind::Client, RecipientKind::TeamMember}) {
+        const auto follow = [this, kind] {
+            followSelection(kind);
+        };
+        connect(view(kind).selectionModel(), &QItemSelectionModel::selectionChanged, this, follow);
+        connect(view(kind).model(), &QAbstractItemModel::modelReset, this, follow);
+    }
 }
 
 /// Everybody but those who have asked for no more messages.
@@ -109,6 +122,7 @@ void ViewControllerSending::selectAll(RecipientKind kind)
         if (!contacts.isDeclined(row))
             rows.push_back(row);
     selectOnly(view(kind), rows);
+    followSelection(kind);
 }
 
 void ViewControllerSending::selectClients(QObject *)
@@ -184,8 +198,8 @@ void ViewControllerSending::correctNumber(QTableView &table, ContactTable &conta
                            persistentContainer.path(), persistentContainer.errorString()));
 }
 
-/// Selects those whose schedule is not what they were sent for these days.
-void ViewControllerSending::selectChanged(RecipientKind kind)
+/// Those whose schedule is not what they were sent for these days.
+std::vector<int> ViewControllerSending::changedRows(RecipientKind kind)
 {
     const ContactTable &contacts = table(kind);
     std::vector<int> rows;
@@ -193,5 +207,10 @@ void ViewControllerSending::selectChanged(RecipientKind kind)
         if (const std::optional<SentSchedule> sent = sentSchedule(kind, contacts.contact(row));
             sent && sent->isChanged() && !contacts.isDeclined(row))
             rows.push_back(row);
-    selectOnly(view(kind), rows);
+    return rows;
+}
+
+void ViewControllerSending::selectChanged(RecipientKind kind)
+{
+    selectOnly(view(kind), changedRows(kind));
 }

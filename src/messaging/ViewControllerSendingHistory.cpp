@@ -34,7 +34,7 @@ void ViewControllerSending::connectHistory()
     for (const DatePicker *picker : {ui->startSendDate, ui->endSendDate})
         connect(picker, &DatePicker::dayChosen, &historyDelay, qOverload<>(&QTimer::start));
     connect(&runs.journal(), &MessageJournal::written, &answersDelay, [this] {
-        if (!answersDelay.isActive())
+        if (!runs.current() && !answersDelay.isActive()) // the end of a run is waited for
             answersDelay.start();
     });
     for (const RecipientKind kind : {RecipientKind::Client, RecipientKind::TeamMember}) {
@@ -82,10 +82,13 @@ void ViewControllerSending::askJournal()
                 return earlier;
             const ScheduleText &range = everybody.front().text;
             const std::vector<SentMessage> sent = journal.sentFor(range.firstDay(), range.lastDay());
+            earlier.problem = journal.problem();
             for (const RunSnapshot &run : everybody)
                 earlier.schedules[size_t(run.kind)] = SentSchedules(run, sent);
-            earlier.declined = journal.declinedNumbers();
-            earlier.problem = journal.problem();
+            if (earlier.problem.isEmpty()) {
+                earlier.declined = journal.declinedNumbers();
+                earlier.problem = journal.problem();
+            }
             return earlier;
         },
         [this, question](const Earlier &earlier) {
@@ -114,9 +117,9 @@ void ViewControllerSending::showHistory(const Earlier &earlier)
         }
         table(kind).setDeclined(earlier.declined);
         (kind == RecipientKind::Client ? ui->changedClients : ui->changedTeamMembers)
-            ->setEnabled(now.isAnyChanged());
-        if (QCheckBox *all = kind == RecipientKind::Client ? ui->allClients : ui->allTeamMembers;
-            isFirst && all->isChecked())
+            ->setEnabled(!changedRows(kind).empty());
+        if (isFirst && allBox(kind).isChecked())
             selectAll(kind); // those left out were not known when all were selected
+        followSelection(kind);
     }
 }

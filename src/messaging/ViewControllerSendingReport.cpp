@@ -20,8 +20,11 @@ void ViewControllerSending::connectReport()
     historyBanner = new Banner(this);
     for (Banner *banner : {journalBanner, historyBanner})
         ui->mainLayout->insertWidget(0, banner);
-    connect(&runs.journal(), &MessageJournal::told, journalBanner,
-            [journalBanner](const QString &sentence) { journalBanner->tell(sentence, {}); });
+    connect(&runs.journal(), &MessageJournal::told, journalBanner, [journalBanner](const QString &sentence) {
+        journalBanner->tell(sentence, {{u"Dismiss"_s, [journalBanner] {
+                                            journalBanner->withdraw();
+                                        }}});
+    });
 }
 
 /// To whom the messages go, a line each.

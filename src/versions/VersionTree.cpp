@@ -57,12 +57,15 @@ VersionTree::VersionTree(QWidget *parent)
     setRootIsDecorated(false);
     setUniformRowHeights(true);
     header()->resizeSection(0, timeWidth);
-    connect(this, &QTreeWidget::currentItemChanged, this, &VersionTree::choiceChanged);
+    connect(this, &QTreeWidget::currentItemChanged, this, [this] {
+        isChosenByUser = true;
+        emit choiceChanged();
+    });
 }
 
 void VersionTree::show(const QList<Version> &versions)
 {
-    const qint64 former = chosen() ? chosen()->number : 0;
+    const qint64 former = isChosenByUser && chosen() ? chosen()->number : 0;
     QTreeWidgetItem *current = nullptr;
     {
         const QSignalBlocker blocker(this); // the choice is told once, at the end

@@ -13,7 +13,7 @@ class VersionTree : public QTreeWidget
 public:
     explicit VersionTree(QWidget *parent = nullptr);
 
-    /// Shows these; the same one stays chosen, or else the newest is.
+    /// Shows these. The one that the user has chosen stays chosen, or else the newest is.
     /// \param versions  the oldest first
     void show(const QList<Version> &versions);
     /// The version that is chosen; nothing when there is none.
@@ -27,4 +27,5 @@ private:
     QTreeWidgetItem *appendVersion(const Version &version);
 
     QHash<qint64, Version> byNumber;
+    bool isChosenByUser = false;
 };

@@ -108,6 +108,7 @@ private slots:
         office.select("teamMembers", {0});
         office.press("sendMsgTeamMembers");
         QTRY_COMPARE(office.child<QLabel>("reportSum").text(), u"2 without an answer"_s);
+        QTRY_VERIFY(!office.runs.current());
         QVERIFY(!office.child<QPushButton>("sendAgain").isEnabled()); // unless one by one
         office.child<QTableView>("reportTable").selectRow(1);
         QCOMPARE(sendAgain(u"No"_s),
