@@ -228,6 +228,31 @@ private slots:
             }
     }
 
+    void oldStepsAreGivenUpForWhatIsReadAnew()
+    {
+        constexpr int rounds = 120;
+        for (int round = 0; round < rounds; ++round) {
+            manager->load([&] {
+                for (int number = 0; number < 3000; ++number)
+                    manager->addTask({.key = QString::number(number),
+                                      .name = u"%1 of %2"_s.arg(number * 7 % 3000).arg(round)});
+            });
+            manager->sortByColumn({u"NameCellID"_s, round % 2 == 0});
+            manager->endStep();
+        }
+        const int kept = manager->history().steps().count();
+        QVERIFY(kept > rounds / 2 && kept < rounds); // of 300,000 tasks
+        const QStringList names = namesOf(manager->tasks());
+        int undone = 0;
+        while (manager->undo())
+            ++undone;
+        QCOMPARE(undone, kept);
+        while (manager->redo())
+            --undone;
+        QCOMPARE(undone, 0);
+        QCOMPARE(namesOf(manager->tasks()), names);
+    }
+
     void sharesTheTaskAsText()
     {
         task shared = sampleTask(u"KEY"_s, u" Mow & rake "_s);
