@@ -21,7 +21,7 @@ static std::vector<int> selectedRows(const QTableView &table)
         for (int row = range.top(); row <= range.bottom(); ++row)
             rows.push_back(row);
     std::ranges::sort(rows);
-    rows.erase(std::ranges::unique(rows).begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
     return rows;
 }
 
