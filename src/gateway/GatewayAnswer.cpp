@@ -173,7 +173,7 @@ void GatewayAnswer::noteIn(SentMessage &message, const GatewayRequest &request) 
 {
     message.state = state;
     message.code = code;
-    message.reason = lineText(reason, request);
+    message.reason = reason.isEmpty() ? QString() : lineText(reason, request);
     if (!identifier.isEmpty())
         message.identifier = lineText(identifier, request);
 }

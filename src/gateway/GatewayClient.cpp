@@ -102,7 +102,7 @@ void GatewayClient::recordAhead()
             ahead = std::min(2 * ahead, farthest);
         return;
     }
-    std::vector<SentMessage> next = held.takeUnrecorded(ahead);
+    std::vector<SentMessage> next = held.takeUnrecorded(ahead, !underWay.isEmpty());
     if (next.empty())
         return;
     isRecording = true;

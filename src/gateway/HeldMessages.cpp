@@ -52,12 +52,21 @@ std::optional<GatewayRequest> HeldMessages::takeNext(const QStringList &underWay
     address(next->message.entry, settings);
     next->message.tell();
     GatewayRequest request = settings.requestFor(next->message);
+    setRecord(*next, Record::Missing); // it is no longer held
     messages.erase(next);
     return request;
 }
 
-std::vector<SentMessage> HeldMessages::takeUnrecorded(qsizetype most)
+void HeldMessages::setRecord(Held &held, Record record)
 {
+    recorded += int(record != Record::Missing) - int(held.record != Record::Missing);
+    held.record = record;
+}
+
+std::vector<SentMessage> HeldMessages::takeUnrecorded(qsizetype most, bool isAnyUnderWay)
+{
+    if (isAnyUnderWay && 2 * recorded > most)
+        return {}; // looked at in full only when it may be of use
     // Some for each of several recipients, since only one message at a time goes to each.
     constexpr size_t recipientsAtOnce = 6;
     constexpr size_t farthest = 8;
@@ -83,7 +92,7 @@ std::vector<SentMessage> HeldMessages::takeUnrecorded(qsizetype most)
         return taken; // a few at a time would keep the disk busy
     for (Held *held : missing) {
         address(held->message.entry, settings);
-        held->record = Record::BeingMade;
+        setRecord(*held, Record::BeingMade);
         taken.push_back(held->message.entry);
     }
     return taken;
@@ -93,7 +102,7 @@ void HeldMessages::setRecorded(const QString &problem)
 {
     for (Held &held : messages)
         if (held.record == Record::BeingMade)
-            held.record = problem.isEmpty() ? Record::Made : Record::Missing;
+            setRecord(held, problem.isEmpty() ? Record::Made : Record::Missing);
     if (problem.isEmpty())
         return;
     for (Held &held : messages)
@@ -117,14 +126,17 @@ void HeldMessages::dropAll(const QString &reason)
     for (const Held &held : messages)
         drop(held, reason);
     messages.clear();
+    recorded = 0;
 }
 
 void HeldMessages::dropUnwanted()
 {
     messages.remove_if([this](const Held &held) {
         const bool isUnwanted = held.message.origin.stop.stop_requested();
-        if (isUnwanted)
+        if (isUnwanted) {
             drop(held, u"It was stopped before"_s);
+            recorded -= held.record == Record::Missing ? 0 : 1;
+        }
         return isUnwanted;
     });
 }

@@ -24,7 +24,8 @@ public:
     std::optional<GatewayRequest> takeNext(const QStringList &underWay);
     /// What the journal has to have next: up to so many messages, of those whose turn comes first; none while
     /// it has most of them.
-    std::vector<SentMessage> takeUnrecorded(qsizetype most);
+    /// \param isAnyUnderWay  there is time until the next one leaves
+    std::vector<SentMessage> takeUnrecorded(qsizetype most, bool isAnyUnderWay);
     /// The journal has what was taken last; or it has not, for this reason, and all messages are dropped and
     /// their runs stopped.
     void setRecorded(const QString &problem);
@@ -46,9 +47,11 @@ private:
     };
     bool isRecorded(const Held &held, const SendSettings &settings) const;
     void drop(const Held &held, const QString &reason);
+    void setRecord(Held &held, Record record);
 
     const Preferences &preferences;
     MessageJournal *journal;
     std::list<Held> messages;               ///< large, and taken out of the middle
+    qsizetype recorded = 0;                 ///< how many of them the journal has, or is about to have
     QHash<const void *, qsizetype> dropped; ///< by run
 };

@@ -87,6 +87,8 @@ bool JournalStore::writeAll(const std::vector<SentMessage> &begun, const std::ve
     for (const SentMessage &message : begun)
         if (!run(*insert, journalRow::values(message)))
             return false;
+    if (!ended.empty() && !lookForDeclined())
+        return false;
     for (const SentMessage &message : ended)
         if (!run(*update, {message.moment, int(message.state), message.identifier, message.code,
                            message.reason, message.account, message.id}) ||
@@ -106,12 +108,26 @@ static QString endingOf(const QString &number)
     return digits.isEmpty() ? number : digits.right(length);
 }
 
+/// Most journals mark no number: then an acceptance has no mark to take away.
+bool JournalStore::lookForDeclined()
+{
+    QSqlQuery query(database);
+    query.prepare(u"SELECT EXISTS (SELECT 1 FROM declined)"_s);
+    if (!run(query) || !query.next())
+        return false;
+    isAnyDeclined = query.value(0).toBool();
+    return true;
+}
+
 /// A refusal because its owner wants no messages marks the number, and an acceptance takes the mark away.
 bool JournalStore::noteDeclined(const SentMessage &message)
 {
-    if (message.code == declinedCode)
+    if (message.code == declinedCode) {
+        isAnyDeclined = true;
         return run(*decline, {message.number, message.moment, endingOf(message.number)});
-    return message.state != MessageState::Accepted || run(*undecline, {endingOf(message.number)});
+    }
+    return message.state != MessageState::Accepted || !isAnyDeclined ||
+           run(*undecline, {endingOf(message.number)});
 }
 
 bool JournalStore::tryAgain(const QString &number)

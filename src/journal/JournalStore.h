@@ -89,6 +89,7 @@ private:
     bool writeOnce(const std::vector<SentMessage> &begun, const std::vector<SentMessage> &ended,
                    Durability durability);
     bool writeAll(const std::vector<SentMessage> &begun, const std::vector<SentMessage> &ended);
+    bool lookForDeclined();
     bool noteDeclined(const SentMessage &message);
     std::vector<SentMessage> select(QSqlQuery &query);
     std::optional<qint64> newestBefore(qint64 moment);
@@ -103,6 +104,7 @@ private:
     std::optional<QSqlQuery> update;
     std::optional<QSqlQuery> decline;
     std::optional<QSqlQuery> undecline;
+    bool isAnyDeclined = false; ///< while a transaction is made
     QString reason;
     int errorCode = 0; ///< of SQLite
     QString asidePath;
