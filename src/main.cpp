@@ -13,6 +13,8 @@
 #include <QTextStream>
 
 #include <csignal>
+#include <fontconfig/fontconfig.h>
+#include <future>
 #include <span>
 
 /// Does what needs no window; the exit code.
@@ -34,8 +36,11 @@ static int runWithoutWindow(const CommandLine &commandLine)
 
 static int runInWindow(int argc, char **argv, const QString &action)
 {
+    // The list of the system's fonts takes as long to read as the display to open, and nothing of it.
+    std::future<void> fonts = std::async(std::launch::async, [] { FcInit(); });
     sessionBus::leaveIfSilent();
     Application application(argc, argv);
+    fonts.wait(); // before a window asks for it
     const QDBusConnection bus = sessionBus::open();
     SingleInstance instance(folders::state(), bus, action);
     const SingleInstance::Outcome outcome = instance.acquire();
