@@ -3,6 +3,9 @@
 #include "mainwindow/TaskTable.h"
 #include "widgets/TaskRowDelegate.h"
 
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QDropEvent>
 #include <QHeaderView>
 #include <QMouseEvent>
 #include <QPainter>
@@ -11,13 +14,13 @@
 
 #include <chrono>
 
-void TaskTableView::setTable(TaskTable &shown)
+TaskTableView &TaskTableView::showing(TaskTable &shown)
 {
     table = &shown;
     setModel(table);
     setItemDelegate(new TaskRowDelegate(this));
-    for (const TaskColumnInfo &info : taskColumns())
-        setColumnWidth(int(info.column), info.width);
+    setDragDropOverwriteMode(false); // rows are dropped between rows
+    return *this;
 }
 
 void TaskTableView::setLargeRows()
@@ -103,4 +106,74 @@ void TaskTableView::mouseDoubleClickEvent(QMouseEvent *event)
         return;
     rowOfDoubleClick = indexAt(event->position().toPoint()).row();
     emit doubleAction();
+}
+
+void TaskTableView::keyPressEvent(QKeyEvent *event)
+{
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isReturn && selectedRow() >= 0)
+        emit opened();
+    else
+        RowTableView::keyPressEvent(event);
+}
+
+void TaskTableView::keyboardSearch(const QString &letters)
+{
+    const bool isContinued =
+        sinceTyped.isValid() && !sinceTyped.hasExpired(QApplication::keyboardInputInterval());
+    sinceTyped.start();
+    // The same letter again goes on to the next such name.
+    const bool isRepeated = isContinued && typed == letters;
+    typed = isContinued && !isRepeated ? typed + letters : letters;
+    const int rows = table->rowCount();
+    const int first = selectedRow() + (isContinued && !isRepeated ? 0 : 1);
+    for (int step = 0; step < rows; ++step) {
+        const int row = (std::max(first, 0) + step) % rows;
+        if (table->cellText(row, TaskColumn::Name).startsWith(typed, Qt::CaseInsensitive)) {
+            selectRow(row);
+            return;
+        }
+    }
+}
+
+QString TaskTableView::textOfSelectedRow() const
+{
+    const int row = selectedRow();
+    QStringList texts;
+    for (int place = 0; row >= 0 && place < horizontalHeader()->count(); ++place)
+        if (const int column = horizontalHeader()->logicalIndex(place); !isColumnHidden(column))
+            texts.append(table->cellText(row, TaskColumn(column)).simplified());
+    return texts.join(u'\t');
+}
+
+void TaskTableView::contextMenuEvent(QContextMenuEvent *event)
+{
+    const bool isByMouse = event->reason() == QContextMenuEvent::Mouse;
+    const QPoint place = isByMouse ? event->pos() : visualRect(currentIndex()).center();
+    emit menuRequested(viewport()->mapToGlobal(place));
+}
+
+void TaskTableView::setRowsMovable(bool isOn)
+{
+    setDragDropMode(isOn ? InternalMove : NoDragDrop);
+}
+
+void TaskTableView::dropEvent(QDropEvent *event)
+{
+    const int from = selectedRow();
+    const QModelIndex below = indexAt(event->position().toPoint());
+    event->setDropAction(Qt::IgnoreAction); // the list is changed by who is told of it, not by the drag
+    event->accept();
+    stopAutoScroll();
+    setState(NoState);
+    viewport()->update();
+    if (event->source() != this || from < 0)
+        return;
+    int gap = below.isValid() ? below.row() : table->rowCount();
+    if (below.isValid() && event->position().y() > visualRect(below).center().y())
+        ++gap;
+    const int row = gap > from ? gap - 1 : gap;
+    if (row != from)
+        QMetaObject::invokeMethod( // once the drag has ended
+            this, [this, row] { emit rowMoved(row); }, Qt::QueuedConnection);
 }

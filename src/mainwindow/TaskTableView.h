@@ -2,9 +2,12 @@
 
 #include "widgets/RowTableView.h"
 
+#include <QElapsedTimer>
+
 class TaskTable;
 
-/// The task table on screen: large rows, vertical grid lines, one selected row.
+/// The task table on screen: large rows, vertical grid lines, one selected row. Letters that are typed select
+/// the next task whose name begins with them.
 class TaskTableView : public RowTableView
 {
     Q_OBJECT
@@ -12,8 +15,8 @@ class TaskTableView : public RowTableView
 public:
     using RowTableView::RowTableView;
 
-    /// Takes the table to show and gives the columns the widths of a first start.
-    void setTable(TaskTable &table);
+    /// Takes the table to show; the view itself.
+    TaskTableView &showing(TaskTable &table);
     /// Sets large rows and solid vertical grid lines only.
     void setLargeRows();
 
@@ -34,16 +37,32 @@ public:
 
     /// The row of the last double click, or −1 when it was below the rows.
     int clickedRow() const { return rowOfDoubleClick; }
+    /// Whether rows can be dragged to another place.
+    void setRowsMovable(bool isOn);
+    /// The texts of the selected row, as they stand in the shown columns, with tabulators between.
+    QString textOfSelectedRow() const;
+    void keyboardSearch(const QString &letters) override;
 
 signals:
     void doubleAction();
+    /// Return or Enter was pressed on a selected row.
+    void opened();
+    /// A menu is asked for, at this place of the screen.
+    void menuRequested(const QPoint &place);
+    /// The selected row was dropped so that it comes to stand at this row.
+    void rowMoved(int row);
 
 protected:
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
     int rowOfDoubleClick = -1;
     TaskTable *table = nullptr;
     QString pointedOut; ///< the key that is marked
+    QString typed;      ///< the letters of the name that is looked for
+    QElapsedTimer sinceTyped;
 };

@@ -16,6 +16,7 @@
 
 #include <QActionGroup>
 #include <QCloseEvent>
+#include <QMenu>
 #include <QShortcut>
 
 using namespace Qt::StringLiterals;
@@ -35,10 +36,11 @@ ViewController::ViewController(TaskManager &taskManager, NotificationCenter &app
     , fileBanners(taskListFile, *ui->mainLayout, [this] { showListAgain(); })
     , cloudStatus(cloudSync, *ui, *this)
     , table(taskManager)
+    , columns(ui->tblView->showing(table))
+    , emptyNote(*ui->tblView)
     , keptState(stateFolder)
 {
     ui->viewSelection->addItems(taskViewTitles());
-    ui->tblView->setTable(table);
     addViewActions();
     connect(&versions, &VersionStore::told, this,
             [this](const QString &sentence) { fileBanners.tell({sentence}); });
@@ -47,7 +49,7 @@ ViewController::ViewController(TaskManager &taskManager, NotificationCenter &app
     viewDidLoad();
     fileBanners.tell(news);
     connectActions();
-    keptState.restore(*this, *ui->tblView->horizontalHeader());
+    keptState.restore(*this, columns);
     manager.history().clear(); // the list as it was found
 }
 
@@ -66,6 +68,12 @@ void ViewController::addViewActions()
         group->addAction(action);
         connect(action, &QAction::triggered, this, [this, position] { chooseView(position); });
     }
+    ui->menuView->addSeparator();
+    QMenu *menu = ui->menuView->addMenu(tr("&Columns"));
+    connect(menu, &QMenu::aboutToShow, this, [this, menu] {
+        menu->clear();
+        columns.fill(*menu);
+    });
 }
 
 void ViewController::connectActions()
@@ -91,9 +99,9 @@ void ViewController::connectActions()
     }
     new CommandKeys(*ui->actionGuide, {ui->actionQuit, ui->actionAdd}, this);
     connectScreens();
+    connectTable();
     connect(&dayWatch, &DayWatch::dayMayHaveChanged, this, &ViewController::showToday);
     connect(ui->shareButton, &QToolButton::pressed, this, [this] { sharingTask(ui->shareButton); });
-    connect(ui->tblView, &TaskTableView::doubleAction, this, [this] { doubleClickTable(ui->tblView); });
     connect(ui->actionQuit, &QAction::triggered, this, &ViewController::close);
     connect(ui->actionFind, &QAction::triggered, ui->searchField, qOverload<>(&QLineEdit::setFocus));
     connect(new QShortcut(Qt::Key_Escape, ui->searchField, nullptr, nullptr, Qt::WidgetShortcut),
@@ -101,6 +109,17 @@ void ViewController::connectActions()
             [this] { ui->searchField->text().isEmpty() ? cloudStatus.stop() : ui->searchField->clear(); });
     connect(ui->viewSelection, &QComboBox::activated, this, [this] { ChangeView(ui->viewSelection); });
     connect(ui->searchField, &QLineEdit::textChanged, this, [this] { search(ui->searchField); });
+}
+
+void ViewController::connectTable()
+{
+    ui->tblView->addAction(ui->actionCopy); // so that the key is the table's alone
+    connect(ui->actionCopy, &QAction::triggered, this, &ViewController::copyRow);
+    connect(ui->tblView, &TaskTableView::doubleAction, this, [this] { doubleClickTable(ui->tblView); });
+    connect(ui->tblView, &TaskTableView::opened, ui->actionEdit, &QAction::trigger);
+    connect(ui->tblView, &TaskTableView::menuRequested, this, &ViewController::showTableMenu);
+    connect(ui->tblView, &TaskTableView::rowMoved, this, &ViewController::moveTaskTo);
+    connect(&emptyNote, &EmptyNote::stepTaken, this, &ViewController::leaveEmptyTable);
     connect(ui->tblView->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &ViewController::tableViewSelectionDidChange);
     connect(ui->tblView->horizontalHeader(), &QHeaderView::sortIndicatorChanged, this,
@@ -189,7 +208,7 @@ bool ViewController::closeScreens()
 void ViewController::windowShouldClose()
 {
     diagnostics::line("Close");
-    keptState.save(*this, *ui->tblView->horizontalHeader());
+    keptState.save(*this, columns);
     // Queued: whatever else is open is closed after this window, not in the middle of it.
     QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
 }

@@ -2,11 +2,13 @@
 
 #include "mainwindow/CloudStatus.h"
 #include "mainwindow/FileBanners.h"
+#include "mainwindow/TableColumns.h"
 #include "mainwindow/TaskCommands.h"
 #include "mainwindow/TaskTable.h"
 #include "mainwindow/WindowState.h"
 #include "platform/DayWatch.h"
 #include "taskfile/TaskListFile.h"
+#include "widgets/EmptyNote.h"
 
 #include <QMainWindow>
 
@@ -75,6 +77,7 @@ protected:
 private:
     void connectActions();
     void connectScreens();
+    void connectTable();
     void addViewActions();
     void viewDidLoad();
     void viewWillAppear();
@@ -92,7 +95,14 @@ private:
     void showOrder();
     void showStep(const std::optional<TaskStep> &step);
     void moveTask(bool up, const QString &wrongViewMessage);
+    void moveTaskTo(int row);
+    void showMoved(const QString &key, qint64 changesBefore);
+    void showTableMenu(const QPoint &place);
+    void copyRow();
     void reloadTable();
+    void showCounts();
+    void explainEmptyTable();
+    void leaveEmptyTable();
     void writeList();
 
     std::unique_ptr<Ui::ViewController> ui;
@@ -106,6 +116,8 @@ private:
     FileBanners fileBanners;
     CloudStatus cloudStatus;
     TaskTable table;
+    TableColumns columns;
+    EmptyNote emptyNote;
     WindowState keptState;
     DayWatch dayWatch{this};
 };

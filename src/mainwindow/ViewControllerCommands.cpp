@@ -51,7 +51,23 @@ void ViewController::moveTask(bool up, const QString &wrongViewMessage)
     }
     const qint64 before = manager.changeCount();
     manager.moveSelectedTask(up);
-    if (manager.changeCount() != before) { // the order is the user's own now, and no column's
+    showMoved(key, before);
+}
+
+/// Drops the selected task at this row of a view that shows all.
+void ViewController::moveTaskTo(int row)
+{
+    const QString key = ui->tblView->keyOfSelectedRow();
+    if (manager.selectTaskByKey(key) < 0)
+        return;
+    const qint64 before = manager.changeCount();
+    manager.moveSelectedTaskTo(row);
+    showMoved(key, before);
+}
+
+void ViewController::showMoved(const QString &key, qint64 changesBefore)
+{
+    if (manager.changeCount() != changesBefore) { // the order is the user's own now, and no column's
         showOrder();
         keptState.saveOrder(*ui->tblView->horizontalHeader());
     }

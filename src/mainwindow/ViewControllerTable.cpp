@@ -4,6 +4,9 @@
 #include "platform/Diagnostics.h"
 #include "ui_ViewController.h"
 
+#include <QClipboard>
+#include <QMenu>
+
 using namespace Qt::StringLiterals;
 
 // What the table shows: the view, the search, the order and the selection.
@@ -90,11 +93,15 @@ void ViewController::search(QObject *)
         ui->tblView->scrollToTop(); // where the first hit is
 }
 
-/// Brings the view that depends on the day up to date; what is selected in it stays selected.
+/// Brings the view that depends on the day up to date, or the marks; what is selected in it stays selected.
 void ViewController::showToday()
 {
-    if (ui->viewSelection->currentIndex() == int(TaskView::DueToday))
+    if (ui->viewSelection->currentIndex() == int(TaskView::DueToday)) {
         showListAgain();
+        return;
+    }
+    table.followDay();
+    showCounts();
 }
 
 void ViewController::showListAgain()
@@ -123,5 +130,71 @@ void ViewController::reloadTable()
 {
     const int view = ui->viewSelection->currentIndex();
     ui->tblView->reloadData(view);
+    ui->tblView->setRowsMovable(view == int(TaskView::GlobalAll) && !manager.isSearching());
     ui->menuView->actions().at(view)->setChecked(true);
+    explainEmptyTable();
+    showCounts();
+}
+
+void ViewController::showCounts()
+{
+    const TaskTable::Counts counts = table.counts();
+    ui->countsLabel->setText(
+        tr("%1 shown, %2 open, %3 overdue").arg(counts.shown).arg(counts.open).arg(counts.overdue));
+}
+
+/// Says why nothing is shown, and what to do about it.
+void ViewController::explainEmptyTable()
+{
+    if (table.rowCount() > 0)
+        return;
+    const QString view = ui->viewSelection->currentText();
+    if (manager.workingList().isEmpty())
+        emptyNote.tell(tr("Your tasks stand here: what there is to do, when, for whom and by whom."),
+                       tr("New Task"));
+    else if (manager.isSearching())
+        emptyNote.tell(
+            tr("No task in the view “%1” holds “%2”.").arg(view, manager.searchTerm().simplified()),
+            tr("Clear the Search"));
+    else
+        emptyNote.tell(tr("No task belongs to the view “%1” at present.").arg(view), tr("Show All"));
+}
+
+/// The first step out of an empty table.
+void ViewController::leaveEmptyTable()
+{
+    if (manager.workingList().isEmpty()) {
+        ui->actionAdd->trigger();
+        return;
+    }
+    if (manager.isSearching())
+        ui->searchField->clear();
+    else
+        chooseView(int(ui->viewSelection->currentIndex() == int(TaskView::All) ? TaskView::GlobalAll
+                                                                               : TaskView::All));
+    ui->tblView->setFocus();
+}
+
+/// What can be done with the row that was right-clicked, which is selected by that, or with the list.
+void ViewController::showTableMenu(const QPoint &place)
+{
+    QMenu menu;
+    if (ui->tblView->selectedRow() >= 0) {
+        menu.addActions({ui->actionEdit, ui->actionCopy, ui->actionShare, ui->actionClone, ui->actionClose,
+                         ui->actionHide});
+        menu.addSeparator();
+        menu.addActions({ui->actionUp, ui->actionDown});
+        menu.addSeparator();
+        menu.addAction(ui->actionDelete);
+        menu.addSeparator();
+    }
+    menu.addAction(ui->actionAdd);
+    menu.exec(place);
+}
+
+void ViewController::copyRow()
+{
+    const QString text = ui->tblView->textOfSelectedRow();
+    if (!text.isEmpty())
+        QGuiApplication::clipboard()->setText(text);
 }

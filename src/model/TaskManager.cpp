@@ -243,6 +243,17 @@ void TaskManager::moveSelectedTask(bool up)
     allOrFound.swapItemsAt(upper, upper + 1);
 }
 
+void TaskManager::moveSelectedTaskTo(qint64 index)
+{
+    if (searching || !isSelectedIn(allOrFound) || index < 0 || index >= allOrFound.size() ||
+        index == selectedIndex)
+        return;
+    const task moved = *allOrFound.at(selectedIndex);
+    willChange(u"Move"_s, &moved);
+    sortOrder.reset();
+    allOrFound.move(selectedIndex, index);
+}
+
 void TaskManager::shareSelectedTask(QWidget &anchor) const
 {
     const task shared = selectedTask();

@@ -111,6 +111,9 @@ public:
     /// Exchanges the selected task of `tasks` with the one above or below it; `selected` keeps its value.
     void moveSelectedTask(bool up);
 
+    /// Puts the selected task of `tasks` at this index, which is one of the list; `selected` keeps its value.
+    void moveSelectedTaskTo(qint64 index);
+
     /// Opens the menu of sharing services for the selected task's text next to the anchor, as soon as the
     /// present event has been handled.
     void shareSelectedTask(QWidget &anchor) const;

@@ -19,3 +19,13 @@ void RowTableView::selectionChanged(const QItemSelection &selected, const QItemS
     QTableView::selectionChanged(selected, deselected);
     wasSelected = wasSelected || !selected.isEmpty();
 }
+
+QModelIndex RowTableView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
+{
+    const int column = std::max(currentIndex().column(), 0);
+    if (action == MoveHome)
+        return model()->index(0, column);
+    if (action == MoveEnd)
+        return model()->index(model()->rowCount() - 1, column);
+    return QTableView::moveCursor(action, modifiers);
+}

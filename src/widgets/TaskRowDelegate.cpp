@@ -1,8 +1,38 @@
 #include "widgets/TaskRowDelegate.h"
 
+#include <QAbstractItemView>
+#include <QHelpEvent>
 #include <QPainter>
+#include <QTextDocument>
+#include <QToolTip>
 
 namespace {
+
+constexpr int margin = 4; // pixels at either side of a cell's text
+
+/// Paints the mark as high as a capital letter; how much room it takes, in pixels.
+int paintMark(QPainter &painter, CellMark mark, const QPoint &start, const QFontMetrics &metrics)
+{
+    if (mark == CellMark::None)
+        return 0;
+    const qreal size = metrics.capHeight();
+    const QRectF place(start.x(), start.y() - size, size, size);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(painter.pen().color());
+    if (mark == CellMark::Dot)
+        painter.drawEllipse(place.adjusted(1, 1, -1, -1));
+    else
+        painter.drawPolygon(
+            QPolygonF{{place.bottomLeft(), place.bottomRight(), {place.center().x(), place.top()}}});
+    painter.restore();
+    return int(size) + margin;
+}
+
+int markWidth(const QModelIndex &index, const QFontMetrics &metrics)
+{
+    return index.data(cellMarkRole).toInt() == int(CellMark::None) ? 0 : metrics.capHeight() + margin;
+}
 
 /// The text as it fits on one line of that many pixels.
 QString oneLine(QString text, const QFontMetrics &metrics, int width)
@@ -21,7 +51,6 @@ QString oneLine(QString text, const QFontMetrics &metrics, int width)
 void TaskRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
                             const QModelIndex &index) const
 {
-    constexpr int margin = 4;
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);
     const QColor background = isSelected ? option.palette.color(QPalette::Highlight)
                                          : index.data(Qt::BackgroundRole).value<QColor>();
@@ -30,16 +59,31 @@ void TaskRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
     const QVariant ownFont = index.data(Qt::FontRole);
     const QFont font = ownFont.isValid() ? ownFont.value<QFont>().resolve(option.font) : option.font;
     const QFontMetrics metrics = ownFont.isValid() ? QFontMetrics(font) : option.fontMetrics;
-    const int width = option.rect.width() - 2 * margin;
     const int baseline = option.rect.center().y() + (metrics.ascent() - metrics.descent()) / 2 + 1;
 
     painter->fillRect(option.rect, background);
     painter->setPen(foreground);
     painter->setFont(font);
-    painter->drawText(option.rect.left() + margin, baseline,
-                      oneLine(index.data(Qt::DisplayRole).toString(), metrics, width));
+    const QRect room = option.rect.adjusted(margin, 0, -margin, 0);
+    const int taken =
+        paintMark(*painter, CellMark(index.data(cellMarkRole).toInt()), {room.left(), baseline}, metrics);
+    painter->drawText(room.left() + taken, baseline,
+                      oneLine(index.data(Qt::DisplayRole).toString(), metrics, room.width() - taken));
     if (option.state.testFlag(QStyle::State_HasFocus))
         painter->drawRect(option.rect.adjusted(0, 0, -2, -1));
     painter->setPen(option.palette.color(QPalette::Mid));
     painter->drawLine(option.rect.topRight(), option.rect.bottomRight());
+}
+
+bool TaskRowDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view,
+                                const QStyleOptionViewItem &option, const QModelIndex &index)
+{
+    const QString text = index.data(Qt::DisplayRole).toString();
+    const bool isWhole = option.fontMetrics.horizontalAdvance(text) <=
+                         option.rect.width() - 2 * margin - markWidth(index, option.fontMetrics);
+    if (event->type() != QEvent::ToolTip || isWhole || index.data(Qt::ToolTipRole).isValid())
+        return QStyledItemDelegate::helpEvent(event, view, option, index);
+    constexpr qsizetype most = 1000;
+    QToolTip::showText(event->globalPos(), Qt::convertFromPlainText(text.left(most)), view->viewport());
+    return true;
 }
