@@ -3,6 +3,7 @@
 #include "contacts/ContactRemark.h"
 #include "ui_ContactScreen.h"
 #include "widgets/Banner.h"
+#include "widgets/EmptyNote.h"
 
 #include <QShortcut>
 
@@ -31,12 +32,14 @@ ContactScreen::ContactScreen(const Services &services, QWidget *parent)
 
 ContactScreen::~ContactScreen() = default;
 
-void ContactScreen::showContacts(ContactTable &contacts, const QString &title, const QString &addTip,
-                                 const QString &removeTip)
+void ContactScreen::showContacts(ContactTable &contacts, const Texts &texts)
 {
-    setWindowTitle(title);
-    ui->table->setAccessibleName(title);
+    setWindowTitle(texts.title);
+    ui->table->setAccessibleName(texts.title);
     ui->table->setTable(contacts);
+    auto *emptyNote = new EmptyNote(*ui->table);
+    emptyNote->tell(texts.purpose, texts.add);
+    connect(emptyNote, &EmptyNote::stepTaken, ui->addButton, &QPushButton::click);
     shown = &contacts;
     contacts.check(numbers);
     auto *remark = new ContactRemark(*ui->table, contacts, QBoxLayout::LeftToRight, this);
@@ -47,8 +50,8 @@ void ContactScreen::showContacts(ContactTable &contacts, const QString &title, c
         ui->table->setFocus(); // the button goes
     });
     connect(&contacts.steps(), &QUndoStack::indexChanged, this, &ContactScreen::tellOfRemoval);
-    ui->addButton->setToolTip(addTip);
-    ui->removeButton->setToolTip(removeTip);
+    ui->addButton->setToolTip(texts.add);
+    ui->removeButton->setToolTip(texts.remove);
 }
 
 void ContactScreen::undo()

@@ -33,9 +33,16 @@ public:
 protected:
     ContactScreen(const Services &services, QWidget *parent);
 
+    /// What the window calls those whom it lists.
+    struct Texts
+    {
+        QString title;
+        QString purpose; ///< shown as long as there is none
+        QString add;     ///< tips, and the first step
+        QString remove;
+    };
     /// Puts these contacts, and the words for them, into the window.
-    void showContacts(ContactTable &contacts, const QString &title, const QString &addTip,
-                      const QString &removeTip);
+    void showContacts(ContactTable &contacts, const Texts &texts);
     bool viewShouldClose() override;
     void viewWillDisappear() override;
 

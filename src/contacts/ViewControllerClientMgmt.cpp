@@ -13,7 +13,13 @@ ViewControllerClientMgmt::ViewControllerClientMgmt(const Services &services, QWi
     setObjectName(u"ViewControllerClientMgmt"_s);
     clientTableView.setObjectName(u"clientTableView"_s);
     clientTableArray.load<Clients>(*managedObjectContext);
-    showContacts(clientTableArray, u"Clients"_s, u"Add a client"_s, u"Delete the selected clients"_s);
+    showContacts(
+        clientTableArray,
+        {.title = u"Clients"_s,
+         .purpose = tr("Clients are those for whom the work is done. A task can be given one of them, and "
+                       "those with a phone number can be texted what is planned for them."),
+         .add = u"Add a client"_s,
+         .remove = u"Delete the selected clients"_s});
     connectActions();
 }
 

@@ -11,8 +11,13 @@ ViewControllerTeamMgmt::ViewControllerTeamMgmt(const Services &services, QWidget
     setObjectName(u"ViewControllerTeamMgmt"_s);
     teamTable.setObjectName(u"teamTable"_s);
     teamTableArray.load<TeamMembers>(*managedObjectContext);
-    showContacts(teamTableArray, u"Team Members"_s, u"Add a team member"_s,
-                 u"Delete the selected team members"_s);
+    showContacts(
+        teamTableArray,
+        {.title = u"Team Members"_s,
+         .purpose = tr("Team members are those who do the work. A task can be given one of them, and those "
+                       "with a phone number can be texted their schedule."),
+         .add = u"Add a team member"_s,
+         .remove = u"Delete the selected team members"_s});
     connectActions();
 }
 

@@ -59,6 +59,7 @@ void ViewControllerJournal::connectActions()
             Qt::QueuedConnection); // the table is being painted
     connect(ui->forgetPersonButton, &QPushButton::clicked, this, &ViewControllerJournal::forgetPerson);
     connect(ui->forgetAllButton, &QPushButton::clicked, this, &ViewControllerJournal::forgetAll);
+    connect(ui->firstStepButton, &QPushButton::clicked, this, &ViewControllerJournal::leaveEmpty);
     connect(ui->closeButton, &QPushButton::clicked, this, &ViewControllerJournal::reject);
     connect(&journal, &MessageJournal::written, this, [this] {
         if (!refreshDelay.isActive())
@@ -147,16 +148,36 @@ void ViewControllerJournal::showFound()
     showCurrent();
 }
 
+bool ViewControllerJournal::isNarrowed() const
+{
+    return !ui->searchField->text().trimmed().isEmpty() || ui->personBox->currentIndex() > 0 ||
+           ui->dayBox->currentIndex() > 0;
+}
+
+/// The first step out of an empty table.
+void ViewControllerJournal::leaveEmpty()
+{
+    if (!isNarrowed()) {
+        emit messagesWanted();
+        return;
+    }
+    ui->personBox->setCurrentIndex(0);
+    ui->dayBox->setCurrentIndex(0);
+    ui->searchField->clear();
+    ui->searchField->setFocus();
+}
+
 /// Says why there is nothing to be seen.
 void ViewControllerJournal::showEmpty()
 {
-    const bool isSearch = !ui->searchField->text().trimmed().isEmpty() || ui->personBox->currentIndex() > 0 ||
-                          ui->dayBox->currentIndex() > 0;
+    const bool isSearch = isNarrowed();
     ui->emptyLabel->setText(
         !table.problem().isEmpty() ? QString()
         : isSearch                 ? u"No message is like that."_s
                    : u"No messages yet. Every text message that is sent is kept here for a year: when and to "
                      "whom it went, and what became of it."_s);
+    ui->firstStepButton->setVisible(table.problem().isEmpty());
+    ui->firstStepButton->setText(isSearch ? tr("Show All") : tr("Schedule Messages…"));
     ui->countLabel->setText(table.rowCount() > 0 ? messages(table.rowCount()) : QString());
 }
 

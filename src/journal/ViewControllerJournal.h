@@ -25,6 +25,10 @@ public:
     explicit ViewControllerJournal(MessageJournal &journal, QWidget *parent = nullptr);
     ~ViewControllerJournal() override;
 
+signals:
+    /// Somebody would like to send messages.
+    void messagesWanted();
+
 protected:
     void changeEvent(QEvent *event) override;
 
@@ -33,6 +37,8 @@ private:
     void refresh();
     void fillFilters();
     void showFound();
+    bool isNarrowed() const;
+    void leaveEmpty();
     void showEmpty();
     void showCurrent();
     void showChoices();

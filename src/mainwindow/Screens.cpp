@@ -94,7 +94,9 @@ void Screens::openSending(QWidget &mainWindow)
 
 void Screens::openJournal(QWidget &mainWindow)
 {
-    open(journal, runs.journal(), mainWindow, folders.state);
+    if (open(journal, runs.journal(), mainWindow, folders.state))
+        QObject::connect(journal, &ViewControllerJournal::messagesWanted, &mainWindow,
+                         [this, &mainWindow] { openSending(mainWindow); });
 }
 
 void Screens::openSettings(QWidget &mainWindow)

@@ -84,7 +84,7 @@ const QList<TaskColumnInfo> &taskColumns()
         {Status, u"StatusCellID"_s, u"Status"_s, 64, text<&task::statusName>, number<&task::status>},
         {Priority, u"PriorityCellID"_s, u"Priority"_s, 64, text<&task::priorityName>,
          number<&task::priority>},
-        {Due, u"DueCellID"_s, u"Due Date"_s, 90, day<&task::due>, moment<&task::due>},
+        {Due, u"DueCellID"_s, u"Due Date"_s, 108, day<&task::due>, moment<&task::due>},
         {Key, u"KeyCellID"_s, u"Key"_s, 228, text<&task::key>, text<&task::key>},
     };
     return columns;

@@ -29,9 +29,12 @@ int paintMark(QPainter &painter, CellMark mark, const QPoint &start, const QFont
     return int(size) + margin;
 }
 
-int markWidth(const QModelIndex &index, const QFontMetrics &metrics)
+/// How wide the cell has to be for the whole of its text.
+int wholeWidth(const QModelIndex &index, const QFontMetrics &metrics)
 {
-    return index.data(cellMarkRole).toInt() == int(CellMark::None) ? 0 : metrics.capHeight() + margin;
+    const bool isMarked = index.data(cellMarkRole).toInt() != int(CellMark::None);
+    const int text = metrics.horizontalAdvance(index.data(Qt::DisplayRole).toString());
+    return text + 2 * margin + (isMarked ? metrics.capHeight() + margin : 0);
 }
 
 /// The text as it fits on one line of that many pixels.
@@ -75,12 +78,16 @@ void TaskRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
     painter->drawLine(option.rect.topRight(), option.rect.bottomRight());
 }
 
+QSize TaskRowDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    return {wholeWidth(index, option.fontMetrics), option.fontMetrics.height() + 2 * margin};
+}
+
 bool TaskRowDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view,
                                 const QStyleOptionViewItem &option, const QModelIndex &index)
 {
     const QString text = index.data(Qt::DisplayRole).toString();
-    const bool isWhole = option.fontMetrics.horizontalAdvance(text) <=
-                         option.rect.width() - 2 * margin - markWidth(index, option.fontMetrics);
+    const bool isWhole = wholeWidth(index, option.fontMetrics) <= option.rect.width();
     if (event->type() != QEvent::ToolTip || isWhole || index.data(Qt::ToolTipRole).isValid())
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     constexpr qsizetype most = 1000;
