@@ -229,10 +229,13 @@ void ViewControllerWhiteboard::clearBoard()
 
 void ViewControllerWhiteboard::replaceDrawingLayer()
 {
+    const bool hadFocus = line->hasFocus();
     line->hide();
     line->setParent(nullptr);
     line->deleteLater();
     addDrawingLayer();
+    if (hadFocus)
+        line->setFocus();
 }
 
 void ViewControllerWhiteboard::addDrawingLayer()

@@ -2,9 +2,12 @@
 
 #include "platform/Diagnostics.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -26,6 +29,8 @@ WhiteboardLine::WhiteboardLine(const WhiteboardPen &sharedPen, QWidget &owner)
     , parentVC(owner)
 {
     setObjectName(u"line"_s);
+    setAccessibleName(tr("Drawing: the arrow keys move the pen, Space puts it down and lifts it"));
+    setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setCursor(pen.straightLineMode ? Qt::CrossCursor : Qt::ArrowCursor);
 }
@@ -36,10 +41,16 @@ void WhiteboardLine::mousePressEvent(QMouseEvent *event)
         return;
     finish();
     diagnostics::line("Mouse Down");
-    isStraight = pen.straightLineMode;
-    if (isStraight)
+    if (pen.straightLineMode)
         diagnostics::line("LineStart:", windowPoint(*event, parentVC));
-    myPath = QPainterPath(event->position());
+    cross.reset();
+    begin(event->position());
+}
+
+void WhiteboardLine::begin(QPointF point)
+{
+    isStraight = pen.straightLineMode;
+    myPath = QPainterPath(point);
     mergedWith.reset();
     isDrawing = true;
     update(); // the stroke before may have been painted with another pen
@@ -84,6 +95,67 @@ void WhiteboardLine::mouseReleaseEvent(QMouseEvent *event)
     finish();
 }
 
+void WhiteboardLine::keyPressEvent(QKeyEvent *event)
+{
+    if (!cross) // goes on from where the mouse was
+        cross = myPath.isEmpty() ? QPointF(rect().center()) : myPath.currentPosition();
+    const qreal step = event->modifiers() & Qt::ShiftModifier ? 1 : 10; // points
+    switch (event->key()) {
+    case Qt::Key_Left:
+        return moveCross({-step, 0});
+    case Qt::Key_Right:
+        return moveCross({step, 0});
+    case Qt::Key_Up:
+        return moveCross({0, -step});
+    case Qt::Key_Down:
+        return moveCross({0, step});
+    case Qt::Key_Space:
+        if (event->isAutoRepeat())
+            return;
+        return isDrawing ? finish() : begin(*cross);
+    default:
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void WhiteboardLine::moveCross(QPointF step)
+{
+    const QPointF wanted = *cross + step;
+    cross = {std::clamp(wanted.x(), 0.0, qreal(width() - 1)),
+             std::clamp(wanted.y(), 0.0, qreal(height() - 1))};
+    if (isDrawing)
+        extendTo(*cross);
+    update();
+}
+
+void WhiteboardLine::focusInEvent(QFocusEvent *event)
+{
+    QWidget::focusInEvent(event);
+    const bool isByKey = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    if (isByKey && !cross)
+        cross = rect().center();
+    update();
+}
+
+void WhiteboardLine::focusOutEvent(QFocusEvent *event)
+{
+    QWidget::focusOutEvent(event);
+    finish(); // the pen does not stay down where no key reaches it
+    update();
+}
+
+/// Black on white on black, so that it is seen on whatever has been drawn.
+void WhiteboardLine::paintCross(QPainter &painter) const
+{
+    constexpr qreal arm = 9; // points
+    const std::array lines{QLineF(*cross - QPointF(arm, 0), *cross + QPointF(arm, 0)),
+                           QLineF(*cross - QPointF(0, arm), *cross + QPointF(0, arm))};
+    for (const QPen &stroke : {QPen(Qt::black, 5), QPen(Qt::white, 3), QPen(Qt::black, 1)}) {
+        painter.setPen(stroke);
+        painter.drawLines(lines.data(), int(lines.size()));
+    }
+}
+
 /// Also called when the release has gone elsewhere, as to a dialog that came up in the middle.
 void WhiteboardLine::finish()
 {
@@ -104,6 +176,8 @@ void WhiteboardLine::paintEvent(QPaintEvent *event)
     QPainter painter(this);
     if (!isShown)
         draw(painter, event->rect());
+    if (hasFocus() && cross)
+        paintCross(painter);
 }
 
 QRectF WhiteboardLine::covered(QPointF from, QPointF to) const

@@ -15,7 +15,9 @@ struct WhiteboardPen
     bool straightLineMode = false;
 };
 
-/// The layer above the canvas that holds the stroke being drawn, until the next one is begun.
+/// The layer above the canvas that holds the stroke being drawn, until the next one is begun. With the
+/// keyboard, the arrow keys move a cross (with Shift by single points), and Space puts the pen down there and
+/// lifts it.
 class WhiteboardLine : public QWidget
 {
     Q_OBJECT
@@ -38,9 +40,15 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void begin(QPointF point);
+    void moveCross(QPointF step);
+    void paintCross(QPainter &painter) const;
     void extendTo(QPointF point);
     /// The area that a straight line between the points covers.
     QRectF covered(QPointF from, QPointF to) const;
@@ -49,6 +57,7 @@ private:
     QWidget &parentVC;
     QPainterPath myPath;
     std::optional<WhiteboardPen> mergedWith; ///< the pen that the stroke is in the picture with
+    std::optional<QPointF> cross;            ///< where the keyboard draws, while it does
     bool isDrawing = false;
     bool isStraight = false; ///< as the mode was when the stroke was begun
 };

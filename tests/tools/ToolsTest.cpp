@@ -216,6 +216,22 @@ private slots:
         QCOMPARE(open().findChild<ColorWell *>(u"color"_s)->color(), (Color{1.0, 1.0, 1.0, 1.0}));
     }
 
+    void theKeyboardDraws()
+    {
+        QVERIFY(QTest::qWaitForWindowActive(&open()));
+        const QPoint center = line().rect().center();
+        line().setFocus(Qt::TabFocusReason);
+        const auto type = [this](const QList<Qt::Key> &keys) {
+            for (const Qt::Key key : keys)
+                QTest::keyClick(&line(), key);
+        };
+        type({Qt::Key_Left, Qt::Key_Space, Qt::Key_Right, Qt::Key_Right, Qt::Key_Space, Qt::Key_Down});
+        QCOMPARE(filed({center, center + QPoint(10, 10)}), u"kw"_s); // a line, and none with the pen up
+        type({Qt::Key_Space, Qt::Key_Down});
+        line().clearFocus(); // the pen does not stay down
+        QCOMPARE(filed({center + QPoint(10, 15)}), u"k"_s);
+    }
+
     /// Also run on a display of another scale.
     void theFileIsWhatTheDisplayShows()
     {
